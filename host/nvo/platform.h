@@ -44,7 +44,8 @@ extern "C" {
 ZHOST_API int _nvo_QueryFeatureState(std::uint32_t featureId);
 
 // Writes the directory `dirId` as a NUL-terminated UTF-16 path into `buffer` (at most
-// `capacity` units, NUL included), without a trailing separator. `reserved1`, `create` and
+// `capacity` units, NUL included), as the host is configured: with or without a trailing
+// separator. `reserved1`, `create` and
 // `reserved2` are accepted for compatibility (0, 1, 1 are the usual values). S_OK; E_FAIL for an
 // unknown id or a path that does not fit (the buffer is then left unchanged).
 // Directory ids: 2 = the tagging library's directory, 27 = its dictionaries' directory.

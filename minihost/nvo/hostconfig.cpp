@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "minihost/nvo/hostconfig.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QHash>
+#include <QMap>
+#include <cstring>
+
+#include "nvo/platform.h"
+#include "nvo/zlitestyle.h"
+
+namespace minihost {
+namespace {
+
+// The host runs on its GUI thread only, like the add-on; no locking.
+struct Config {
+    QHash<std::uint32_t, bool> features;
+    QMap<int, QString> directories;
+    double scale = 1.0;
+};
+
+Config& config() {
+    static Config instance;
+    return instance;
+}
+
+QString besideHostPrograms(const char* relative) {
+    const QString bin = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
+                                                     : QDir::currentPath();
+    return QDir::cleanPath(bin + QLatin1String("/../") + QLatin1String(relative));
+}
+
+}  // namespace
+
+void setFeatureState(std::uint32_t featureId, bool on) { config().features.insert(featureId, on); }
+
+bool featureState(std::uint32_t featureId) {
+    return config().features.value(featureId, featureId == kFeatureTaggingLibrary);
+}
+
+void resetFeatureStates() { config().features.clear(); }
+
+void setDirectory(int dirId, const QString& path) { config().directories.insert(dirId, path); }
+
+QString directory(int dirId) {
+    const auto set = config().directories.constFind(dirId);
+    if (set != config().directories.cend()) return *set;
+    const char* variable = dirId == kDirTaggingLibrary ? "ZPHONETIC_TAGGER_DIR"
+                           : dirId == kDirDictionaries ? "ZPHONETIC_DICT_DIR"
+                                                       : nullptr;
+    if (!variable) return QString();
+    const QString fromEnvironment = qEnvironmentVariable(variable);
+    if (!fromEnvironment.isEmpty()) return fromEnvironment;
+    return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic" : "share/zphonetic/dict");
+}
+
+void resetDirectories() { config().directories.clear(); }
+
+void setScaleFactor(double factor) { config().scale = factor; }
+
+double scaleFactor() { return config().scale; }
+
+}  // namespace minihost
+
+extern "C" int _nvo_QueryFeatureState(std::uint32_t featureId) {
+    return minihost::featureState(featureId) ? 1 : 0;
+}
+
+extern "C" HRESULT _nvo_GetDirInfo(std::int32_t dirId, std::int32_t, std::int32_t,
+                                   char16_t* buffer, std::int32_t capacity, std::int32_t) {
+    if (!buffer || capacity <= 0) return E_POINTER;
+    const QString path = minihost::directory(dirId);
+    if (path.isEmpty() || path.size() >= capacity) return E_FAIL;
+    std::memcpy(buffer, path.utf16(), static_cast<std::size_t>(path.size()) * sizeof(char16_t));
+    buffer[path.size()] = 0;
+    return S_OK;
+}
+
+double ZLiteStyle::dpiScaled(double value) { return value * minihost::scaleFactor(); }

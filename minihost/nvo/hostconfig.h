@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The stand-in host's configurable answers: feature switches, directories and the scale factor.
+// Host programs and tests set them; the add-on sees them only through the host's functions
+// (_nvo_QueryFeatureState, _nvo_GetDirInfo, ZLiteStyle::dpiScaled).
+#pragma once
+
+#include <QString>
+#include <cstdint>
+
+#include "hostexport.h"
+
+namespace minihost {
+
+// Feature 0x1000018: the add-on uses the tagging library (on) or the host's reading service (off).
+constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
+// Directory ids of _nvo_GetDirInfo.
+constexpr int kDirTaggingLibrary = 2;
+constexpr int kDirDictionaries = 27;
+
+// Feature state: what was set here, else on for kFeatureTaggingLibrary and off for any other.
+ZHOST_API void setFeatureState(std::uint32_t featureId, bool on);
+ZHOST_API bool featureState(std::uint32_t featureId);
+// Forgets what was set for every feature.
+ZHOST_API void resetFeatureStates();
+
+// A directory as _nvo_GetDirInfo reports it, exactly as given (a trailing separator is kept).
+// Without a value set here: the environment (ZPHONETIC_TAGGER_DIR for 2, ZPHONETIC_DICT_DIR for
+// 27), else next to the host programs: <bin>/../lib/zphonetic and <bin>/../share/zphonetic/dict.
+// Unknown ids give an empty string.
+ZHOST_API void setDirectory(int dirId, const QString& path);
+ZHOST_API QString directory(int dirId);
+// Forgets what was set for every directory.
+ZHOST_API void resetDirectories();
+
+// ZLiteStyle::dpiScaled multiplies by this (1 unless set).
+ZHOST_API void setScaleFactor(double factor);
+ZHOST_API double scaleFactor();
+
+}  // namespace minihost
