@@ -36,8 +36,7 @@ ParsedAnswer parseAnswer(std::u16string_view answer, std::u16string_view referen
     return parsed;
 }
 
-std::vector<std::u16string> splitReadings(const ParsedAnswer& parsed,
-                                          std::size_t referenceLength) {
+std::vector<std::u16string> splitReadings(const ParsedAnswer& parsed, std::size_t referenceLength) {
     std::vector<std::u16string> pieces;
     const std::u16string& joined = parsed.joined;
     if (referenceLength < 2) {
@@ -54,10 +53,10 @@ std::vector<std::u16string> splitReadings(const ParsedAnswer& parsed,
     std::size_t start = 0;
     for (std::int32_t length : parsed.lengths) {
         const std::size_t space = joined.find(u' ', start);
-        const std::size_t reading = space != std::u16string::npos &&
-                                            space - start <= static_cast<std::size_t>(length)
-                                        ? space - start
-                                        : static_cast<std::size_t>(length);
+        const std::size_t reading =
+            space != std::u16string::npos && space - start <= static_cast<std::size_t>(length)
+                ? space - start
+                : static_cast<std::size_t>(length);
         pieces.push_back(joined.substr(start, reading));
         start += static_cast<std::size_t>(length);
     }

@@ -8,7 +8,8 @@ namespace {
 // The providers size their blocks with 126 bytes for the header and the terminating NULs.
 constexpr std::size_t kBlockSlack = 126;
 static_assert(sizeof(ReadingBlock) + sizeof(std::int32_t) + 2 * sizeof(char16_t) +
-                      alignof(std::int32_t) <= kBlockSlack,
+                      alignof(std::int32_t) <=
+                  kBlockSlack,
               "the header must fit in the slack the block sizes reserve");
 
 unsigned char* alignUp(unsigned char* at, std::size_t alignment) {
@@ -31,8 +32,7 @@ unsigned char* afterHeader(ReadingBlock* block) {
 ReadingBlock* makeTaggerBlock(const std::vector<std::u16string>& readings) {
     std::size_t joinedLength = 0;
     for (const auto& reading : readings) joinedLength += reading.size();
-    ReadingBlock* block =
-        allocateBlock(4 * readings.size() + 2 * joinedLength + kBlockSlack);
+    ReadingBlock* block = allocateBlock(4 * readings.size() + 2 * joinedLength + kBlockSlack);
     if (!block) return nullptr;
     block->boundaryCount = static_cast<std::int32_t>(readings.size() + 1);
     block->boundaries = reinterpret_cast<std::int32_t*>(afterHeader(block));
@@ -106,8 +106,8 @@ ReadingBlock* widenBlock(const ReadingBlock& block, const std::vector<int>& remo
 
     const std::size_t count = sources.size();
     const std::size_t textLength = block.text ? _Xu2_strlen(block.text) : 0;
-    const std::size_t arrays = (count + 1) + (block.groupSizes ? count : 0) +
-                               (block.extra ? count : 0);
+    const std::size_t arrays =
+        (count + 1) + (block.groupSizes ? count : 0) + (block.extra ? count : 0);
     ReadingBlock* wide = allocateBlock(sizeof(ReadingBlock) + arrays * sizeof(std::int32_t) +
                                        (textLength + 1) * sizeof(char16_t));
     if (!wide) return nullptr;

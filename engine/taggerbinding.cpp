@@ -23,7 +23,8 @@ std::u16string directory(std::int32_t dirId, char16_t (&buffer)[kPathCapacity]) 
     _nvo_GetDirInfo(dirId, 0, 1, buffer, kPathCapacity, 1);
     std::size_t length = 0;
     while (length < kPathCapacity && buffer[length]) ++length;
-    const bool separated = length > 0 && (buffer[length - 1] == u'/' || buffer[length - 1] == u'\\');
+    const bool separated =
+        length > 0 && (buffer[length - 1] == u'/' || buffer[length - 1] == u'\\');
     // The separator goes into the buffer itself, where the next lookup may leave it.
     if (!separated && length + 2 <= kPathCapacity) {
         buffer[length++] = u'/';
@@ -43,7 +44,8 @@ bool loadPinyinTagger(PinyinTaggerHandle& handle, IZApplication* coreApplication
     }
 
     char16_t buffer[kPathCapacity] = {};
-    const std::u16string libraryPath = directory(kDirTaggingLibrary, buffer) + u"libPinyinTagger.so";
+    const std::u16string libraryPath =
+        directory(kDirTaggingLibrary, buffer) + u"libPinyinTagger.so";
     const std::u16string dictionaries = directory(kDirDictionaries, buffer);
     const std::u16string pinyinDic = dictionaries + u"Pinyin.dic";
     const std::u16string firstRules = dictionaries + u"firrule.dic";
@@ -63,8 +65,8 @@ bool loadPinyinTagger(PinyinTaggerHandle& handle, IZApplication* coreApplication
     const ComPtr<IZReadingHost> host = service.query<IZReadingHost>(IID_IZReadingHost);
 
     // Deliberately unguarded: a library without these entry points is a broken installation.
-    taggerabi::entryPoint<taggerabi::LoadPinYinLibraryFn>(*cell, taggerabi::kLoadPinYinLibrary)(
-        host.get());
+    taggerabi::entryPoint<taggerabi::LoadPinYinLibraryFn>(
+        *cell, taggerabi::kLoadPinYinLibrary)(host.get());
     taggerabi::entryPoint<taggerabi::OpenDictionaryFn>(*cell, taggerabi::kOpenDictionary)(
         pinyinDic.c_str(), firstRules.c_str(), secondRules.c_str());
     handle.library = cell;

@@ -31,8 +31,8 @@ ReadingBlock* tagWithLibrary(HMODULE* library, const char16_t* filtered) {
     if (!library) return nullptr;
     HMODULE module = *library;
     void* tagger = nullptr;
-    taggerabi::entryPoint<taggerabi::GetPinyinObjectFn>(module, taggerabi::kGetPinyinObject)(
-        &tagger);
+    taggerabi::entryPoint<taggerabi::GetPinyinObjectFn>(module,
+                                                        taggerabi::kGetPinyinObject)(&tagger);
     if (!tagger) return nullptr;
 
     const std::u16string reference(filtered);

@@ -21,8 +21,8 @@ ZReadingRecord* makeRecord(const QVector<HostReading>& readings) {
     const auto count = static_cast<std::size_t>(readings.size());
     const std::size_t textBytes = (static_cast<std::size_t>(units) + 1) * sizeof(char16_t);
     // The text first, then the arrays, padded so they stay aligned.
-    const std::size_t arraysAt =
-        (sizeof(ZReadingRecord) + textBytes + alignof(std::int32_t) - 1) & ~(alignof(std::int32_t) - 1);
+    const std::size_t arraysAt = (sizeof(ZReadingRecord) + textBytes + alignof(std::int32_t) - 1) &
+                                 ~(alignof(std::int32_t) - 1);
     auto* bytes = static_cast<unsigned char*>(
         _XCoTaskMemAlloc(arraysAt + count * (sizeof(std::uint32_t) + sizeof(std::int32_t))));
     if (!bytes) return nullptr;
@@ -100,6 +100,8 @@ IUnknown* createReadingService(ReadingFunction tag) {
     return static_cast<IZReadingTagger*>(new ReadingService(std::move(tag)));
 }
 
-int liveReadingServices() { return g_liveServices.load(); }
+int liveReadingServices() {
+    return g_liveServices.load();
+}
 
 }  // namespace minihost

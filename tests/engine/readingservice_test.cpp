@@ -21,7 +21,8 @@ bool hexReadings(const QString& text, QVector<HostReading>& readings) {
 }
 
 ComPtr<IZReadingTagger> makeTagger(minihost::ReadingFunction tag) {
-    const ComPtr<IUnknown> service = ComPtr<IUnknown>::adopt(minihost::createReadingService(std::move(tag)));
+    const ComPtr<IUnknown> service =
+        ComPtr<IUnknown>::adopt(minihost::createReadingService(std::move(tag)));
     return service.query<IZReadingTagger>(IID_IZReadingTagger);
 }
 
@@ -84,8 +85,9 @@ TEST(ReadingService, BadArgumentsAndFailuresLeaveNoRecord) {
 TEST(ReadingService, AFailingOrThrowingFunctionIsAFailureStatus) {
     ZReadingRecord* record = nullptr;
     EXPECT_EQ(makeTagger({})->TagText(u"中", 1, 0x804, &record), E_FAIL);
-    EXPECT_EQ(makeTagger([](const QString&, QVector<HostReading>&) { return false; })
-                  ->TagText(u"中", 1, 0x804, &record),
+    EXPECT_EQ(makeTagger([](const QString&, QVector<HostReading>&) {
+                  return false;
+              })->TagText(u"中", 1, 0x804, &record),
               E_FAIL);
     EXPECT_EQ(makeTagger([](const QString&, QVector<HostReading>&) -> bool {
                   throw std::runtime_error("engine failure");

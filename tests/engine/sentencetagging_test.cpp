@@ -102,9 +102,8 @@ TEST_F(SentenceTaggingTest, AnAnswerOfTwoUnitsOrLessGivesNoBlockAndKeepsTheTagge
     EXPECT_FALSE(tag(QStringLiteral("国")));
     tagger.setAnswer(u"人", nullptr, 0);
     EXPECT_FALSE(tag(QStringLiteral("人")));
-    EXPECT_EQ(tagger.journal(),
-              (Journal{"GetPinyinObject", "PinyinTagSen 中", "GetPinyinObject", "PinyinTagSen 国",
-                       "GetPinyinObject", "PinyinTagSen 人"}));
+    EXPECT_EQ(tagger.journal(), (Journal{"GetPinyinObject", "PinyinTagSen 中", "GetPinyinObject",
+                                         "PinyinTagSen 国", "GetPinyinObject", "PinyinTagSen 人"}));
     EXPECT_EQ(tagger.liveObjects(), 3);  // deliberately never released
 }
 

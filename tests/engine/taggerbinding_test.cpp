@@ -7,8 +7,8 @@ namespace {
 using Journal = std::vector<std::string>;
 
 std::string openDictionary(const std::string& directory) {
-    return "OpenDictionary " + directory + "Pinyin.dic|" + directory + "firrule.dic|" +
-           directory + "secrule.dic";
+    return "OpenDictionary " + directory + "Pinyin.dic|" + directory + "firrule.dic|" + directory +
+           "secrule.dic";
 }
 
 class TaggerBindingTest : public EngineTest {};

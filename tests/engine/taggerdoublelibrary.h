@@ -17,8 +17,8 @@ public:
     static QString directory() { return QStringLiteral(ZPHONETIC_TAGGER_DOUBLE_DIR); }
 
     TaggerDoubleLibrary()
-        : m_library(dlopen(ZPHONETIC_TAGGER_DOUBLE_DIR "/libPinyinTagger.so",
-                           RTLD_NOW | RTLD_LOCAL)) {
+        : m_library(
+              dlopen(ZPHONETIC_TAGGER_DOUBLE_DIR "/libPinyinTagger.so", RTLD_NOW | RTLD_LOCAL)) {
         reset = function<TaggerDoubleResetFn>("TaggerDouble_Reset");
         setReading = function<TaggerDoubleSetReadingFn>("TaggerDouble_SetReading");
         setAnswer = function<TaggerDoubleSetAnswerFn>("TaggerDouble_SetAnswer");
@@ -34,8 +34,8 @@ public:
     bool isLoaded() const { return m_library && reset && m_journal; }
     // The journal's lines in UTF-8.
     std::vector<std::string> journal() const {
-        const QStringList lines = QString::fromUtf16(m_journal()).split(QLatin1Char('\n'),
-                                                                         Qt::SkipEmptyParts);
+        const QStringList lines =
+            QString::fromUtf16(m_journal()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         std::vector<std::string> result;
         for (const QString& line : lines) result.push_back(line.toStdString());
         return result;

@@ -32,7 +32,9 @@ Script& script() {
 int g_objects[64];
 int g_nextObject = 0;
 
-void record(const std::u16string& line) { script().journal += line + u'\n'; }
+void record(const std::u16string& line) {
+    script().journal += line + u'\n';
+}
 
 std::u16string composeAnswer(const std::u16string& text) {
     std::u16string answer;
@@ -52,8 +54,8 @@ TAGGER_EXPORT int LoadPinYinLibrary(void* hostInterface) {
     if (hostInterface) {
         auto* unknown = static_cast<IUnknown*>(hostInterface);
         void* host = nullptr;
-        kind = unknown->QueryInterface(IID_IZReadingHost, &host) == S_OK && host ? u"host"
-                                                                                  : u"other";
+        kind =
+            unknown->QueryInterface(IID_IZReadingHost, &host) == S_OK && host ? u"host" : u"other";
         if (host) static_cast<IUnknown*>(host)->Release();
     }
     record(std::u16string(u"LoadPinYinLibrary ") + kind);
@@ -111,7 +113,9 @@ TAGGER_EXPORT int ReleasePinyinObject(void* tagger) {
     return 0;
 }
 
-TAGGER_EXPORT void TaggerDouble_Reset() { script() = Script(); }
+TAGGER_EXPORT void TaggerDouble_Reset() {
+    script() = Script();
+}
 
 TAGGER_EXPORT void TaggerDouble_SetReading(char16_t character, const char16_t* reading) {
     script().readings[character] = reading;
@@ -130,6 +134,10 @@ TAGGER_EXPORT void TaggerDouble_SetNullObject(int nullObject) {
     script().nullObject = nullObject != 0;
 }
 
-TAGGER_EXPORT const char16_t* TaggerDouble_Journal() { return script().journal.c_str(); }
+TAGGER_EXPORT const char16_t* TaggerDouble_Journal() {
+    return script().journal.c_str();
+}
 
-TAGGER_EXPORT int TaggerDouble_LiveObjects() { return script().liveObjects; }
+TAGGER_EXPORT int TaggerDouble_LiveObjects() {
+    return script().liveObjects;
+}
