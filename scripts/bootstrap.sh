@@ -17,7 +17,7 @@ packages=(
     golang-github-mozillazg-go-pinyin-dev unicode-data
 )
 if [ "$purpose" = test ]; then
-    packages+=(chromium libreoffice-impress xauth xvfb)
+    packages+=(chromium libreoffice-impress poppler-utils xauth xvfb)
 fi
 
 missing=()
