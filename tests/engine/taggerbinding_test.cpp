@@ -138,4 +138,13 @@ TEST_F(TaggerBindingTest, UnloadClosesTheDictionariesAndALaterLoadLoadsAgain) {
     EXPECT_EQ(app.serviceQueries, 2);
 }
 
+TEST_F(TaggerBindingTest, ALibraryWithoutItsEntryPointsIsDeliberatelyNotGuardedAgainst) {
+    // A broken installation: the library loads but has no OpenDictionary. The binding calls the
+    // missing entry point anyway, as designed, and the process dies.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    minihost::setDirectory(minihost::kDirTaggingLibrary,
+                           QStringLiteral(ZPHONETIC_BROKEN_TAGGER_DIR));
+    EXPECT_DEATH(loadPinyinTagger(handle, &app), "");
+}
+
 }  // namespace
