@@ -41,4 +41,8 @@ ZHOST_API double scaleFactor();
 // Forgets the factor set here.
 ZHOST_API void resetScaleFactor();
 
+// Calls of _Xloadlibrary since the process started, successful or not: tells a test whether
+// anything was loaded again.
+ZHOST_API int loadLibraryCalls();
+
 }  // namespace minihost
