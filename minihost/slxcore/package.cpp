@@ -5,6 +5,8 @@
 
 #include <QStringList>
 #include <QUrl>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 
 namespace minihost {
@@ -158,9 +160,14 @@ void Package::parse(const std::string& part, pugi::xml_document& doc) const {
 QByteArray Package::withReplacements(const std::map<std::string, QByteArray>& replacements) const {
     zip_error_t error;
     zip_error_init(&error);
-    // A private copy: libzip writes the new archive into the source it was opened from.
+    // libzip writes the new archive into the source it was opened from, and may hand the old
+    // buffer's memory to the new one: it gets a copy it owns (and frees), never our bytes.
+    void* copy = std::malloc(static_cast<std::size_t>(m_bytes.size()));
+    if (!copy) throw std::bad_alloc();
+    std::memcpy(copy, m_bytes.constData(), static_cast<std::size_t>(m_bytes.size()));
     std::unique_ptr<zip_source_t, SourceDeleter> source(zip_source_buffer_create(
-        m_bytes.constData(), static_cast<zip_uint64_t>(m_bytes.size()), 0, &error));
+        copy, static_cast<zip_uint64_t>(m_bytes.size()), 1, &error));
+    if (!source) std::free(copy);
     zip_t* archive = source ? zip_open_from_source(source.get(), 0, &error) : nullptr;
     zip_error_fini(&error);
     if (!archive) fail(QStringLiteral("cannot be rewritten"));
