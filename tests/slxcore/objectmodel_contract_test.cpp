@@ -5,6 +5,7 @@
 
 #include "minihost/slxcore/liveobjects.h"
 #include "omhelpers.h"
+#include "qtprinters.h"
 
 using namespace omtest;
 using minihost::Deck;
