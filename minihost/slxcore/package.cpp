@@ -153,8 +153,6 @@ void Package::parse(const std::string& part, pugi::xml_document& doc) const {
         fail(QStringLiteral("part %1 is not well-formed XML (%2 at byte %3)")
                  .arg(quoted(part), QString::fromUtf8(result.description()))
                  .arg(result.offset));
-    if (!doc.document_element())
-        fail(QStringLiteral("part %1 has no root element").arg(quoted(part)));
 }
 
 QByteArray Package::withReplacements(const std::map<std::string, QByteArray>& replacements) const {
