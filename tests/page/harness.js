@@ -7,7 +7,15 @@
 const path = require('node:path');
 const fs = require('node:fs');
 const assert = require('node:assert/strict');
-const { chromium } = require('playwright-core');
+const { chromium } = requirePlaywright();
+
+function requirePlaywright() {
+  try {
+    return require('playwright-core');
+  } catch (error) {
+    throw new Error('playwright-core is missing: run "npm ci --prefix tests/page" first (' + error.message + ')');
+  }
+}
 
 const REPO = path.resolve(__dirname, '..', '..');
 const PAGE = path.join(REPO, 'addon', 'mui', 'default', 'html', 'pinyin', 'index.html');

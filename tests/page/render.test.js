@@ -6,7 +6,7 @@
 const { describe, it, before, after } = require('node:test');
 const assert = require('node:assert/strict');
 const { launch, openDialog } = require('./harness');
-const { entry, readingsDocument, MIXED_ENTRIES, NIHAO_ENTRIES } = require('./documents');
+const { entry, readingsDocument, MIXED_ENTRIES, NIHAO_ENTRIES, POEM } = require('./documents');
 
 describe('pinyin view rendering', () => {
   let browser;
@@ -46,13 +46,13 @@ describe('pinyin view rendering', () => {
 
   it('shows ɑ and ɡ as they arrive, and draws Chinese and tone marks with Noto Sans CJK SC', async () => {
     const dialog = await openDialog(browser, { document: readingsDocument(MIXED_ENTRIES) });
-    const guo = await dialog.page.textContent('.cell:nth-child(6) .reading-text');
+    const guo = await dialog.page.textContent('.cell[data-index="5"] .reading-text');
     assert.deepEqual(Array.from(guo, (c) => c.codePointAt(0).toString(16)), ['261', '75', 'f3']);
     const cdp = await dialog.page.context().newCDPSession(dialog.page);
     await cdp.send('DOM.enable');
     await cdp.send('CSS.enable');
     const { root } = await cdp.send('DOM.getDocument');
-    for (const selector of ['.cell:nth-child(6) .reading-text', '.cell:nth-child(6) .char', '.preview-area .box-text']) {
+    for (const selector of ['.cell[data-index="5"] .reading-text', '.cell[data-index="5"] .char', '.preview-area .box-text']) {
       const { nodeId } = await cdp.send('DOM.querySelector', { nodeId: root.nodeId, selector });
       const { fonts } = await cdp.send('CSS.getPlatformFontsForNode', { nodeId });
       assert.deepEqual([...new Set(fonts.map((font) => font.familyName))], ['Noto Sans CJK SC'], selector);
@@ -184,6 +184,19 @@ describe('pinyin view rendering', () => {
     assert.equal(await dialog.page.$eval('input[name=layout]:checked', (input) => input.value), '2');
     assert.equal(await dialog.page.$eval('input[name=bracket]:checked', (input) => input.value), '2');
     assert.equal(await dialog.page.$eval('.box-text', (box) => getComputedStyle(box).color), 'rgb(0, 0, 0)');
+    await dialog.close();
+  });
+
+  it('keeps punctuation with its character so no line of characters starts with a comma or a full stop', async () => {
+    const dialog = await openDialog(browser, { document: readingsDocument(POEM) });
+    const groups = await dialog.page.$$eval('.cell-group', (nodes) => nodes.map((node) =>
+      Array.from(node.querySelectorAll('.char'), (char) => char.textContent).join('')));
+    assert.deepEqual(groups.filter((group) => group.length > 1), ['晓，', '鸟。', '声，', '少。', '光，']);
+    const rowStarts = await dialog.page.$$eval('.cell-group', (nodes) => nodes
+      .filter((node, position) => position === 0 || node.offsetTop > nodes[position - 1].offsetTop)
+      .map((node) => node.querySelector('.char').textContent));
+    assert.ok(rowStarts.length >= 2, 'thirty units take more than one row');
+    assert.ok(rowStarts.every((char) => !/[，。]/.test(char)), rowStarts.join(' '));
     await dialog.close();
   });
 

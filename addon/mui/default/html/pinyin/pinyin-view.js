@@ -35,6 +35,25 @@
     }));
   }
 
+  // Punctuation that must not start a line sticks to the character before it, and
+  // punctuation that must not end one sticks to the character after it.
+  var CLOSING = /^[，。、；：？！）》」』】〕〉”’,.;:?!)\]}]$/;
+  var OPENING = /^[（《「『【〔〈“‘(\[{]$/;
+
+  function unbreakableGroups(cells) {
+    var groups = [];
+    var glue = false;
+    cells.forEach(function (cell) {
+      if (groups.length > 0 && (glue || CLOSING.test(cell.text))) {
+        groups[groups.length - 1].push(cell.node);
+      } else {
+        groups.push([cell.node]);
+      }
+      glue = OPENING.test(cell.text);
+    });
+    return groups.map(function (nodes) { return el('div', { class: 'cell-group' }, nodes); });
+  }
+
   function readingsSection(model, texts, onChoose) {
     var cells = ns.readings.cellsOf(model.entries).map(function (cell) {
       var position = cell.positions[0];
@@ -45,19 +64,22 @@
         ? readingSelector(entry, position, texts, onChoose)
         : el('span', { class: 'reading-text' }, entry.pinyin.trim());
       var shown = className === 'cell break' ? '\u21B5' : cell.text;
-      return el('div', {
-        class: className,
-        'data-index': entry.index,
-        title: className === 'cell no-reading' ? texts.get('noReading')
-          : className === 'cell break' ? texts.get('lineBreak') : null
-      }, [el('div', { class: 'reading' }, reading), el('div', { class: 'char' }, shown)]);
+      return {
+        text: cell.text,
+        node: el('div', {
+          class: className,
+          'data-index': entry.index,
+          title: className === 'cell no-reading' ? texts.get('noReading')
+            : className === 'cell break' ? texts.get('lineBreak') : null
+        }, [el('div', { class: 'reading' }, reading), el('div', { class: 'char' }, shown)])
+      };
     });
     return el('section', { class: 'readings', 'aria-labelledby': 'readings-heading' }, [
       el('div', { class: 'section-head' }, [
         el('h2', { id: 'readings-heading' }, texts.get('readingsHeading')),
         el('span', { class: 'hint' }, texts.get('readingsHint'))
       ]),
-      el('div', { class: 'cells', lang: 'zh-CN' }, cells)
+      el('div', { class: 'cells', lang: 'zh-CN' }, unbreakableGroups(cells))
     ]);
   }
 

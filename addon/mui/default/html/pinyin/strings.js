@@ -73,7 +73,7 @@
       guideHeading: 'Select some text first',
       guideIntro: 'Pinyin readings are added to the Chinese characters you have selected.',
       guideStep1: 'On the slide, select the text to annotate, or a whole text box.',
-      guideStep2: 'Then click “Pinyin readings” to choose the readings and their style.',
+      guideStep2: 'Then click "Pinyin readings" to choose the readings and their style.',
       guideNote: 'Up to 30 characters are annotated at a time.',
       guideRibbon: 'Pinyin',
       guideClose: 'Got it'
