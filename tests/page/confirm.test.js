@@ -38,6 +38,25 @@ describe('confirming and cancelling', () => {
     await dialog.close();
   });
 
+  it('sends 都 read dū, chosen from its candidates, and 得 read děi, after the text in full-width parentheses', async () => {
+    const document = readingsDocument([
+      { duyin: ['dōu', 'dū'], index: 0, pinyin: 'dōu', text: '都' },
+      { duyin: ['dé', 'de', 'děi'], index: 1, pinyin: 'děi', text: '得' }
+    ], { color: [255, 0, 0] });
+    const dialog = await openDialog(browser, { document });
+    await dialog.page.selectOption('.cell[data-index="0"] select', 'dū');
+    await dialog.page.check('input[name=layout][value="1"]', { force: true });
+    await dialog.page.check('input[name=bracket][value="1"]', { force: true });
+    assert.equal(await dialog.page.getAttribute('.box', 'data-text'), '都得（dū děi）');
+    await dialog.page.click('.confirm');
+    assert.deepEqual((await dialog.calls('setPhoneticText'))[0].args, {
+      styleType: 1,
+      bracketType: 1,
+      phonetic: '[{"index":0,"pinyin":"dū","text":"都"},{"index":1,"pinyin":"děi","text":"得"}]'
+    });
+    await dialog.close();
+  });
+
   it('sends the chosen candidate, layout and brackets', async () => {
     const dialog = await openDialog(browser, { document: readingsDocument(MIXED_ENTRIES, { styleType: 2, bracketType: 1 }) });
     await dialog.page.selectOption('.cell[data-index="1"] select', 'dū');

@@ -101,6 +101,32 @@ describe('pinyin view rendering', () => {
     await dialog.close();
   });
 
+  it('keeps its height when the layout changes, so the window sized once still fits', async () => {
+    const dialog = await openDialog(browser, { document: readingsDocument(NIHAO_ENTRIES) });
+    const heights = [];
+    for (const type of ['1', '2', '3', '1']) {
+      await dialog.page.check(`input[name=layout][value="${type}"]`, { force: true });
+      heights.push((await dialog.page.locator('.dialog').boundingBox()).height);
+    }
+    assert.equal(new Set(heights).size, 1, heights.join(' '));
+    assert.equal((await dialog.calls('changeSize')).length, 1);
+    await dialog.close();
+  });
+
+  it('asks for a new size when the content grows after all', async () => {
+    const dialog = await openDialog(browser, { document: readingsDocument(NIHAO_ENTRIES) });
+    const first = (await dialog.calls('changeSize'))[0].args;
+    await dialog.page.evaluate(() => {
+      const block = document.createElement('div');
+      block.style.height = '100px';
+      document.getElementById('view').appendChild(block);
+    });
+    await dialog.page.waitForFunction(() => window.__hostLog.calls.filter((call) => call.method === 'changeSize').length === 2);
+    const second = (await dialog.calls('changeSize'))[1].args;
+    assert.deepEqual(second, { width: 626, height: first.height + 100 });
+    await dialog.close();
+  });
+
   it('keeps the 40 px title bar for the title and the close button only', async () => {
     const dialog = await openDialog(browser, { document: readingsDocument(NIHAO_ENTRIES) });
     const bar = await dialog.page.locator('.titlebar').boundingBox();

@@ -15,6 +15,7 @@
 
   var texts = null;
   var current = null;
+  var askedSize = null;
   var generation = 0;
 
   function decoded(value) {
@@ -94,23 +95,45 @@
     return ns.pinyinView.render(root, context);
   }
 
-  // Asks the host to fit the window to the dialog, then marks the view rendered: native
-  // tests wait for that mark, never for load events.
+  // Asks the host to fit the window to the dialog when its size differs from the last size
+  // asked for. Resolves once the host has answered.
+  function fitWindow() {
+    var box = document.querySelector('.dialog').getBoundingClientRect();
+    var size = { width: Math.ceil(box.width), height: Math.ceil(box.height) };
+    if (!ns.host.available() || (askedSize && askedSize.width === size.width && askedSize.height === size.height)) {
+      return Promise.resolve();
+    }
+    askedSize = size;
+    return ns.host.call('changeSize', size).catch(function () {});
+  }
+
+  // Fits the window to the rendered view, then marks the view rendered: native tests wait
+  // for that mark, never for load events.
   function finish(view, mine) {
     var fonts = document.fonts ? document.fonts.ready : Promise.resolve();
     fonts.then(function () {
       window.requestAnimationFrame(function () {
-        var box = document.querySelector('.dialog').getBoundingClientRect();
-        var size = { width: Math.ceil(box.width), height: Math.ceil(box.height) };
-        var asked = ns.host.available() ? ns.host.call('changeSize', size).catch(function () {}) : Promise.resolve();
         var patience = new Promise(function (resolve) { window.setTimeout(resolve, RESIZE_PATIENCE_MS); });
-        Promise.race([asked, patience]).then(function () {
+        Promise.race([fitWindow(), patience]).then(function () {
           if (mine === generation) {
             document.documentElement.setAttribute('data-rendered', view);
           }
         });
       });
     });
+  }
+
+  // Should the content still change its size later (a reading that wraps the preview onto
+  // another line, say), the window follows it.
+  function followContentSize() {
+    if (typeof window.ResizeObserver !== 'function') {
+      return;
+    }
+    new window.ResizeObserver(function () {
+      if (document.documentElement.hasAttribute('data-rendered')) {
+        fitWindow();
+      }
+    }).observe(document.querySelector('.dialog'));
   }
 
   function show() {
@@ -163,6 +186,7 @@
     // Capture, so Enter on a reading selector confirms instead of opening its list.
     window.addEventListener('keydown', onKey, true);
     window.addEventListener('hashchange', show);
+    followContentSize();
     show();
   }
 

@@ -197,6 +197,21 @@
       });
     }
 
+    // The window is sized once to the content; switching layouts must not make the content
+    // taller than that, so the preview keeps the height of its tallest layout.
+    function reservePreviewHeight() {
+      var chosen = state.styleType;
+      var tallest = 0;
+      [1, 2, 3].forEach(function (type) {
+        state.styleType = type;
+        update();
+        tallest = Math.max(tallest, preview.offsetHeight);
+      });
+      state.styleType = chosen;
+      update();
+      preview.style.minHeight = tallest + 'px';
+    }
+
     function setBusy(busy) {
       state.sending = busy;
       Array.prototype.forEach.call(root.querySelectorAll('select, input, button'), function (control) {
@@ -237,7 +252,7 @@
       el('span', { class: 'keys', 'aria-hidden': 'true' }, texts.get('keysHint')),
       status, el('span', { class: 'spacer' }), cancelButton, confirmButton
     ])));
-    update();
+    reservePreviewHeight();
 
     var first = root.querySelector('select') || root.querySelector('.layouts input:checked');
     first.focus();
