@@ -190,6 +190,5 @@
     show();
   }
 
-  ns.main = { parseRoute: parseRoute, helpUrl: helpUrl };
   start();
 })(window.zphonetic = window.zphonetic || {});

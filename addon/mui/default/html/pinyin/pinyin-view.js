@@ -187,8 +187,6 @@
 
     function update() {
       var boxes = writing.writtenBoxes(sentItems(), state.styleType, state.bracketType);
-      preview.setAttribute('data-style-type', state.styleType);
-      preview.setAttribute('data-bracket-type', state.bracketType);
       ns.dom.clear(preview);
       previewBoxes(boxes, model.colour, texts).forEach(function (box) { preview.appendChild(box); });
       Array.prototype.forEach.call(choices.querySelectorAll('.layouts .option-sample'), function (sample, position) {

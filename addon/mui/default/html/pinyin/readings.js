@@ -98,8 +98,6 @@
   }
 
   ns.readings = {
-    DEFAULT_STYLE_TYPE: DEFAULT_STYLE_TYPE,
-    DEFAULT_BRACKET_TYPE: DEFAULT_BRACKET_TYPE,
     readDocument: readDocument,
     cellsOf: cellsOf
   };

@@ -93,12 +93,9 @@
   }
 
   ns.writing = {
-    bracketsOf: bracketsOf,
     readingsAreBold: readingsAreBold,
     sentReading: sentReading,
     groupedReadings: groupedReadings,
-    joinedCharacters: joinedCharacters,
-    perCharacterPieces: perCharacterPieces,
     writtenBoxes: writtenBoxes
   };
 })(window.zphonetic = window.zphonetic || {});
