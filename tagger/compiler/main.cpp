@@ -20,7 +20,7 @@ constexpr char kUsage[] =
     "       pinyin-dictc words --pinyin-pro complete.json -o firrule.dic\n"
     "       pinyin-dictc chars|words|rules --text SOURCE.txt -o FILE.dic\n"
     "Compiles a dictionary of the tagging library. --text reads the text form that\n"
-    "pinyin-dictdump prints.\n";
+    "pinyin-dictdump prints; rules may come from several --text files, read in order.\n";
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
     // Written beside the target and renamed, so a failed run never leaves half a dictionary.
@@ -53,6 +53,7 @@ int main(int argc, char** argv) {
     }
     const std::string kind = argv[1];
     std::map<std::string, std::string> options;
+    std::vector<std::string> texts;
     for (int i = 2; i < argc; ++i) {
         const std::string key = argv[i];
         if (i + 1 >= argc || (key != "--pinyin-data" && key != "--unihan" &&
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "pinyin-dictc: unexpected argument \"%s\"\n%s", argv[i], kUsage);
             return 2;
         }
+        if (key == "--text") texts.push_back(argv[i + 1]);
         options[key] = argv[++i];
     }
     auto has = [&](const char* key) { return options.count(key) != 0; };
@@ -93,7 +95,14 @@ int main(int argc, char** argv) {
             std::printf("pinyin-dictc: %zu words; dropped %zu\n", words.size(), dropped);
             bytes = compileWords(std::move(words));
         } else if (kind == "rules" && has("--text")) {
-            bytes = compileRules(parseFile(source, readFile(source), parseRuleText));
+            RuleSet rules;
+            for (const std::string& path : texts) {
+                parseFile(path, readFile(path), [&](const std::string& text) {
+                    appendRuleText(text, rules);
+                    return 0;
+                });
+            }
+            bytes = compileRules(rules);
         } else {
             std::fprintf(stderr, "pinyin-dictc: wrong sources for \"%s\"\n%s", kind.c_str(), kUsage);
             return 2;

@@ -4,25 +4,38 @@
 namespace zphonetic::tagger {
 namespace {
 
-// Builds a view, prefixing any format error with the file's path.
-template <class View>
-View open(const MappedFile& file, const std::string& path) {
+// Builds a view, prefixing any format error with the dictionary's name.
+template <class View, class Storage>
+View open(const Storage& storage) {
     try {
-        return View(file.data(), file.size());
+        return View(storage.data(), storage.size());
     } catch (const FormatError& e) {
-        throw FormatError(path + ": " + e.what());
+        throw FormatError(storage.name + ": " + e.what());
     }
 }
 
 }  // namespace
 
+Dictionaries::Storage Dictionaries::map(const std::string& path) {
+    return Storage{path, std::make_unique<MappedFile>(path), {}};
+}
+
 Dictionaries::Dictionaries(const std::string& charPath, const std::string& wordPath,
                            const std::string& rulePath)
-    : charFile_(charPath),
-      wordFile_(wordPath),
-      ruleFile_(rulePath),
-      chars_(open<CharDictionary>(charFile_, charPath)),
-      words_(open<WordDictionary>(wordFile_, wordPath)),
-      rules_(open<RuleDictionary>(ruleFile_, rulePath)) {}
+    : charStorage_(map(charPath)),
+      wordStorage_(map(wordPath)),
+      ruleStorage_(map(rulePath)),
+      chars_(open<CharDictionary>(charStorage_)),
+      words_(open<WordDictionary>(wordStorage_)),
+      rules_(open<RuleDictionary>(ruleStorage_)) {}
+
+Dictionaries::Dictionaries(std::vector<uint8_t> chars, std::vector<uint8_t> words,
+                           std::vector<uint8_t> rules)
+    : charStorage_{"Pinyin.dic", nullptr, std::move(chars)},
+      wordStorage_{"firrule.dic", nullptr, std::move(words)},
+      ruleStorage_{"secrule.dic", nullptr, std::move(rules)},
+      chars_(open<CharDictionary>(charStorage_)),
+      words_(open<WordDictionary>(wordStorage_)),
+      rules_(open<RuleDictionary>(ruleStorage_)) {}
 
 }  // namespace zphonetic::tagger

@@ -85,6 +85,11 @@ std::vector<size_t> compiledOrder(const RuleSet& set) {
 
 RuleSet parseRuleText(const std::string& text) {
     RuleSet set;
+    appendRuleText(text, set);
+    return set;
+}
+
+void appendRuleText(const std::string& text, RuleSet& set) {
     forEachLine(text, [&](size_t lineNo, const std::vector<std::string>& f) {
         if (f[0] == "class" && f.size() == 3) {
             if (!isClassName(f[1])) {
@@ -110,7 +115,6 @@ RuleSet parseRuleText(const std::string& text) {
         }
     });
     if (set.classes.size() > 0xFFFF) throw FormatError("more than 65535 classes");
-    return set;
 }
 
 std::string formatRuleText(const RuleSet& set) {

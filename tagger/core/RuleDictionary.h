@@ -51,6 +51,8 @@ struct RuleSet {
 
 // Parses the text form; throws FormatError naming the line for a malformed line.
 RuleSet parseRuleText(const std::string& text);
+// Parses one more text form into `set`: its classes are known to it, its rules come after.
+void appendRuleText(const std::string& text, RuleSet& set);
 // Prints classes first, then rules grouped by target in their order (the compiled order).
 std::string formatRuleText(const RuleSet& rules);
 std::vector<uint8_t> compileRules(const RuleSet& rules);

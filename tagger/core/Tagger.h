@@ -27,6 +27,10 @@ public:
     // a surrogate). The result stays valid until the next call.
     const std::vector<const Syllable*>& readings(const char16_t* text, size_t length);
 
+    // After readings(): true when character i was left a word of its own and no context rule
+    // decided it (its reading is the character's default, or a tone change).
+    bool isOpen(size_t i) const { return i < alone_.size() && alone_[i] == 1; }
+
     // The answer of the tagging library: every unit, "/" and its reading; a text of exactly one
     // unit gets all that character's readings, default first, separated by single spaces.
     // Returns a NUL-terminated buffer from new[] that the caller frees with delete[], and its
