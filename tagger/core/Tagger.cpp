@@ -90,13 +90,16 @@ void Tagger::changeTones(const char16_t* text, size_t n) {
     // Right to left, so that 一 before 不 sees 不 already changed.
     for (size_t i = n; i-- > 0;) {
         const char16_t c = text[i];
-        if (alone_[i] != 1 || (c != kYi && c != kBu)) continue;
+        if (alone_[i] == 2 || (c != kYi && c != kBu)) continue;
         const bool last = i + 1 == n;
-        // A reduplicated verb around it (看一看, 是不是) leaves it unstressed.
-        if (!last && i > 0 && text[i - 1] == text[i + 1] && text[i + 1] != c) {
+        // A verb repeated around it (看一看, 对不对) leaves it unstressed. 不 gets this even
+        // where the word dictionary joined it to the second verb (对/不对).
+        const bool between = !last && i > 0 && text[i - 1] == text[i + 1] && text[i + 1] != c;
+        if (between && (alone_[i] == 1 || c == kBu)) {
             readings_[i] = c == kYi ? &kYiNeutral : &kBuNeutral;
             continue;
         }
+        if (alone_[i] != 1) continue;
         const Syllable* next = last ? nullptr : readings_[i + 1];
         if (c == kYi) {
             if (next == nullptr) {
