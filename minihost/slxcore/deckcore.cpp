@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+#include "minihost/slxcore/deckcore_p.h"
+
+#include <algorithm>
+#include <cstring>
+#include <sstream>
+
+#include "minihost/slxcore/transaction_p.h"
+#include "minihost/slxcore/xmlnode_p.h"
+#include "nvo/transaction.h"
+
+namespace minihost {
+namespace {
+
+const char kStrictPrefix[] = "http://purl.oclc.org/ooxml/";
+
+bool endsWith(const std::string& text, const char* suffix) {
+    const std::size_t n = std::strlen(suffix);
+    return text.size() >= n && text.compare(text.size() - n, n, suffix) == 0;
+}
+
+struct Relationship {
+    std::string type, target;
+    bool external = false;
+};
+
+std::map<std::string, Relationship> readRelationships(const Package& package,
+                                                      const std::string& part) {
+    std::map<std::string, Relationship> result;
+    const std::string relsPart = relationshipsPart(part);
+    if (!package.has(relsPart)) return result;
+    pugi::xml_document doc;
+    package.parse(relsPart, doc);
+    for (pugi::xml_node rel : doc.document_element().children()) {
+        if (rel.type() != pugi::node_element || std::strcmp(localName(rel), "Relationship") != 0)
+            continue;
+        Relationship r{rel.attribute("Type").value(), rel.attribute("Target").value(),
+                       std::strcmp(rel.attribute("TargetMode").value(), "External") == 0};
+        if (r.type.rfind(kStrictPrefix, 0) == 0)
+            package.fail(QStringLiteral("uses Strict Open XML, which is not supported"));
+        result[rel.attribute("Id").value()] = r;
+    }
+    return result;
+}
+
+// The value of the relationship-id attribute (r:id, whatever its prefix).
+std::string relationshipId(pugi::xml_node node) {
+    for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
+        const char* colon = std::strchr(a.name(), ':');
+        if (colon && std::strcmp(colon + 1, "id") == 0) return a.value();
+    }
+    return {};
+}
+
+}  // namespace
+
+std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString& name) {
+    auto core = std::make_shared<DeckCore>();
+    core->name = name;
+    core->package = std::make_unique<Package>(bytes, name);
+    const Package& package = *core->package;
+
+    pugi::xml_document rootRels;
+    package.parse("_rels/.rels", rootRels);
+    std::string presentationPart;
+    for (pugi::xml_node rel : rootRels.document_element().children()) {
+        const std::string type = rel.attribute("Type").value();
+        if (type.rfind(kStrictPrefix, 0) == 0)
+            package.fail(QStringLiteral("uses Strict Open XML, which is not supported"));
+        if (endsWith(type, "/officeDocument"))
+            presentationPart = resolveTarget(package, "", rel.attribute("Target").value());
+    }
+    if (presentationPart.empty())
+        package.fail(QStringLiteral("no presentation part (_rels/.rels names no main document)"));
+    package.parse(presentationPart, core->presentation);
+    const pugi::xml_node root = core->presentation.document_element();
+    if (std::strcmp(localName(root), "presentation") != 0)
+        package.fail(QStringLiteral("part \"%1\" is not a presentation")
+                         .arg(QString::fromStdString(presentationPart)));
+
+    const auto rels = readRelationships(package, presentationPart);
+    for (const auto& [id, rel] : rels) {
+        if (rel.external || !endsWith(rel.type, "/theme")) continue;
+        package.parse(resolveTarget(package, presentationPart, rel.target), core->theme);
+        readTheme(core->theme, core->styles);
+        break;
+    }
+    core->styles.defaultRunProperties =
+        child(child(child(root, "defaultTextStyle"), "lvl1pPr"), "defRPr");
+    if (pugi::xml_node size = child(root, "sldSz"))
+        core->slideSize = QSizeF(size.attribute("cx").as_double() / kEmuPerPoint,
+                                 size.attribute("cy").as_double() / kEmuPerPoint);
+
+    int number = 0;
+    for (pugi::xml_node sldId : child(root, "sldIdLst").children()) {
+        if (sldId.type() != pugi::node_element) continue;
+        ++number;
+        const std::string rid = relationshipId(sldId);
+        auto it = rels.find(rid);
+        if (it == rels.end() || it->second.external)
+            package.fail(QStringLiteral("slide %1 refers to a missing relationship \"%2\"")
+                             .arg(number)
+                             .arg(QString::fromStdString(rid)));
+        auto slide = std::make_unique<SlidePart>();
+        slide->partName = resolveTarget(package, presentationPart, it->second.target);
+        package.parse(slide->partName, slide->doc);
+        if (std::strcmp(localName(slide->doc.document_element()), "sld") != 0)
+            package.fail(QStringLiteral("part \"%1\" is not a slide")
+                             .arg(QString::fromStdString(slide->partName)));
+        core->slides.push_back(std::move(slide));
+    }
+    return core;
+}
+
+QByteArray DeckCore::toBytes() const {
+    std::map<std::string, QByteArray> replacements;
+    for (const auto& slide : slides)
+        if (slide->edited)
+            replacements[slide->partName] = QByteArray::fromStdString(snapshot(
+                static_cast<int>(&slide - &slides.front())));
+    if (replacements.empty()) return package->bytes();
+    return package->withReplacements(replacements);
+}
+
+QStringList DeckCore::editedParts() const {
+    QStringList parts;
+    for (const auto& slide : slides)
+        if (slide->edited) parts << QString::fromStdString(slide->partName);
+    return parts;
+}
+
+ShapeNode DeckCore::shape(int slide, int id) const {
+    if (slide < 0 || slide >= static_cast<int>(slides.size())) return {};
+    return findShape(shapeTree(slides[slide]->doc), id);
+}
+
+std::shared_ptr<RangeState> DeckCore::newRange(int slide, int id, int start, int length) {
+    auto state = std::make_shared<RangeState>(RangeState{slide, id, start, length});
+    ranges.erase(std::remove_if(ranges.begin(), ranges.end(),
+                                [](const std::weak_ptr<RangeState>& r) { return r.expired(); }),
+                 ranges.end());
+    ranges.push_back(state);
+    return state;
+}
+
+void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserted,
+                            const RangeState* except) {
+    const int delta = inserted - removed;
+    // A start inside the replaced text moves to its start, an end inside it to its end; text
+    // inserted exactly at a range's start pushes the range on, at its end leaves it as it is.
+    auto mapStart = [&](int x) { return x < pos ? x : x >= pos + removed ? x + delta : pos; };
+    auto mapEnd = [&](int x) { return x <= pos ? x : x >= pos + removed ? x + delta : pos + inserted; };
+    for (const auto& weak : ranges) {
+        const auto range = weak.lock();
+        if (!range || range.get() == except || range->slide != slide || range->shapeId != id)
+            continue;
+        const int start = mapStart(range->start);
+        const int end = range->length == 0 ? start : mapEnd(range->start + range->length);
+        range->start = start;
+        range->length = std::max(0, end - start);
+    }
+    if (textSelected && currentSlide == slide && textShape == id) {
+        const int start = mapStart(textStart);
+        const int end = textLength == 0 ? start : mapEnd(textStart + textLength);
+        textStart = start;
+        textLength = std::max(0, end - start);
+    }
+}
+
+void DeckCore::fit(int slide, int id) const {
+    const ShapeNode node = shape(slide, id);
+    if (node.element) fitToText(node, styles);
+}
+
+std::vector<int> DeckCore::selectedShapeIds() const {
+    std::vector<int> ids;
+    if (textSelected)
+        ids.push_back(textShape);
+    else
+        ids = selectedShapes;
+    // Shapes an undo took away are no longer selected.
+    ids.erase(std::remove_if(ids.begin(), ids.end(),
+                             [&](int id) { return !shape(currentSlide, id).element; }),
+              ids.end());
+    return ids;
+}
+
+void DeckCore::selectShape(int id, bool replace) {
+    if (replace) {
+        selectedShapes.clear();
+    } else if (textSelected) {
+        selectedShapes = {textShape};
+    }
+    textSelected = false;
+    if (std::find(selectedShapes.begin(), selectedShapes.end(), id) == selectedShapes.end())
+        selectedShapes.push_back(id);
+}
+
+std::string DeckCore::snapshot(int slide) const {
+    std::ostringstream out;
+    slides[slide]->doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);
+    return out.str();
+}
+
+void DeckCore::restore(int slide, const std::string& xml) {
+    // Live ranges may now reach past their frame's text; every use clamps them to it.
+    slides[slide]->doc.load_buffer(xml.data(), xml.size(), kXmlParseOptions, pugi::encoding_utf8);
+    slides[slide]->edited = true;
+}
+
+void DeckCore::aboutToEdit(int slide, UndoStep* implicit) {
+    OpenStep* open = ZFormatStaticTransGuard::instance()->d_func()->stepFor(this);
+    UndoStep* step = open ? &open->step : implicit;
+    if (step && !step->before.count(slide)) step->before[slide] = snapshot(slide);
+    slides[slide]->edited = true;
+}
+
+void DeckCore::pushStep(UndoStep step) {
+    if (step.before.empty()) return;  // nothing changed: nothing to undo
+    for (const auto& entry : step.before) step.after[entry.first] = snapshot(entry.first);
+    done.push_back(std::move(step));
+    undone.clear();
+}
+
+bool DeckCore::undo() {
+    if (done.empty() || ZFormatStaticTransGuard::instance()->isActive()) return false;
+    UndoStep step = std::move(done.back());
+    done.pop_back();
+    for (const auto& [slide, xml] : step.before) restore(slide, xml);
+    undone.push_back(std::move(step));
+    return true;
+}
+
+bool DeckCore::redo() {
+    if (undone.empty() || ZFormatStaticTransGuard::instance()->isActive()) return false;
+    UndoStep step = std::move(undone.back());
+    undone.pop_back();
+    for (const auto& [slide, xml] : step.after) restore(slide, xml);
+    done.push_back(std::move(step));
+    return true;
+}
+
+EditScope::EditScope(DeckCore& core, int slide, const QString& operation)
+    : m_core(core), m_slide(slide) {
+    if (!ZFormatStaticTransGuard::instance()->d_func()->stepFor(&core))
+        m_implicit = std::make_unique<UndoStep>(UndoStep{operation, {}, {}});
+    core.aboutToEdit(slide, m_implicit.get());
+}
+
+EditScope::~EditScope() {
+    if (m_implicit) m_core.pushStep(std::move(*m_implicit));
+}
+
+}  // namespace minihost

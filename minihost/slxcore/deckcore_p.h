@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// The private side of a deck: its parts, the view's slide and selection, the live text ranges,
+// the undo history and the call journal. Objects of the object model share it.
+#pragma once
+
+#include <QSizeF>
+#include <QStringList>
+#include <map>
+#include <memory>
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+#include "minihost/slxcore/package_p.h"
+#include "minihost/slxcore/runformat_p.h"
+#include "minihost/slxcore/slidetree_p.h"
+
+namespace minihost {
+
+struct SlidePart {
+    std::string partName;
+    pugi::xml_document doc;
+    bool edited = false;
+};
+
+// Where a text range is: it moves when text is inserted or removed before it in its frame.
+struct RangeState {
+    int slide;
+    int shapeId;
+    int start;
+    int length;
+};
+
+// One undo step: each slide it changed, as it was before and after.
+struct UndoStep {
+    QString name;
+    std::map<int, std::string> before, after;
+};
+
+class DeckCore : public std::enable_shared_from_this<DeckCore> {
+public:
+    // Reads a deck; throws DeckError naming `name`.
+    static std::shared_ptr<DeckCore> load(const QByteArray& bytes, const QString& name);
+    // The bytes of a new deck with `slides` empty slides (960 x 540 points).
+    static QByteArray blankDeckBytes(int slides);
+
+    // The deck as it is now: the original bytes when nothing was edited, else the original
+    // archive with the edited slide parts rewritten.
+    QByteArray toBytes() const;
+    QStringList editedParts() const;
+
+    // ---- shapes and text
+    ShapeNode shape(int slide, int id) const;
+    std::shared_ptr<RangeState> newRange(int slide, int id, int start, int length);
+    // Moves the live ranges of frame (slide, id), except `except`, after [pos, pos + removed)
+    // was replaced by `inserted` units.
+    void textReplaced(int slide, int id, int pos, int removed, int inserted,
+                      const RangeState* except);
+    // Resizes the shape when it follows its text.
+    void fit(int slide, int id) const;
+
+    // ---- selection of the view (on currentSlide)
+    std::vector<int> selectedShapeIds() const;  // the text's shape for a text selection
+    void selectShape(int id, bool replace);
+
+    // ---- undo
+    std::string snapshot(int slide) const;
+    void restore(int slide, const std::string& xml);
+    // Called before a slide changes: records its state for the open step (or `implicit`).
+    void aboutToEdit(int slide, UndoStep* implicit);
+    void pushStep(UndoStep step);
+    bool undo();
+    bool redo();
+
+    void note(const QString& entry) { journal << entry; }
+
+    QString name;
+    std::unique_ptr<Package> package;  // what was read; new decks are read from built bytes too
+    pugi::xml_document presentation;
+    pugi::xml_document theme;
+    DeckStyles styles;
+    QSizeF slideSize{960, 540};
+    std::vector<std::unique_ptr<SlidePart>> slides;
+
+    int currentSlide = 0;  // 0-based
+    std::vector<int> selectedShapes;
+    bool textSelected = false;
+    int textShape = 0, textStart = 0, textLength = 0;
+
+    std::vector<std::weak_ptr<RangeState>> ranges;
+    std::vector<UndoStep> done, undone;
+    QStringList journal;
+};
+
+// Records the slide's state for undo around one edit made outside any open step, which then is
+// a step of its own named after the operation.
+class EditScope {
+public:
+    EditScope(DeckCore& core, int slide, const QString& operation);
+    ~EditScope();
+    EditScope(const EditScope&) = delete;
+    EditScope& operator=(const EditScope&) = delete;
+
+private:
+    DeckCore& m_core;
+    int m_slide;
+    std::unique_ptr<UndoStep> m_implicit;
+};
+
+}  // namespace minihost

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "minihost/slxcore/runformat_p.h"
+
+#include <array>
+#include <cmath>
+
+#include "minihost/slxcore/xmlnode_p.h"
+
+namespace minihost {
+namespace {
+
+std::uint32_t parseHex(const char* text) {
+    bool ok = false;
+    const std::uint32_t value = QString::fromLatin1(text).toUInt(&ok, 16);
+    return ok ? (value & 0xFFFFFFu) : 0u;
+}
+
+// The colour of a colour choice element's parent (a:solidFill or a theme's a:dk1 ...).
+bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb) {
+    if (pugi::xml_node srgb = child(holder, "srgbClr")) {
+        *rgb = parseHex(srgb.attribute("val").value());
+        return true;
+    }
+    if (pugi::xml_node sys = child(holder, "sysClr")) {
+        *rgb = parseHex(sys.attribute("lastClr").value());
+        return true;
+    }
+    if (pugi::xml_node scheme = child(holder, "schemeClr")) {
+        // The usual master colour map: text on dark 1, background on light 1.
+        std::string name = scheme.attribute("val").value();
+        if (name == "tx1") name = "dk1";
+        if (name == "bg1") name = "lt1";
+        if (name == "tx2") name = "dk2";
+        if (name == "bg2") name = "lt2";
+        auto it = styles.schemeColors.find(name);
+        *rgb = it == styles.schemeColors.end() ? 0u : it->second;
+        return true;
+    }
+    return false;
+}
+
+QString resolveTypeface(const QString& face, const DeckStyles& styles) {
+    if (face == QLatin1String("+mn-lt")) return styles.minorLatin;
+    if (face == QLatin1String("+mj-lt")) return styles.majorLatin;
+    if (face == QLatin1String("+mn-ea")) return styles.minorEastAsian;
+    if (face == QLatin1String("+mj-ea")) return styles.majorEastAsian;
+    return face;
+}
+
+}  // namespace
+
+FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles) {
+    const pugi::xml_node listLevel = child(child(child(txBody, "lstStyle"), "lvl1pPr"), "defRPr");
+    const std::array<pugi::xml_node, 3> chain{rPr, listLevel, styles.defaultRunProperties};
+    FontValues values;
+    values.name = styles.minorLatin.isEmpty() ? QStringLiteral("Calibri") : styles.minorLatin;
+    bool haveBold = false, haveSize = false, haveName = false, haveColor = false;
+    for (pugi::xml_node props : chain) {
+        if (!props) continue;
+        if (!haveBold && props.attribute("b")) {
+            const std::string b = props.attribute("b").value();
+            values.bold = b == "1" || b == "true";
+            haveBold = true;
+        }
+        if (!haveSize && props.attribute("sz")) {
+            values.size = static_cast<float>(props.attribute("sz").as_int(1800)) / 100.0f;
+            haveSize = true;
+        }
+        if (!haveName) {
+            if (pugi::xml_node latin = child(props, "latin")) {
+                const QString face = resolveTypeface(qs(latin.attribute("typeface").value()), styles);
+                if (!face.isEmpty()) {
+                    values.name = face;
+                    haveName = true;
+                }
+            }
+        }
+        if (!haveColor)
+            if (pugi::xml_node fill = child(props, "solidFill"))
+                haveColor = colorOf(fill, styles, &values.rgb);
+    }
+    return values;
+}
+
+void setBold(pugi::xml_node rPr, bool bold) {
+    pugi::xml_attribute b = rPr.attribute("b");
+    if (!b) b = rPr.append_attribute("b");
+    b.set_value(bold ? "1" : "0");
+}
+
+void setSize(pugi::xml_node rPr, float points) {
+    pugi::xml_attribute sz = rPr.attribute("sz");
+    if (!sz) sz = rPr.append_attribute("sz");
+    sz.set_value(static_cast<int>(std::lround(points * 100.0f)));
+}
+
+void setTypeface(pugi::xml_node rPr, const QString& name) {
+    pugi::xml_node latin = ensureChild(rPr, "latin", prefixOf(rPr), kRunPropertiesOrder);
+    pugi::xml_attribute face = latin.attribute("typeface");
+    if (!face) face = latin.append_attribute("typeface");
+    face.set_value(name.toUtf8().constData());
+}
+
+void setColor(pugi::xml_node rPr, std::uint32_t rgb) {
+    removeChildren(rPr, {"noFill", "solidFill", "gradFill", "blipFill", "pattFill", "grpFill"});
+    const std::string prefix = prefixOf(rPr);
+    pugi::xml_node fill = ensureChild(rPr, "solidFill", prefix, kRunPropertiesOrder);
+    const QString hex = QStringLiteral("%1").arg(rgb & 0xFFFFFFu, 6, 16, QChar('0')).toUpper();
+    fill.append_child((prefix + "srgbClr").c_str())
+        .append_attribute("val")
+        .set_value(hex.toLatin1().constData());
+}
+
+void readTheme(const pugi::xml_document& theme, DeckStyles& styles) {
+    const pugi::xml_node elements = child(child(theme, "theme"), "themeElements");
+    const pugi::xml_node fonts = child(elements, "fontScheme");
+    auto face = [&](const char* which, const char* script) {
+        return qs(child(child(fonts, which), script).attribute("typeface").value());
+    };
+    styles.minorLatin = face("minorFont", "latin");
+    styles.majorLatin = face("majorFont", "latin");
+    styles.minorEastAsian = face("minorFont", "ea");
+    styles.majorEastAsian = face("majorFont", "ea");
+    const pugi::xml_node colors = child(elements, "clrScheme");
+    for (pugi::xml_node c = colors.first_child(); c; c = c.next_sibling()) {
+        std::uint32_t rgb = 0;
+        if (c.type() == pugi::node_element && colorOf(c, styles, &rgb))
+            styles.schemeColors[localName(c)] = rgb;
+    }
+}
+
+}  // namespace minihost

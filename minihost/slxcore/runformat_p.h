@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Character formatting: what a run's properties (a:rPr) resolve to, and how the object model's
+// font operations write them back in schema order.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <map>
+#include <pugixml.hpp>
+#include <string>
+
+namespace minihost {
+
+// What the deck defines for text that does not say: the presentation's default run properties
+// and the theme's fonts and colours.
+struct DeckStyles {
+    pugi::xml_node defaultRunProperties;  // presentation.xml defaultTextStyle/lvl1pPr/defRPr
+    QString minorLatin, majorLatin, minorEastAsian, majorEastAsian;
+    std::map<std::string, std::uint32_t> schemeColors;  // "dk1" -> 0x00RRGGBB
+};
+
+struct FontValues {
+    QString name;
+    float size = 18.0f;
+    bool bold = false;
+    std::uint32_t rgb = 0;  // 0x00RRGGBB
+};
+
+// The values that apply to a character with properties `rPr` in text body `txBody`: its own,
+// else the body's list style (level 1), else the deck's defaults, else 18 pt, not bold, black,
+// the theme's minor Latin font ("Calibri" without a theme). Theme font references (+mn-lt,
+// +mj-ea, ...) and scheme colours are resolved; colour transforms (lumMod, ...) are not.
+FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles);
+
+// Writers; each keeps the element's other attributes and children.
+void setBold(pugi::xml_node rPr, bool bold);
+void setSize(pugi::xml_node rPr, float points);   // sz in hundredths of a point
+void setTypeface(pugi::xml_node rPr, const QString& name);  // a:latin
+void setColor(pugi::xml_node rPr, std::uint32_t rgb);       // 0x00RRGGBB -> a:solidFill/a:srgbClr
+
+// Reads the theme part's font and colour scheme into `styles`.
+void readTheme(const pugi::xml_document& theme, DeckStyles& styles);
+
+}  // namespace minihost

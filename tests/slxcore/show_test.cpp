@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// zphonetic show: the listing of a deck, and its errors.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstdio>
+
+#include "decktestutil.h"
+#include "minihost/slxcore/deck.h"
+#include "qtprinters.h"
+#include "tools/zphonetic/commands.h"
+
+namespace {
+
+struct Captured {
+    int status;
+    QString out, err;
+};
+
+// Runs the command with standard output and error sent to files.
+Captured run(const QStringList& args) {
+    QTemporaryDir dir;
+    const QString outPath = dir.filePath("out"), errPath = dir.filePath("err");
+    std::fflush(stdout);
+    std::fflush(stderr);
+    const int savedOut = dup(1), savedErr = dup(2);
+    std::FILE* outFile = std::fopen(outPath.toLocal8Bit().constData(), "w");
+    std::FILE* errFile = std::fopen(errPath.toLocal8Bit().constData(), "w");
+    dup2(fileno(outFile), 1);
+    dup2(fileno(errFile), 2);
+    Captured result{runShow(args), {}, {}};
+    std::fflush(stdout);
+    std::fflush(stderr);
+    dup2(savedOut, 1);
+    dup2(savedErr, 2);
+    close(savedOut);
+    close(savedErr);
+    std::fclose(outFile);
+    std::fclose(errFile);
+    result.out = QString::fromUtf8(decktest::readFile(outPath));
+    result.err = QString::fromUtf8(decktest::readFile(errPath));
+    return result;
+}
+
+TEST(Show, ListsSlidesShapesIdsTextsAndFormats) {
+    QTemporaryDir dir;
+    auto deck = minihost::Deck::create(2);
+    deck->addTextBox(1, QStringLiteral("你好\r世界"), QRectF(10, 20, 300, 40));
+    deck->addTextBox(2, QStringLiteral("a\"b"), QRectF(0, 0, 100, 50));
+    const QString path = dir.filePath("two.pptx");
+    QString error;
+    ASSERT_TRUE(deck->save(path, &error)) << error.toStdString();
+    const Captured c = run({path});
+    EXPECT_EQ(c.status, 0);
+    EXPECT_EQ(c.err, QString());
+    EXPECT_EQ(c.out, path + QStringLiteral(
+                                ": 2 slides, 960 x 540 pt\n"
+                                "slide 1: 1 shape\n"
+                                "  shape 2 \"TextBox 1\" text box at 10, 20, 300 x 40 pt\n"
+                                "    text (5 units): \"你好\\r世界\"\n"
+                                "    font: Calibri 18 pt, colour #000000\n"
+                                "slide 2: 1 shape\n"
+                                "  shape 2 \"TextBox 1\" text box at 0, 0, 100 x 50 pt\n"
+                                "    text (3 units): \"a\\\"b\"\n"
+                                "    font: Calibri 18 pt, colour #000000\n"));
+}
+
+TEST(Show, PublicDeckWithAGroupAndAPlaceholder) {
+    const QString path = decktest::testDeckDir() + QStringLiteral("/pypptx-test_slides.pptx");
+    if (!QFile::exists(path)) GTEST_SKIP() << "public test decks not found in " << path.toStdString();
+    const Captured c = run({path});
+    EXPECT_EQ(c.status, 0);
+    EXPECT_TRUE(c.out.contains(QStringLiteral("group"))) << c.out.toStdString();
+    EXPECT_TRUE(c.out.contains(QStringLiteral("\"Group test text\""))) << c.out.toStdString();
+    EXPECT_TRUE(c.out.contains(QStringLiteral("placed by its layout"))) << c.out.toStdString();
+}
+
+TEST(Show, ErrorsNameTheFileAndExitNonZero) {
+    QTemporaryDir dir;
+    const QString path = dir.filePath("not-a-deck.pptx");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("hello");
+    file.close();
+    Captured c = run({path});
+    EXPECT_EQ(c.status, 1);
+    EXPECT_EQ(c.err, QStringLiteral("zphonetic: ") + path + QStringLiteral(": not a zip archive\n"));
+    EXPECT_EQ(c.out, QString());
+    c = run({});
+    EXPECT_EQ(c.status, 2);
+    EXPECT_EQ(c.err, QStringLiteral("zphonetic: show: usage: zphonetic show DECK\n"));
+}
+
+}  // namespace

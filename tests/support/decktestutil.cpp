@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "decktestutil.h"
+
+#include <zip.h>
+
+#include <QDir>
+#include <QFile>
+#include <cstring>
+#include <memory>
+
+namespace decktest {
+
+QString testDeckDir() { return QStringLiteral(ZPHONETIC_TESTDECKS_DIR); }
+
+QStringList testDeckNames() {
+    return QDir(testDeckDir()).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+std::vector<ZipEntry> zipEntries(const QByteArray& bytes) {
+    std::vector<ZipEntry> entries;
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* source = zip_source_buffer_create(bytes.constData(), bytes.size(), 0, &error);
+    zip_t* archive = source ? zip_open_from_source(source, ZIP_RDONLY, &error) : nullptr;
+    zip_error_fini(&error);
+    if (!archive) {
+        zip_source_free(source);
+        return entries;
+    }
+    const zip_int64_t count = zip_get_num_entries(archive, 0);
+    for (zip_int64_t i = 0; i < count; ++i) {
+        zip_stat_t stat;
+        zip_stat_index(archive, i, 0, &stat);
+        ZipEntry entry;
+        entry.name = QString::fromUtf8(stat.name);
+        entry.crc = stat.crc;
+        entry.compressedSize = stat.comp_size;
+        entry.size = stat.size;
+        entry.method = stat.comp_method;
+        entry.data.resize(static_cast<int>(stat.size));
+        if (zip_file_t* file = zip_fopen_index(archive, i, 0)) {
+            zip_fread(file, entry.data.data(), stat.size);
+            zip_fclose(file);
+        }
+        entries.push_back(entry);
+    }
+    zip_discard(archive);
+    return entries;
+}
+
+QByteArray zipPart(const QByteArray& bytes, const QString& name) {
+    for (const ZipEntry& entry : zipEntries(bytes))
+        if (entry.name == name) return entry.data;
+    return {};
+}
+
+QByteArray makeZip(const std::vector<std::pair<QString, QByteArray>>& parts, bool stored) {
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* source = zip_source_buffer_create(nullptr, 0, 0, &error);
+    zip_t* archive = zip_open_from_source(source, ZIP_TRUNCATE, &error);
+    zip_error_fini(&error);
+    zip_source_keep(source);
+    for (const auto& [name, data] : parts) {
+        zip_source_t* content = zip_source_buffer(archive, data.constData(), data.size(), 0);
+        const zip_int64_t index =
+            zip_file_add(archive, name.toUtf8().constData(), content, ZIP_FL_ENC_UTF_8);
+        if (stored) zip_set_file_compression(archive, index, ZIP_CM_STORE, 0);
+    }
+    zip_close(archive);
+    QByteArray out;
+    zip_source_open(source);
+    zip_source_seek(source, 0, SEEK_END);
+    out.resize(static_cast<int>(zip_source_tell(source)));
+    zip_source_seek(source, 0, SEEK_SET);
+    zip_source_read(source, out.data(), out.size());
+    zip_source_close(source);
+    zip_source_free(source);
+    return out;
+}
+
+QByteArray withClaimedSize(QByteArray zip, const QString& name, std::uint32_t size) {
+    const QByteArray wanted = name.toUtf8();
+    auto patch = [&](const char* signature, int sizeOffset, int nameOffset) {
+        for (int at = zip.indexOf(signature); at >= 0; at = zip.indexOf(signature, at + 4)) {
+            if (zip.mid(at + nameOffset, wanted.size()) != wanted) continue;
+            std::memcpy(zip.data() + at + sizeOffset, &size, 4);
+        }
+    };
+    patch("PK\x03\x04", 22, 30);
+    patch("PK\x01\x02", 24, 46);
+    return zip;
+}
+
+QString quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
+
+}  // namespace decktest

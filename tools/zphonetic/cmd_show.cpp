@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// zphonetic show DECK: what is on each slide, with the shape ids a selection names.
+#include <QTextStream>
+#include <cstdio>
+
+#include "minihost/slxcore/deck.h"
+#include "tools/zphonetic/commands.h"
+
+namespace {
+
+// Paragraph and line breaks written as \r and \v, so every unit of the text stays visible and
+// positions can be counted off the listing.
+QString visible(const QString& text) {
+    QString out;
+    for (QChar c : text) {
+        if (c == QLatin1Char('\r'))
+            out += QStringLiteral("\\r");
+        else if (c == QLatin1Char('\v'))
+            out += QStringLiteral("\\v");
+        else if (c == QLatin1Char('\\') || c == QLatin1Char('"'))
+            out += QLatin1Char('\\') + QString(c);
+        else
+            out += c;
+    }
+    return out;
+}
+
+QString number(double value) { return QString::number(value, 'g', 6); }
+
+}  // namespace
+
+int runShow(const QStringList& args) {
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    if (args.size() != 1) {
+        err << "zphonetic: show: usage: zphonetic show DECK\n";
+        return 2;
+    }
+    QString error;
+    const std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(args.first(), &error);
+    if (!deck) {
+        err << "zphonetic: " << error << '\n';
+        return 1;
+    }
+    const int slides = deck->slideCount();
+    out << args.first() << ": " << slides << (slides == 1 ? " slide" : " slides") << ", "
+        << number(deck->slideSize().width()) << " x " << number(deck->slideSize().height())
+        << " pt\n";
+    for (int slide = 1; slide <= slides; ++slide) {
+        const QList<minihost::ShapeInfo> shapes = deck->shapes(slide);
+        out << "slide " << slide << ": " << shapes.size()
+            << (shapes.size() == 1 ? " shape\n" : " shapes\n");
+        for (const minihost::ShapeInfo& shape : shapes) {
+            out << "  shape " << shape.id << " \"" << visible(shape.name) << "\" " << shape.kind;
+            if (shape.box.isNull())
+                out << ", placed by its layout";
+            else
+                out << " at " << number(shape.box.left()) << ", " << number(shape.box.top())
+                    << ", " << number(shape.box.width()) << " x " << number(shape.box.height())
+                    << " pt";
+            if (shape.followsText) out << ", follows its text";
+            out << '\n';
+            if (!shape.hasTextFrame) continue;
+            out << "    text (" << shape.text.size() << " units): \"" << visible(shape.text)
+                << "\"\n";
+            out << "    font: " << shape.fontName << ' ' << number(shape.fontSize) << " pt"
+                << (shape.bold ? " bold" : "") << ", colour #"
+                << QStringLiteral("%1").arg(shape.rgb, 6, 16, QLatin1Char('0')).toUpper() << '\n';
+        }
+    }
+    out.flush();
+    return 0;
+}
