@@ -92,7 +92,8 @@ QByteArray withClaimedSize(QByteArray zip, const QString& name, std::uint32_t si
     auto patch = [&](const char* signature, int sizeOffset, int nameOffset) {
         for (int at = zip.indexOf(signature); at >= 0; at = zip.indexOf(signature, at + 4)) {
             if (zip.mid(at + nameOffset, wanted.size()) != wanted) continue;
-            std::memcpy(zip.data() + at + sizeOffset, &size, 4);
+            for (int i = 0; i < 4; ++i)  // little-endian, as zip headers are
+                zip[at + sizeOffset + i] = static_cast<char>((size >> (8 * i)) & 0xFF);
         }
     };
     patch("PK\x03\x04", 22, 30);
