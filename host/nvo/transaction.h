@@ -31,15 +31,18 @@ private:
     std::unique_ptr<ZFormatTransGuardPrivate> d;
 };
 
-// The process-wide view of the open undo step, if any.
+// The host's own, process-wide transaction: a step the host itself has open around a larger
+// operation (a script, a compound command). While it is active, a command does not start a step
+// of its own: its changes join the host's step, and it may rename that step. Steps opened by
+// ZFormatTransGuard::start() do not make it active.
 class ZHOST_API ZFormatStaticTransGuard {
 public:
     static ZFormatStaticTransGuard* instance();
-    // True while an undo step is open.
+    // True while the host's own step is open.
     bool isActive() const;
-    // The open step's display name (empty when none is open).
+    // The host's step's display name (empty when none is open).
     QString name() const;
-    // Renames the open step; ignored when none is open.
+    // Renames the host's open step; ignored when none is open.
     void setName(const QString& name);
 
     ZFormatStaticTransGuardPrivate* d_func() const { return d.get(); }

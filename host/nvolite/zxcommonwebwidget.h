@@ -77,9 +77,9 @@ private:
     std::unique_ptr<ZxCommonWebDragableWidgetPrivate> d;
 };
 
-// A frameless top-level window showing a page.
+// A frameless top-level window showing a page. It adds no signals or slots, so it has no meta
+// object of its own: a window derived from it has ZxCommonWebDragableWidget as its superclass.
 class ZHOST_API ZxCommonWebWindow : public ZxCommonWebDragableWidget {
-    Q_OBJECT
 public:
     // `resizable`: the user may resize it by its edges (`resizeMargin` pixels wide);
     // `showInTaskbar`: it appears in the task bar as a window of its own.

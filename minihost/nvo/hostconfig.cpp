@@ -6,6 +6,9 @@
 #include <QHash>
 #include <QMap>
 #include <cstring>
+#include <optional>
+
+#include "minihost/nvo/hoststore.h"
 
 #include "nvo/platform.h"
 #include "nvo/zlitestyle.h"
@@ -17,7 +20,7 @@ namespace {
 struct Config {
     QHash<std::uint32_t, bool> features;
     QMap<int, QString> directories;
-    double scale = 1.0;
+    std::optional<double> scale;
 };
 
 Config& config() {
@@ -36,7 +39,11 @@ QString besideHostPrograms(const char* relative) {
 void setFeatureState(std::uint32_t featureId, bool on) { config().features.insert(featureId, on); }
 
 bool featureState(std::uint32_t featureId) {
-    return config().features.value(featureId, featureId == kFeatureTaggingLibrary);
+    const auto set = config().features.constFind(featureId);
+    if (set != config().features.cend()) return *set;
+    if (featureId != kFeatureTaggingLibrary) return false;
+    const QVariant setting = hostSetting(QStringLiteral("features/taggingLibrary"));
+    return setting.isValid() ? setting.toBool() : true;
 }
 
 void resetFeatureStates() { config().features.clear(); }
@@ -52,6 +59,11 @@ QString directory(int dirId) {
     if (!variable) return QString();
     const QString fromEnvironment = qEnvironmentVariable(variable);
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
+    const QString fromSettings =
+        hostSetting(dirId == kDirTaggingLibrary ? QStringLiteral("directories/tagger")
+                                                : QStringLiteral("directories/dictionaries"))
+            .toString();
+    if (!fromSettings.isEmpty()) return fromSettings;
     return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic" : "share/zphonetic/dict");
 }
 
@@ -59,7 +71,14 @@ void resetDirectories() { config().directories.clear(); }
 
 void setScaleFactor(double factor) { config().scale = factor; }
 
-double scaleFactor() { return config().scale; }
+double scaleFactor() {
+    if (config().scale) return *config().scale;
+    bool ok = false;
+    const double fromSettings = hostSetting(QStringLiteral("ui/scaleFactor")).toDouble(&ok);
+    return ok && fromSettings > 0 ? fromSettings : 1.0;
+}
+
+void resetScaleFactor() { config().scale.reset(); }
 
 }  // namespace minihost
 

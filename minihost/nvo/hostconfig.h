@@ -17,7 +17,8 @@ constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
 constexpr int kDirTaggingLibrary = 2;
 constexpr int kDirDictionaries = 27;
 
-// Feature state: what was set here, else on for kFeatureTaggingLibrary and off for any other.
+// Feature state: what was set here, else the host setting "features/taggingLibrary" (for
+// kFeatureTaggingLibrary), else on for kFeatureTaggingLibrary and off for any other.
 ZHOST_API void setFeatureState(std::uint32_t featureId, bool on);
 ZHOST_API bool featureState(std::uint32_t featureId);
 // Forgets what was set for every feature.
@@ -25,15 +26,23 @@ ZHOST_API void resetFeatureStates();
 
 // A directory as _nvo_GetDirInfo reports it, exactly as given (a trailing separator is kept).
 // Without a value set here: the environment (ZPHONETIC_TAGGER_DIR for 2, ZPHONETIC_DICT_DIR for
-// 27), else next to the host programs: <bin>/../lib/zphonetic and <bin>/../share/zphonetic/dict.
+// 27), else the host settings ("directories/tagger", "directories/dictionaries"), else next to
+// the host programs: <bin>/../lib/zphonetic and <bin>/../share/zphonetic/dict.
 // Unknown ids give an empty string.
 ZHOST_API void setDirectory(int dirId, const QString& path);
 ZHOST_API QString directory(int dirId);
 // Forgets what was set for every directory.
 ZHOST_API void resetDirectories();
 
-// ZLiteStyle::dpiScaled multiplies by this (1 unless set).
+// ZLiteStyle::dpiScaled multiplies by this: what was set here, else the host setting
+// "ui/scaleFactor", else 1.
 ZHOST_API void setScaleFactor(double factor);
 ZHOST_API double scaleFactor();
+// Forgets the factor set here.
+ZHOST_API void resetScaleFactor();
+
+// Calls of _Xloadlibrary since the process started, successful or not: tells a test whether
+// anything was loaded again.
+ZHOST_API int loadLibraryCalls();
 
 }  // namespace minihost

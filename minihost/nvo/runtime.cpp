@@ -3,6 +3,8 @@
 // dynamic loading.
 #include "nvo/runtime.h"
 
+#include "minihost/nvo/hostconfig.h"
+
 #include <dlfcn.h>
 
 #include <QString>
@@ -29,6 +31,11 @@ BSTR allocBstr(const OLECHAR* text, std::size_t length) {
         std::memset(chars, 0, length * sizeof(OLECHAR));
     chars[length] = 0;
     return chars;
+}
+
+int& loadCalls() {
+    static int count = 0;
+    return count;
 }
 
 QString utf16Path(const char16_t* path) {
@@ -111,6 +118,7 @@ char16_t* _Xu2_strncpy(char16_t* destination, const char16_t* source, std::size_
 }
 
 HMODULE _Xloadlibrary(const char16_t* path, std::uint32_t flags) {
+    ++loadCalls();
     if (!path || flags != 0) return nullptr;
     const QByteArray local = utf16Path(path).toLocal8Bit();
     return dlopen(local.constData(), RTLD_NOW | RTLD_LOCAL);
@@ -128,3 +136,5 @@ HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
 int _Xfreelibrary(HMODULE module) { return module && dlclose(module) == 0 ? 1 : 0; }
 
 }  // extern "C"
+
+int minihost::loadLibraryCalls() { return loadCalls(); }

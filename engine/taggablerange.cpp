@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include "engine/taggablerange.h"
+
+// The host's own engine classifies by Unicode block; the taggable blocks are exactly these
+// ranges, so testing them directly gives the same answer without a per-process table.
+bool isTaggable(char16_t unit) {
+    return (unit >= 0x3040 && unit <= 0x30FF) || (unit >= 0x3300 && unit <= 0x33FF) ||
+           (unit >= 0x4E00 && unit <= 0x9FFF) || (unit >= 0xF900 && unit <= 0xFAFF) ||
+           (unit >= 0xFF00 && unit <= 0xFFEF);
+}

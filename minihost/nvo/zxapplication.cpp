@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <cstdio>
+
+#include "minihost/nvo/zxapplication_p.h"
+
+namespace {
+
+const char* const kUrlSchemes[] = {"http", "https", "file"};
+
+bool isHeadlessPlatform(const QString& platform) {
+    return platform == QLatin1String("offscreen") || platform == QLatin1String("minimal");
+}
+
+// The button codes of the flags' low nibble, as a GUI box offers them.
+QMessageBox::StandardButtons buttonsFor(unsigned int flags) {
+    switch (flags & 0x0F) {
+        case 1: return QMessageBox::Ok | QMessageBox::Cancel;
+        case 4: return QMessageBox::Yes | QMessageBox::No;
+        default: return QMessageBox::Ok;
+    }
+}
+
+QMessageBox::Icon iconFor(unsigned int flags) {
+    switch (flags & 0xF0) {
+        case 0x10: return QMessageBox::Critical;
+        case 0x20: return QMessageBox::Question;
+        case 0x30: return QMessageBox::Warning;
+        case 0x40: return QMessageBox::Information;
+        default: return QMessageBox::NoIcon;
+    }
+}
+
+int answerCode(int button) {
+    switch (button) {
+        case QMessageBox::Cancel: return 2;
+        case QMessageBox::Yes: return 6;
+        case QMessageBox::No: return 7;
+        default: return 1;
+    }
+}
+
+}  // namespace
+
+ZxApplicationPrivate::ZxApplicationPrivate(bool headless) : m_headless(headless) {
+    if (m_headless)
+        for (const char* scheme : kUrlSchemes)
+            QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "recordUrl");
+}
+
+ZxApplicationPrivate::~ZxApplicationPrivate() {
+    if (m_headless)
+        for (const char* scheme : kUrlSchemes) QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+}
+
+void ZxApplicationPrivate::recordUrl(const QUrl& url) {
+    openedUrls.append(url);
+    std::fprintf(stderr, "zphonetic: open in browser: %s\n", url.toString().toUtf8().constData());
+}
+
+ZxApplication::ZxApplication(int& argc, char** argv)
+    : QApplication(argc, argv),
+      d(std::make_unique<ZxApplicationPrivate>(isHeadlessPlatform(platformName()))) {}
+
+ZxApplication::~ZxApplication() = default;
+
+ZMainWindow* ZxApplication::currentMainWindow() const { return d->mainWindow.data(); }
+
+ZCoreApplication* ZxApplication::coreApplication() const { return &d->core; }
+
+int ZxApplication::messageBox(const QString& text, unsigned int flags) {
+    if (d->headless()) {
+        d->messages.append({text, flags});
+        std::fprintf(stderr, "zphonetic: message (flags 0x%X): %s\n", flags,
+                     text.toUtf8().constData());
+        if (d->headlessAnswer) return d->headlessAnswer;
+        return (flags & 0x0F) == 4 ? 6 : 1;
+    }
+    QMessageBox box(iconFor(flags), applicationName(), text, buttonsFor(flags), d->mainWindow);
+    return answerCode(box.exec());
+}
+
+ZAppObj::ZAppObj(const QString& commandId) : m_commandId(commandId) {}
+
+QString ZAppObj::commandId() const { return m_commandId; }
+
+ZAppContext::ZAppContext() = default;
+
+ZAppContext::ZAppContext(const QMap<QString, QVariant>& arguments) : m_arguments(arguments) {}
+
+const QMap<QString, QVariant>& ZAppContext::arguments() const { return m_arguments; }
+
+void ZAppContext::setArgument(const QString& name, const QVariant& value) {
+    m_arguments.insert(name, value);
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The stand-in host's own controls over its web framework, for host programs and tests: whether
+// pages are rendered at all, which profiles they use, driving a page's bridge from native code,
+// and what "open in the browser" does in a headless host.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantMap>
+
+#include "hostexport.h"
+
+class QWebEngineView;
+namespace nvolite {
+class ZxCommonWebWidget;
+}
+
+namespace minihost {
+
+// On (the default): web widgets show their page in the web engine. Off: init() sets up the
+// bridge and remembers the URL but creates no web view, so a host without a display (the
+// command line) drives dialogs through callBridge() alone. Read when a widget is initialised.
+ZHOST_API void setWebRendering(bool on);
+ZHOST_API bool webRendering();
+
+// Off (the default): each profile name is a persistent profile under the host's data directory.
+// On: profiles are off the record (nothing written to disk), as tests want. Read when a profile
+// is first used.
+ZHOST_API void setWebProfilesOffTheRecord(bool on);
+
+// The web widgets that are initialised and alive, oldest first.
+ZHOST_API QList<nvolite::ZxCommonWebWidget*> webWidgets();
+// The URL `widget` was initialised with (empty before init).
+ZHOST_API QString webWidgetUrl(const nvolite::ZxCommonWebWidget* widget);
+// The widget's web view, or null (not initialised, or not rendering).
+ZHOST_API QWebEngineView* webWidgetView(const nvolite::ZxCommonWebWidget* widget);
+
+// Calls the bridge of `widget` exactly as its page does with zxHost.call(method, args):
+// `argumentsJson` is the JSON text of the arguments object. The reply is the one the page's
+// adapter receives: {"ok": true, "result": <result or invalid QVariant>} or
+// {"ok": false, "error": "<method>: <why>"}. Works whether or not the page is rendered;
+// {"ok": false} with "no bridge" for a widget that is not initialised.
+ZHOST_API QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QString& method,
+                                 const QString& argumentsJson);
+
+// Runs `script` in the rendered page of `widget` and waits (running the event loop) up to
+// `timeoutMs` for its value. *ok false on timeout or when nothing is rendered.
+ZHOST_API QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script, int timeoutMs,
+                                 bool* ok = nullptr);
+// Waits (running the event loop) until the attribute `name` of the page's <html> element is
+// `value`; the page sets such an attribute when it has finished rendering. False on timeout or
+// when the widget is closed or not rendered.
+ZHOST_API bool waitForPageAttribute(nvolite::ZxCommonWebWidget* widget, const QString& name,
+                                    const QString& value, int timeoutMs);
+
+// Makes QDesktopServices::openUrl record http and https URLs instead of starting a browser, and
+// print each one to standard error as "open in browser: <url>" when `print` is true. For
+// headless hosts and tests; stays in force until the application object is destroyed.
+ZHOST_API void recordOpenedUrls(bool print);
+// The URLs recorded so far, in order, as QUrl::toString() gives them.
+ZHOST_API QStringList openedUrls();
+ZHOST_API void clearOpenedUrls();
+
+}  // namespace minihost

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "nvolite/zxcommonwebwidget.h"
+
+#include <QVBoxLayout>
+#include <QWebChannel>
+#include <QWebEngineView>
+
+#include "minihost/nvolite/bridgechannel.h"
+#include "minihost/nvolite/localcontent.h"
+#include "minihost/nvolite/zxcommonjsapi_p.h"
+#include "minihost/nvolite/zxwebviewcontainer_p.h"
+#include "nvolite/zxcommonjsapi.h"
+
+ZxWebViewContainer::ZxWebViewContainer(QWidget* parent)
+    : QWidget(parent), d(std::make_unique<ZxWebViewContainerPrivate>()) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+}
+
+ZxWebViewContainer::~ZxWebViewContainer() {
+    // The page goes before the channel and the objects it publishes, and those before the bridge.
+    delete d->view;
+    delete d->channel;
+    delete d->bridge;
+    delete d->jsApi;
+}

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#include "nvolite/zxcommonjsapi.h"
+#include "minihost/nvolite/zxcommonjsapi_p.h"
+
+ZxWebViewJSContext::ZxWebViewJSContext(const QString& method, const QString& argumentsJson)
+    : d(std::make_unique<ZxWebViewJSContextPrivate>()) {
+    d->method = method;
+    d->argumentsJson = argumentsJson;
+}
+
+ZxWebViewJSContext::~ZxWebViewJSContext() = default;
+
+QString ZxWebViewJSContext::method() const { return d->method; }
+QString ZxWebViewJSContext::argumentsJson() const { return d->argumentsJson; }
+bool ZxWebViewJSContext::hasResult() const { return d->hasResult; }
+QVariant ZxWebViewJSContext::result() const { return d->result; }

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Creation of the model and the dialog's close notification. Initialisation and release are the
+// entry's (entry/modellifecycle.cpp); the commands belong to their own folders.
+#include "model/phoneticsymbolmodel.h"
+
+ZPhoneticSymbolModel::ZPhoneticSymbolModel() : QObject(nullptr) {}
+
+ZPhoneticSymbolModel* ZPhoneticSymbolModel::instance() {
+    // A function-local static is initialised exactly once even under concurrent first calls.
+    // Never deleted, deliberately: host objects may still call into the model during shutdown.
+    static ZPhoneticSymbolModel* const model = new ZPhoneticSymbolModel;
+    return model;
+}
+
+void ZPhoneticSymbolModel::onWindowClose() {
+    if (!dialog) return;
+    // Only the dialog's signalClose leads here (the dialog opener connects it), so the sender is
+    // the window in `dialog`; going through sender() keeps the model free of the dialog's
+    // declarations.
+    if (QObject* window = sender()) window->deleteLater();
+    dialog = nullptr;
+}

@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Builds everything and runs every test: the normal build (with the web engine), the same tests
+# without the web engine under AddressSanitizer + UndefinedBehaviorSanitizer, and the page tests
+# in headless Chromium.
+set -euo pipefail
+here=$(cd "$(dirname "$0")/.." && pwd)
+cd "$here"
+bash scripts/bootstrap.sh test
+
+export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QTWEBENGINE_DISABLE_SANDBOX=1
+launcher=()
+command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
+jobs=$(nproc)
+
+echo "== build (RelWithDebInfo, web engine on)"
+cmake -S . -B build -G Ninja "${launcher[@]}" -DZPHONETIC_WEBENGINE=ON >/dev/null
+cmake --build build -j"$jobs"
+echo "== tests"
+ctest --test-dir build --output-on-failure -j"$jobs"
+
+echo "== build (AddressSanitizer + UndefinedBehaviorSanitizer, web engine off)"
+cmake -S . -B build-asan -G Ninja "${launcher[@]}" -DCMAKE_BUILD_TYPE=Debug \
+    -DZPHONETIC_SANITIZE=ON -DZPHONETIC_WEBENGINE=OFF -DZPHONETIC_BENCH=OFF >/dev/null
+cmake --build build-asan -j"$jobs"
+echo "== tests under sanitizers"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-asan --output-on-failure -j"$jobs"
+
+if [ -f tests/page/package.json ]; then
+    echo "== page tests (headless Chromium)"
+    ZPHONETIC_SCREENSHOT_DIR="$here/build/screenshots" node --test tests/page/
+fi

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// Loading and unloading the tagging library through the real dlopen binding.
+#include "enginetest.h"
+
+namespace {
+
+using Journal = std::vector<std::string>;
+
+std::string openDictionary(const std::string& directory) {
+    return "OpenDictionary " + directory + "Pinyin.dic|" + directory + "firrule.dic|" + directory +
+           "secrule.dic";
+}
+
+class TaggerBindingTest : public EngineTest {};
+
+TEST_F(TaggerBindingTest, LoadsTheLibraryAndOpensTheThreeDictionaries) {
+    EXPECT_TRUE(loadPinyinTagger(handle, &app));
+    ASSERT_NE(handle.library, nullptr);
+    EXPECT_NE(*handle.library, nullptr);
+    EXPECT_EQ(handle.coreApplication, &app);
+    EXPECT_EQ(tagger.journal(),
+              (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/")}));
+    EXPECT_EQ(app.serviceQueries, 1);
+}
+
+TEST_F(TaggerBindingTest, ASecondLoadDoesNotTouchTheLibrary) {
+    load();
+    HMODULE* cell = handle.library;
+    const Journal afterFirst = tagger.journal();
+    EXPECT_TRUE(loadPinyinTagger(handle, &app));
+    EXPECT_EQ(handle.library, cell);
+    EXPECT_EQ(tagger.journal(), afterFirst);
+    EXPECT_EQ(app.serviceQueries, 1);
+}
+
+TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
+    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    EXPECT_TRUE(loadPinyinTagger(handle, &app));
+    EXPECT_EQ(handle.library, nullptr);
+    EXPECT_EQ(handle.coreApplication, &app);
+    EXPECT_TRUE(tagger.journal().empty());
+    EXPECT_EQ(app.serviceQueries, 0);
+}
+
+TEST_F(TaggerBindingTest, TheFirstCoreApplicationStays) {
+    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    FakeCoreApplication other;
+    EXPECT_TRUE(loadPinyinTagger(handle, &app));
+    EXPECT_TRUE(loadPinyinTagger(handle, &other));
+    EXPECT_EQ(handle.coreApplication, &app);
+    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
+    load();
+    EXPECT_EQ(app.serviceQueries, 1);
+    EXPECT_EQ(other.serviceQueries, 0);
+}
+
+TEST_F(TaggerBindingTest, DirectoryWithAndWithoutTrailingSlashGiveTheSamePaths) {
+    const QString library = TaggerDoubleLibrary::directory();
+    ASSERT_FALSE(library.endsWith(QLatin1Char('/')));
+    minihost::setDirectory(minihost::kDirTaggingLibrary, library);
+    load();
+    unloadPinyinTagger(handle);
+    minihost::setDirectory(minihost::kDirTaggingLibrary, library + QLatin1Char('/'));
+    minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/opt/zphonetic/dict/"));
+    load();
+    EXPECT_EQ(tagger.journal(),
+              (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/"),
+                       "CloseDictionary", "LoadPinYinLibrary host",
+                       openDictionary("/opt/zphonetic/dict/")}));
+}
+
+TEST_F(TaggerBindingTest, BackslashEndsADirectoryToo) {
+    minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("C:\\dict\\"));
+    load();
+    EXPECT_EQ(tagger.journal().at(1), openDictionary("C:\\dict\\"));
+    unloadPinyinTagger(handle);
+    // The library's directory ending in '\' gets nothing appended, so its path is
+    // "<dir>\libPinyinTagger.so", which does not exist.
+    minihost::setDirectory(minihost::kDirTaggingLibrary,
+                           TaggerDoubleLibrary::directory() + QLatin1Char('\\'));
+    EXPECT_FALSE(loadPinyinTagger(handle, &app));
+    EXPECT_EQ(handle.library, nullptr);
+}
+
+TEST_F(TaggerBindingTest, AFailedDictionaryLookupReusesWhatTheBufferHolds) {
+    // An empty directory makes the host's lookup fail and leave the buffer as it was: the
+    // library's directory, with the '/' the binding appended.
+    minihost::setDirectory(minihost::kDirDictionaries, QString());
+    load();
+    EXPECT_EQ(tagger.journal().at(1),
+              openDictionary(TaggerDoubleLibrary::directory().toStdString() + "/"));
+}
+
+TEST_F(TaggerBindingTest, AMissingLibraryFailsAndLeavesTheHandleEmpty) {
+    minihost::setDirectory(minihost::kDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
+    EXPECT_FALSE(loadPinyinTagger(handle, &app));
+    EXPECT_EQ(handle.library, nullptr);
+    EXPECT_EQ(handle.coreApplication, &app);
+    EXPECT_TRUE(tagger.journal().empty());
+    EXPECT_EQ(app.serviceQueries, 0);
+}
+
+TEST_F(TaggerBindingTest, NoReadingServiceHandsTheLibraryNull) {
+    app.offerService = false;
+    load();
+    EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
+}
+
+TEST_F(TaggerBindingTest, AServiceWithoutTheHostInterfaceHandsTheLibraryNull) {
+    PlainUnknown plain;
+    app.plainService = &plain;
+    load();
+    EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
+    EXPECT_EQ(plain.references, 0);
+}
+
+TEST_F(TaggerBindingTest, NoCoreApplicationHandsTheLibraryNull) {
+    ASSERT_TRUE(loadPinyinTagger(handle, nullptr));
+    EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
+}
+
+TEST_F(TaggerBindingTest, UnloadingAnEmptyHandleDoesNothing) {
+    unloadPinyinTagger(handle);
+    EXPECT_EQ(handle.library, nullptr);
+    EXPECT_TRUE(tagger.journal().empty());
+}
+
+TEST_F(TaggerBindingTest, UnloadClosesTheDictionariesAndALaterLoadLoadsAgain) {
+    load();
+    unloadPinyinTagger(handle);
+    EXPECT_EQ(handle.library, nullptr);
+    EXPECT_EQ(tagger.journal().back(), "CloseDictionary");
+    load();
+    EXPECT_EQ(tagger.journal(),
+              (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/"),
+                       "CloseDictionary", "LoadPinYinLibrary host",
+                       openDictionary("/opt/zphonetic/dict/")}));
+    EXPECT_EQ(app.serviceQueries, 2);
+}
+
+}  // namespace

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// The add-on's directory, file paths, translations, ribbon tab and page URLs, against the real
+// host objects.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include "entry/addonresources.h"
+#include "minihost/nvo/hoststore.h"
+#include "minihost/nvo/translators_p.h"
+#include "minihost/nvo/zcoreapplication_p.h"
+#include "ribbonfixture.h"
+
+namespace {
+
+const QString kPinyinPage = QStringLiteral("mui/default/html/pinyin/index.html#/pinyin");
+const QString kGuidePage = QStringLiteral("mui/default/html/pinyin/index.html#/guide");
+
+class AddonResources : public RibbonFixture {};
+
+zrt::ZAppTranslatorsPrivate* translators() {
+    return RibbonFixture::app()->coreApplication()->translator()->d_func();
+}
+
+QString muiDirectory() { return addonFilePath(QStringLiteral("mui/")); }
+
+QString setPhoneticSymbol() {
+    return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol");
+}
+
+}  // namespace
+
+TEST_F(AddonResources, DirectoryIsBesideTheApplication) {
+    const QString expected =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/addons/zphoneticsymbol");
+    EXPECT_EQ(addonDirectory(), expected);
+    EXPECT_FALSE(addonDirectory().endsWith(QLatin1Char('/')));
+    EXPECT_EQ(addonFilePath(QStringLiteral("mui/")), expected + QStringLiteral("/mui/"));
+    EXPECT_EQ(addonFilePath(QStringLiteral("mui/zh_CN/zphoneticsymbol.qm")),
+              expected + QStringLiteral("/mui/zh_CN/zphoneticsymbol.qm"));
+}
+
+TEST_F(AddonResources, TranslationIsInstalledFromTheMuiDirectoryAndRemovedAgain) {
+    minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("zh_CN"));
+    ASSERT_TRUE(QFileInfo(addonFilePath(QStringLiteral("mui/zh_CN/zphoneticsymbol.qm"))).isFile());
+    installAddonTranslation();
+    EXPECT_EQ(translators()->installedCount(muiDirectory()), 1);
+    EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("标注拼音"));
+    EXPECT_EQ(QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least"),
+              QStringLiteral("请至少选择一个字符"));
+    EXPECT_EQ(QCoreApplication::translate("ZPhoneticSymbolWebWindow", "PhoneticSymbol"),
+              QStringLiteral("拼音标注"));
+    uninstallAddonTranslation();
+    EXPECT_EQ(translators()->installedCount(muiDirectory()), 0);
+    EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("set phonetic symbol"));
+    minihost::setHostSetting(QStringLiteral("ui/language"), {});
+}
+
+TEST_F(AddonResources, AnotherLanguageKeepsTheOriginalTexts) {
+    minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("en_GB"));
+    installAddonTranslation();
+    EXPECT_EQ(translators()->installedCount(muiDirectory()), 0);
+    EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("set phonetic symbol"));
+    uninstallAddonTranslation();
+    minihost::setHostSetting(QStringLiteral("ui/language"), {});
+}
+
+TEST_F(AddonResources, WithoutATranslatorNothingIsInstalled) {
+    ZCoreApplicationPrivate* core = app()->coreApplication()->d_func();
+    core->setTranslator(nullptr);
+    installAddonTranslation();  // must simply do nothing
+    uninstallAddonTranslation();
+    EXPECT_EQ(app()->coreApplication()->translator(), nullptr);
+    core->setTranslator(std::make_unique<zrt::ZAppTranslators>());
+}
+
+TEST_F(AddonResources, WithoutAMainWindowTheTabIsOtherAndTheRibbonIsNotAsked) {
+    const int before = minihost::ribbonQueryCount();
+    EXPECT_EQ(currentRibbonTabId(), QString());
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+    EXPECT_EQ(minihost::ribbonQueryCount(), before);
+}
+
+TEST_F(AddonResources, TabIdComesFromTheCurrentTabCommand) {
+    showTab(QStringLiteral("CT_TextTool"));
+    EXPECT_EQ(currentRibbonTabId(), QStringLiteral("CT_TextTool"));
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::TextTool);
+    showTab(QStringLiteral("CT_Home"));
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Home);
+    showTab(QStringLiteral("CT_Insert"));
+    EXPECT_EQ(currentRibbonTabId(), QStringLiteral("CT_Insert"));
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+}
+
+TEST_F(AddonResources, TabIdsAreComparedCaseSensitively) {
+    showRibbon({QStringLiteral("ct_home"), QStringLiteral("CT_TEXTTOOL")}, 0);
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+    minihost::setCurrentTab(window.get(), 1);
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+}
+
+TEST_F(AddonResources, CurrentIndexEqualToTheChildCountGivesTheEmptyId) {
+    showRibbon({QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool")}, 2);
+    EXPECT_EQ(currentRibbonTabId(), QString());
+    EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+}
+
+TEST_F(AddonResources, NegativeIndexGivesTheEmptyId) {
+    showRibbon({QStringLiteral("CT_Home")}, -1);
+    EXPECT_EQ(currentRibbonTabId(), QString());
+}
+
+TEST_F(AddonResources, MissingRibbonPartsGiveTheEmptyId) {
+    window = std::make_unique<ZMainWindow>();
+    app()->d_func()->setCurrentMainWindow(window.get());
+    EXPECT_EQ(currentRibbonTabId(), QString());  // no header bar
+
+    auto* header = new ZRbTabWidget(window.get());
+    window->d_func()->headerBar = header;
+    EXPECT_EQ(currentRibbonTabId(), QString());  // no sub-tab bar
+
+    auto* bar = new ZRbSubTabBar(header);
+    header->d_func()->subTabBar = bar;
+    bar->d_func()->currentIdx = 0;
+    EXPECT_EQ(currentRibbonTabId(), QString());  // no command
+
+    auto* notAList = new QObject(bar);
+    notAList->setProperty("id", QStringLiteral("CT_Home"));
+    bar->d_func()->command = notAList;
+    EXPECT_EQ(currentRibbonTabId(), QString());  // a command of another type
+
+    auto* emptyList = new ZListCommand(bar);
+    emptyList->d_func()->children.append(nullptr);  // a tab whose command is gone
+    bar->d_func()->command = emptyList;
+    EXPECT_EQ(currentRibbonTabId(), QString());
+}
+
+TEST_F(AddonResources, TextToolPinyinUrlEndsWithThePagePathAndTheOrigin) {
+    showTab(QStringLiteral("CT_TextTool"));
+    const QString url = pinyinPageUrl();
+    EXPECT_TRUE(url.endsWith(kPinyinPage + QStringLiteral("?from=texttool"))) << url.toStdString();
+    EXPECT_EQ(url, QStringLiteral("file:///") + addonFilePath(kPinyinPage) +
+                       QStringLiteral("?from=texttool"));
+    // The path is absolute, so four slashes follow the scheme name.
+    EXPECT_TRUE(url.startsWith(QStringLiteral("file:////")));
+    EXPECT_EQ(guidePageUrl(), QStringLiteral("file:///") + addonFilePath(kGuidePage) +
+                                  QStringLiteral("?from=texttool"));
+}
+
+TEST_F(AddonResources, HomeUrlsCarryTheHomeOrigin) {
+    showTab(QStringLiteral("CT_Home"));
+    EXPECT_TRUE(pinyinPageUrl().endsWith(kPinyinPage + QStringLiteral("?from=home")));
+    EXPECT_TRUE(guidePageUrl().endsWith(kGuidePage + QStringLiteral("?from=home")));
+}
+
+TEST_F(AddonResources, OtherTabUrlsHaveNoOrigin) {
+    showTab(QStringLiteral("CT_Insert"));
+    EXPECT_TRUE(pinyinPageUrl().endsWith(kPinyinPage));
+    EXPECT_TRUE(guidePageUrl().endsWith(kGuidePage));
+    app()->d_func()->setCurrentMainWindow(nullptr);
+    EXPECT_EQ(pinyinPageUrl(), QStringLiteral("file:///") + addonFilePath(kPinyinPage));
+}

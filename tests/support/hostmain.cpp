@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// Runs a test executable inside a headless host application whose home (settings, registry,
+// usage log) is a fresh temporary directory, so tests never touch the user's files and never
+// see each other's.
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+#include "minihost/nvo/hoststore.h"
+#include "nvo/zapplication.h"
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    ::testing::InitGoogleTest(&argc, argv);
+    ZxApplication app(argc, argv);
+    QTemporaryDir home;
+    if (!home.isValid()) return 2;
+    qputenv("ZPHONETIC_HOME", home.path().toLocal8Bit());
+    minihost::setHomeDirectory(home.path());
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// The subcommands of zphonetic. Each runs inside the headless host application that main()
+// made, takes the arguments after its name, and returns the process's exit status.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// Prints "zphonetic: <subject>: <what>" to standard error and returns 1 (the exit status of a
+// failed subcommand). `subject` is the file (or argument) concerned.
+int reportError(const QString& subject, const QString& what);
+
+// zphonetic trigger ACTION [--tab TAB_ID]
+int runTrigger(const QStringList& arguments);
