@@ -2,6 +2,7 @@
 // Undo steps: the transaction guards over the deck of the application's active view.
 #include <gtest/gtest.h>
 
+#include "minihost/slxcore/hosttransaction.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "nvo/transaction.h"
 #include "omhelpers.h"
@@ -46,8 +47,9 @@ TEST_F(UndoSteps, OneStepUndoesAndRedoesEverythingMadeInside) {
     {
         ZFormatTransGuard guard(&app, QStringLiteral("set phonetic symbol"), true);
         ASSERT_EQ(guard.start(), S_OK);
-        EXPECT_TRUE(ZFormatStaticTransGuard::instance()->isActive());
-        EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), QStringLiteral("set phonetic symbol"));
+        // A guard's own step is not the host's transaction.
+        EXPECT_FALSE(ZFormatStaticTransGuard::instance()->isActive());
+        EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), QString());
         addBox(QStringLiteral("nǐ"));
         addBox(QStringLiteral("hǎo"));
         insertAfter(wholeText(*deck, id).get(), QStringLiteral("（nǐ hǎo）"));
@@ -65,19 +67,53 @@ TEST_F(UndoSteps, OneStepUndoesAndRedoesEverythingMadeInside) {
     EXPECT_FALSE(deck->redo());
 }
 
-TEST_F(UndoSteps, AnOpenStepCanBeRenamedAndASecondStartFails) {
-    ZFormatTransGuard outer(&app, QStringLiteral("typing"), true);
+TEST_F(UndoSteps, ASecondGuardCannotStartWhileAStepIsOpen) {
+    ZFormatTransGuard outer(&app, QStringLiteral("first"), true);
     ASSERT_EQ(outer.start(), S_OK);
-    ZFormatTransGuard inner(&app, QStringLiteral("set phonetic symbol"), true);
+    EXPECT_EQ(outer.start(), E_FAIL);
+    ZFormatTransGuard inner(&app, QStringLiteral("second"), true);
     EXPECT_EQ(inner.start(), E_FAIL);
-    ZFormatStaticTransGuard::instance()->setName(QStringLiteral("set phonetic symbol"));
     addBox(QStringLiteral("nǐ"));
     EXPECT_EQ(inner.commit(), E_FAIL);  // it opened nothing
-    EXPECT_TRUE(ZFormatStaticTransGuard::instance()->isActive());
-    EXPECT_FALSE(deck->undo());  // not while a step is open
+    EXPECT_FALSE(deck->undo());         // not while a step is open
     ASSERT_EQ(outer.commit(), S_OK);
     EXPECT_EQ(outer.commit(), E_FAIL);
+    EXPECT_EQ(deck->undoSteps(), QStringList({"first"}));
+}
+
+TEST_F(UndoSteps, TheHostsTransactionIsWhatTheStaticGuardReports) {
+    ASSERT_TRUE(minihost::openHostTransaction(&app, QStringLiteral("script")));
+    ZFormatStaticTransGuard* host = ZFormatStaticTransGuard::instance();
+    EXPECT_TRUE(host->isActive());
+    EXPECT_EQ(host->name(), QStringLiteral("script"));
+    EXPECT_FALSE(minihost::openHostTransaction(&app, QStringLiteral("again")));
+    {
+        // A command joins it: its guard cannot start, it renames the host's step instead.
+        ZFormatTransGuard guard(&app, QStringLiteral("set phonetic symbol"), true);
+        EXPECT_EQ(guard.start(), E_FAIL);
+        host->setName(QStringLiteral("set phonetic symbol"));
+        addBox(QStringLiteral("nǐ"));
+        addBox(QStringLiteral("hǎo"));
+    }  // the idle guard rolls nothing back
+    EXPECT_EQ(deck->shapes(1).size(), 3);
+    EXPECT_TRUE(deck->undoSteps().isEmpty());
+    ASSERT_TRUE(minihost::commitHostTransaction());
+    EXPECT_FALSE(host->isActive());
+    EXPECT_FALSE(minihost::commitHostTransaction());
     EXPECT_EQ(deck->undoSteps(), QStringList({"set phonetic symbol"}));
+    deck->undo();
+    EXPECT_EQ(deck->shapes(1).size(), 1);
+}
+
+TEST_F(UndoSteps, TheHostsTransactionCanBeRolledBack) {
+    ASSERT_TRUE(minihost::openHostTransaction(&app, QStringLiteral("script")));
+    addBox(QStringLiteral("nǐ"));
+    ASSERT_TRUE(minihost::rollbackHostTransaction());
+    EXPECT_FALSE(minihost::rollbackHostTransaction());
+    EXPECT_EQ(deck->shapes(1).size(), 1);
+    EXPECT_EQ(deck->journal().last(), QStringLiteral("HostTransaction.rollback"));
+    ZFormatStaticTransGuard::instance()->setName(QStringLiteral("ignored"));  // none open
+    EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), QString());
 }
 
 TEST_F(UndoSteps, DestroyedWithoutCommitRollsBack) {
@@ -137,9 +173,11 @@ TEST_F(UndoSteps, RangesOverUndoneTextStayInsideTheirFrame) {
 TEST_F(UndoSteps, AGuardWithoutAnApplicationStillOpensAndClosesAStep) {
     ZFormatTransGuard guard(nullptr, QStringLiteral("nowhere"), true);
     EXPECT_EQ(guard.start(), S_OK);
-    EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), QStringLiteral("nowhere"));
+    ZFormatTransGuard second(nullptr, QStringLiteral("elsewhere"), true);
+    EXPECT_EQ(second.start(), E_FAIL);
     EXPECT_EQ(guard.commit(), S_OK);
-    EXPECT_FALSE(ZFormatStaticTransGuard::instance()->isActive());
+    EXPECT_EQ(second.start(), S_OK);
+    EXPECT_EQ(second.commit(), S_OK);
 }
 
 }  // namespace
