@@ -21,6 +21,9 @@ const Subcommand kSubcommands[] = {
     {"trigger", "trigger ACTION [--tab TAB_ID]",
      "run one add-on command (PhoneticOneKey, PhoneticSymbol) in an empty host and show what it did",
      runTrigger},
+    {"show", "show DECK",
+     "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
+     runShow},
 };
 
 void printHelp() {

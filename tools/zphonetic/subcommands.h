@@ -12,3 +12,6 @@ int reportError(const QString& subject, const QString& what);
 
 // zphonetic trigger ACTION [--tab TAB_ID]
 int runTrigger(const QStringList& arguments);
+// zphonetic show DECK: every slide with its shapes (each with the id that selects it), their
+// boxes, texts and formats.
+int runShow(const QStringList& arguments);
