@@ -9,7 +9,7 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 purpose=${1:-test}
 
 packages=(
-    build-essential cmake ninja-build pkg-config ccache git python3
+    build-essential cmake ninja-build pkg-config ccache git python3 openssl
     qtbase5-dev qttools5-dev qttools5-dev-tools qtwebengine5-dev libqt5webchannel5-dev
     libjsoncpp-dev libzip-dev libpugixml-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
