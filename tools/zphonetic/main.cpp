@@ -24,6 +24,9 @@ const Subcommand kSubcommands[] = {
     {"show", "show DECK",
      "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
      runShow},
+    {"onekey", "onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]",
+     "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
+     runOneKey},
 };
 
 void printHelp() {

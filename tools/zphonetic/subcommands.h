@@ -15,3 +15,5 @@ int runTrigger(const QStringList& arguments);
 // zphonetic show DECK: every slide with its shapes (each with the id that selects it), their
 // boxes, texts and formats.
 int runShow(const QStringList& arguments);
+// zphonetic onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]
+int runOneKey(const QStringList& arguments);
