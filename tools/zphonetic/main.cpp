@@ -30,6 +30,9 @@ const Subcommand kSubcommands[] = {
     {"apply", "apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...",
      "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
      runApply},
+    {"onekey", "onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]",
+     "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
+     runOneKey},
 };
 
 void printHelp() {

@@ -19,3 +19,5 @@ int runShow(const QStringList& arguments);
 int runReadings(const QStringList& arguments);
 // zphonetic apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...
 int runApply(const QStringList& arguments);
+// zphonetic onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]
+int runOneKey(const QStringList& arguments);
