@@ -13,7 +13,7 @@ packages=(
     qtbase5-dev qttools5-dev qttools5-dev-tools qtwebengine5-dev libqt5webchannel5-dev
     libjsoncpp-dev libzip-dev libpugixml-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
-    fonts-noto-cjk nodejs npm
+    fonts-noto-cjk
     golang-github-mozillazg-go-pinyin-dev unicode-data
 )
 if [ "$purpose" = test ]; then
@@ -22,6 +22,10 @@ if [ "$purpose" = test ]; then
 fi
 
 missing=()
+# Node.js may come from elsewhere than Debian (with its own npm, which Debian's npm conflicts
+# with): only install Debian's when the commands are missing.
+command -v node >/dev/null || missing+=(nodejs)
+command -v npm >/dev/null || missing+=(npm)
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done
