@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Real pages in the web engine, headless: the page reaches the bridge through window.zxHost
 // only, its window.close() closes the window, and a local-only window keeps it at home.
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWebEngineView>
-#include <gtest/gtest.h>
 
 #include "echoapi.h"
 #include "minihost/nvolite/webhost.h"
@@ -17,12 +17,14 @@ const int kTimeout = 60000;
 
 // The test page as the host opens pages: "file://" + "/" + an absolute path (four slashes).
 QString pageUrl(const QString& fragment) {
-    return QStringLiteral("file:///") + QStringLiteral(ZPHONETIC_TEST_PAGES "/bridge.html") + fragment;
+    return QStringLiteral("file:///") + QStringLiteral(ZPHONETIC_TEST_PAGES "/bridge.html") +
+           fragment;
 }
 
 QVariantMap pageValue(nvolite::ZxCommonWebWidget* widget, const QString& expression) {
     bool ok = false;
-    const QVariant json = minihost::runPageScript(widget, "JSON.stringify(" + expression + ")", kTimeout, &ok);
+    const QVariant json =
+        minihost::runPageScript(widget, "JSON.stringify(" + expression + ")", kTimeout, &ok);
     EXPECT_TRUE(ok);
     return QJsonDocument::fromJson(json.toString().toUtf8()).toVariant().toMap();
 }
@@ -45,7 +47,8 @@ TEST_F(Page, SeesOnlyZxHostAndGetsEveryReply) {
     EXPECT_EQ(early.value("QWebChannel").toString(), "undefined");
 
     const QVariantMap results = pageValue(&window, "window.results");
-    EXPECT_EQ(results.value("echo").toString(), QString::fromUtf8(R"({"a":1,"list":[1,2.5],"s":"都得"})"));
+    EXPECT_EQ(results.value("echo").toString(),
+              QString::fromUtf8(R"({"a":1,"list":[1,2.5],"s":"都得"})"));
     EXPECT_TRUE(results.contains("silent"));
     EXPECT_TRUE(results.value("silent").isNull());
     EXPECT_EQ(results.value("noArgs").toInt(), 7);
@@ -58,8 +61,7 @@ TEST_F(Page, WindowCloseFromThePageClosesTheWindow) {
     EchoWindow window;
     ASSERT_TRUE(window.init(pageUrl("#close"), QStringLiteral("test")));
     window.show();
-    for (int waited = 0; window.isVisible() && waited < kTimeout; waited += 50)
-        QTest::qWait(50);
+    for (int waited = 0; window.isVisible() && waited < kTimeout; waited += 50) QTest::qWait(50);
     EXPECT_FALSE(window.isVisible());
 }
 
@@ -70,7 +72,8 @@ TEST_F(Page, TheReplyArrivesBeforeTheBridgeClosesTheWindow) {
     ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
     EXPECT_FALSE(window.isVisible());
     bool ok = false;
-    EXPECT_EQ(minihost::runPageScript(&window, "document.title", kTimeout, &ok).toString(), "reply: closing");
+    EXPECT_EQ(minihost::runPageScript(&window, "document.title", kTimeout, &ok).toString(),
+              "reply: closing");
 }
 
 TEST_F(Page, ALocalOnlyWindowStaysOnLocalContent) {
@@ -88,7 +91,8 @@ TEST_F(Page, ABridgeThatRefusesNavigationKeepsThePageAtHome) {
     ASSERT_TRUE(window.init(pageUrl("#elsewhere"), QStringLiteral("test")));
     window.show();
     ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
-    EXPECT_TRUE(minihost::webWidgetView(&window)->url().toString().endsWith("bridge.html#elsewhere"));
+    EXPECT_TRUE(
+        minihost::webWidgetView(&window)->url().toString().endsWith("bridge.html#elsewhere"));
 }
 
 TEST_F(Page, OtherwiseThePageMayNavigate) {
