@@ -21,12 +21,18 @@ const Subcommand kSubcommands[] = {
     {"trigger", "trigger ACTION [--tab TAB_ID]",
      "run one add-on command (PhoneticOneKey, PhoneticSymbol) in an empty host and show what it did",
      runTrigger},
+    {"show", "show DECK",
+     "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
+     runShow},
     {"readings", "readings TEXT [--json]",
      "what the pinyin dialog shows for TEXT: each character, its reading in context, its readings",
      runReadings},
     {"apply", "apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...",
      "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
      runApply},
+    {"onekey", "onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]",
+     "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
+     runOneKey},
 };
 
 void printHelp() {
