@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The add-on's own page in the real dialog, headless: the command opens it, the page renders its
-// view through window.zxHost and fits the window to itself. Screenshots go to the build tree.
+// view through window.zxHost and fits the window to itself; confirming writes the page's choice,
+// Escape closes without writing. Screenshots go to the build tree.
 #include <QDir>
 #include <QTest>
 

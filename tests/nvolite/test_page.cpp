@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QJsonDocument>
+#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWebEngineView>
@@ -100,6 +101,31 @@ TEST_F(Page, OtherwiseThePageMayNavigate) {
     ASSERT_TRUE(window.init(pageUrl("#elsewhere"), QStringLiteral("test")));
     window.show();
     EXPECT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "other", kTimeout));
+}
+
+TEST_F(Page, DragsByTheTitleBarOverTheRenderedPage) {
+    EchoWindow window;
+    window.resize(400, 300);
+    window.setTitleBarRect(QRect(0, 0, 400, 40));
+    ASSERT_TRUE(window.init(pageUrl(QString()), QStringLiteral("test")));
+    window.move(100, 100);
+    window.show();
+    ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
+    // The mouse reaches the widget the engine renders the page in, made after the page loaded.
+    QWidget* page = minihost::webWidgetView(&window)->focusProxy();
+    ASSERT_NE(page, nullptr);
+    const QPoint from(200, 20);
+    const QPoint globalFrom = page->mapToGlobal(from);
+    QMouseEvent press(QEvent::MouseButtonPress, from, globalFrom, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(page, &press);
+    QMouseEvent move(QEvent::MouseMove, from + QPoint(30, 10), globalFrom + QPoint(30, 10),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(page, &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, from, globalFrom + QPoint(30, 10),
+                        Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(page, &release);
+    EXPECT_EQ(window.pos(), QPoint(130, 110));
 }
 
 }  // namespace
