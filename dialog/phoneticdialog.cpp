@@ -22,8 +22,7 @@ constexpr unsigned int kWarningFlags = 0x30;
 }  // namespace
 
 void ZPhoneticSymbolModel::openPhoneticDialog() {
-    if (dialog)
-        return;
+    if (dialog) return;
     postUsageEvent(QStringLiteral("action"), QStringLiteral("symbol"));
     bool guide = true;
     if (tagger && coreApp) {
@@ -38,8 +37,7 @@ void ZPhoneticSymbolModel::openPhoneticDialog() {
             {
                 const ComPtr<slxoldapi::Shape> shape = ComPtr<slxoldapi::Shape>::adopt(selected);
                 if (!style.text.isEmpty()) {
-                    if (style.text.size() > kMaxUnits)
-                        style.text.truncate(kMaxUnits);
+                    if (style.text.size() > kMaxUnits) style.text.truncate(kMaxUnits);
                     tagAlternatives(tagger, style.text, candidates);
                     tagReadings(tagger, style.text, &candidates, readings);
                     readable = !readings.isEmpty() && !candidates.isEmpty();
@@ -57,13 +55,11 @@ void ZPhoneticSymbolModel::openPhoneticDialog() {
         dialog = new ZPhoneticSymbolWebWindow(mainWindow);
         dialog->showGuidePage();
     }
-    if (dialog)
-        connect(dialog, SIGNAL(signalClose()), this, SLOT(onWindowClose()));
+    if (dialog) connect(dialog, SIGNAL(signalClose()), this, SLOT(onWindowClose()));
 }
 
 void ZPhoneticSymbolModel::resizeDialog(int width, int height) {
-    if (!dialog)
-        return;
+    if (!dialog) return;
     // The extra pixel each way is deliberate.
     dialog->setFixedSize(static_cast<int>(ZLiteStyle::dpiScaled(width + 1)),
                          static_cast<int>(ZLiteStyle::dpiScaled(height + 1)));

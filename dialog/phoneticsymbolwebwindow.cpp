@@ -12,7 +12,9 @@ namespace {
 // The name of the page's web profile; the window's object name is its class name instead.
 const char kProfileName[] = "zphonetic_symbol_web_window";
 
-int scaled(double designUnits) { return static_cast<int>(ZLiteStyle::dpiScaled(designUnits)); }
+int scaled(double designUnits) {
+    return static_cast<int>(ZLiteStyle::dpiScaled(designUnits));
+}
 
 }  // namespace
 
@@ -42,9 +44,13 @@ void ZPhoneticSymbolWebWindow::showGuidePage() {
     show();
 }
 
-nvolite::ZxCommonJsApi* ZPhoneticSymbolWebWindow::createJsApi() { return new ZPhoneticSymbolJsApi(webViewContainer()); }
+nvolite::ZxCommonJsApi* ZPhoneticSymbolWebWindow::createJsApi() {
+    return new ZPhoneticSymbolJsApi(webViewContainer());
+}
 
-QWebEngineUrlRequestInterceptor* ZPhoneticSymbolWebWindow::createUrlRequestInterceptor() { return nullptr; }
+QWebEngineUrlRequestInterceptor* ZPhoneticSymbolWebWindow::createUrlRequestInterceptor() {
+    return nullptr;
+}
 
 void ZPhoneticSymbolWebWindow::closeEvent(QCloseEvent* event) {
     emit signalClose();

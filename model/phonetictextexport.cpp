@@ -5,13 +5,14 @@
 
 namespace {
 
-std::string utf8(const QString& text) { return text.toUtf8().toStdString(); }
+std::string utf8(const QString& text) {
+    return text.toUtf8().toStdString();
+}
 
 }  // namespace
 
 Json::Value exportModelReadings(const ZPhoneticSymbolModel& model) {
-    if (model.readings.isEmpty() || model.candidates.isEmpty())
-        return Json::Value();
+    if (model.readings.isEmpty() || model.candidates.isEmpty()) return Json::Value();
     Json::Value document(Json::objectValue);
     document["data"] = buildPhoneticData(model.style, model.readings, model.candidates);
     document["styleType"] = model.styleType;
@@ -34,8 +35,7 @@ Json::Value buildPhoneticData(const TextStyle& style, const QStringList& reading
         } else {
             // Built by appending to a null value: an empty list stays null (kept on purpose).
             Json::Value duyin;
-            for (const QString& reading : *found)
-                duyin.append(utf8(reading));
+            for (const QString& reading : *found) duyin.append(utf8(reading));
             entry["duyin"] = duyin;
         }
         phonetic.append(entry);

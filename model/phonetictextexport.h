@@ -12,19 +12,20 @@
 // "result" is null when there is nothing to show; "callstatus" is "ok" in every case.
 #pragma once
 
+#include <json/value.h>
 #include <QChar>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <json/value.h>
 
 #include "model/phoneticsymbolmodel.h"
 
 // The reply to getPhoneticText called with `arguments`: with a non-empty "text" (its ordinary
 // string conversion; cut to its first 30 UTF-16 units) the document of exportTextReadings,
 // otherwise that of exportModelReadings. Never changes the model.
-Json::Value exportPhoneticText(const ZPhoneticSymbolModel& model, const QMap<QString, QVariant>& arguments);
+Json::Value exportPhoneticText(const ZPhoneticSymbolModel& model,
+                               const QMap<QString, QVariant>& arguments);
 
 // The document of the model's own text, readings and candidates, with the model's colour and
 // choices. Null when `readings` or `candidates` is empty.

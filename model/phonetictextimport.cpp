@@ -25,23 +25,20 @@ Json::Value parseLeniently(const std::string& text) {
 PhoneticImport importPhoneticText(const QMap<QString, QVariant>& arguments) {
     PhoneticImport result;
     const auto styleType = arguments.constFind(QStringLiteral("styleType"));
-    if (styleType != arguments.constEnd())
-        result.styleType = styleType->toInt();
+    if (styleType != arguments.constEnd()) result.styleType = styleType->toInt();
     const auto bracketType = arguments.constFind(QStringLiteral("bracketType"));
-    if (bracketType != arguments.constEnd())
-        result.bracketType = bracketType->toInt();
+    if (bracketType != arguments.constEnd()) result.bracketType = bracketType->toInt();
     const auto phonetic = arguments.constFind(QStringLiteral("phonetic"));
-    if (phonetic == arguments.constEnd())
-        return result;
+    if (phonetic == arguments.constEnd()) return result;
     const Json::Value root = parseLeniently(phonetic->toString().toUtf8().toStdString());
-    if (!root.isArray())
-        return result;
+    if (!root.isArray()) return result;
     for (Json::ArrayIndex i = 0; i < root.size(); ++i) {
         const Json::Value& element = root[i];
         if (!element.isObject() || !element.isMember("index") || !element.isMember("pinyin") ||
             !element.isMember("text"))
             continue;
-        if (!element["index"].isInt() || !element["pinyin"].isString() || !element["text"].isString())
+        if (!element["index"].isInt() || !element["pinyin"].isString() ||
+            !element["text"].isString())
             continue;
         PhoneticItem item;
         item.pinyin = QString::fromStdString(element["pinyin"].asString());

@@ -18,8 +18,9 @@
 
 // What the page confirmed.
 struct PhoneticImport {
-    int styleType = -1;    // "styleType" as an integer (a numeric string converts, else 0); -1 when absent
-    int bracketType = -1;  // "bracketType" likewise
+    int styleType =
+        -1;  // "styleType" as an integer (a numeric string converts, else 0); -1 when absent
+    int bracketType = -1;         // "bracketType" likewise
     QVector<PhoneticItem> items;  // the valid elements, in the page's order; invalid ones dropped
 };
 

@@ -11,25 +11,23 @@ constexpr int kMaxUnits = 30;
 
 }  // namespace
 
-Json::Value exportPhoneticText(const ZPhoneticSymbolModel& model, const QMap<QString, QVariant>& arguments) {
+Json::Value exportPhoneticText(const ZPhoneticSymbolModel& model,
+                               const QMap<QString, QVariant>& arguments) {
     Json::Value reply(Json::objectValue);
     reply["callstatus"] = "ok";
     QString text = arguments.value(QStringLiteral("text")).toString();
-    if (text.size() > kMaxUnits)
-        text.truncate(kMaxUnits);
+    if (text.size() > kMaxUnits) text.truncate(kMaxUnits);
     reply["result"] = text.isEmpty() ? exportModelReadings(model) : exportTextReadings(model, text);
     return reply;
 }
 
 Json::Value exportTextReadings(const ZPhoneticSymbolModel& model, const QString& text) {
-    if (!model.tagger || !model.coreApp)
-        return Json::Value();
+    if (!model.tagger || !model.coreApp) return Json::Value();
     QMap<QChar, QStringList> candidates;
     QStringList readings;
     tagAlternatives(model.tagger, text, candidates);
     tagReadings(model.tagger, text, &candidates, readings);
-    if (readings.isEmpty() || candidates.isEmpty())
-        return Json::Value();
+    if (readings.isEmpty() || candidates.isEmpty()) return Json::Value();
     TextStyle style;
     style.color = QColor(Qt::black);
     style.text = text;

@@ -8,8 +8,7 @@ void watchDescendants(QObject* root, QObject* filter) {
     // Installing twice would deliver events twice; removing first makes it idempotent.
     root->removeEventFilter(filter);
     root->installEventFilter(filter);
-    for (QObject* child : root->children())
-        watchDescendants(child, filter);
+    for (QObject* child : root->children()) watchDescendants(child, filter);
 }
 
 void watchNewChild(QEvent* event, QObject* filter) {

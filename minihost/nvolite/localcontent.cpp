@@ -18,8 +18,7 @@ void PageRequestFilter::interceptRequest(QWebEngineUrlRequestInfo& info) {
         info.block(true);
         return;
     }
-    if (m_next)
-        m_next->interceptRequest(info);
+    if (m_next) m_next->interceptRequest(info);
 }
 
 namespace {
@@ -30,26 +29,25 @@ QString documentKey(const QUrl& url) {
     QUrl document = url.adjusted(QUrl::RemoveFragment);
     if (document.isLocalFile() || document.scheme() == QLatin1String("file")) {
         QString path = document.path();
-        while (path.startsWith(QLatin1String("//")))
-            path.remove(0, 1);
+        while (path.startsWith(QLatin1String("//"))) path.remove(0, 1);
         document.setPath(path);
     }
     return document.toString();
 }
 
-bool sameDocument(const QUrl& a, const QUrl& b) { return documentKey(a) == documentKey(b); }
+bool sameDocument(const QUrl& a, const QUrl& b) {
+    return documentKey(a) == documentKey(b);
+}
 
 }  // namespace
 
-BridgedPage::BridgedPage(QWebEngineProfile* profile, QObject* parent) : QWebEnginePage(profile, parent) {}
+BridgedPage::BridgedPage(QWebEngineProfile* profile, QObject* parent)
+    : QWebEnginePage(profile, parent) {}
 
 bool BridgedPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
     const bool localOnly = m_filter && m_filter->localOnly();
-    if (m_navigationAllowed && !localOnly)
-        return true;
-    if (localOnly && !isLocalUrl(url))
-        return false;
-    if (m_navigationAllowed)
-        return true;
+    if (m_navigationAllowed && !localOnly) return true;
+    if (localOnly && !isLocalUrl(url)) return false;
+    if (m_navigationAllowed) return true;
     return sameDocument(url, m_home);
 }

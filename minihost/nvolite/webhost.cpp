@@ -29,19 +29,29 @@ QList<nvolite::ZxCommonWebWidget*>& liveWidgets() {
 
 namespace nvolite {
 
-void registerWebWidget(ZxCommonWebWidget* widget) { liveWidgets().append(widget); }
+void registerWebWidget(ZxCommonWebWidget* widget) {
+    liveWidgets().append(widget);
+}
 
-void unregisterWebWidget(ZxCommonWebWidget* widget) { liveWidgets().removeAll(widget); }
+void unregisterWebWidget(ZxCommonWebWidget* widget) {
+    liveWidgets().removeAll(widget);
+}
 
 }  // namespace nvolite
 
 namespace minihost {
 
-void setWebRendering(bool on) { rendering() = on; }
+void setWebRendering(bool on) {
+    rendering() = on;
+}
 
-bool webRendering() { return rendering(); }
+bool webRendering() {
+    return rendering();
+}
 
-QList<nvolite::ZxCommonWebWidget*> webWidgets() { return liveWidgets(); }
+QList<nvolite::ZxCommonWebWidget*> webWidgets() {
+    return liveWidgets();
+}
 
 QString webWidgetUrl(const nvolite::ZxCommonWebWidget* widget) {
     return widget->webViewContainer()->d_func()->url.toString();
@@ -51,52 +61,52 @@ QWebEngineView* webWidgetView(const nvolite::ZxCommonWebWidget* widget) {
     return widget->webViewContainer()->d_func()->view;
 }
 
-QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QString& method, const QString& argumentsJson) {
+QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QString& method,
+                       const QString& argumentsJson) {
     BridgeChannel* bridge = widget->webViewContainer()->d_func()->bridge;
     if (!bridge)
-        return QVariantMap{{QStringLiteral("ok"), false},
-                           {QStringLiteral("error"), QStringLiteral("%1: the page has no bridge").arg(method)}};
+        return QVariantMap{
+            {QStringLiteral("ok"), false},
+            {QStringLiteral("error"), QStringLiteral("%1: the page has no bridge").arg(method)}};
     return bridge->call(method, argumentsJson);
 }
 
-QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script, int timeoutMs, bool* ok) {
-    if (ok)
-        *ok = false;
+QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script, int timeoutMs,
+                       bool* ok) {
+    if (ok) *ok = false;
     QWebEngineView* view = webWidgetView(widget);
-    if (!view || !view->page())
-        return QVariant();
+    if (!view || !view->page()) return QVariant();
     // The callback may come after this function gave up waiting: it must not write to our stack.
     auto answer = std::make_shared<std::pair<bool, QVariant>>(false, QVariant());
     QEventLoop loop;
     QPointer<QEventLoop> waiting(&loop);
     view->page()->runJavaScript(script, [answer, waiting](const QVariant& value) {
         *answer = {true, value};
-        if (waiting)
-            waiting->quit();
+        if (waiting) waiting->quit();
     });
     QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
-    if (!answer->first)
-        loop.exec();
-    if (ok)
-        *ok = answer->first;
+    if (!answer->first) loop.exec();
+    if (ok) *ok = answer->first;
     return answer->second;
 }
 
-bool waitForPageAttribute(nvolite::ZxCommonWebWidget* widget, const QString& name, const QString& value,
-                          int timeoutMs) {
+bool waitForPageAttribute(nvolite::ZxCommonWebWidget* widget, const QString& name,
+                          const QString& value, int timeoutMs) {
     QPointer<nvolite::ZxCommonWebWidget> guard(widget);
-    const QString script = QStringLiteral("document.documentElement ? document.documentElement.getAttribute(%1) : null")
-                               .arg(QStringLiteral("'") + QString(name).replace(QLatin1Char('\''), QStringLiteral("\\'")) +
-                                    QStringLiteral("'"));
+    const QString script =
+        QStringLiteral(
+            "document.documentElement ? document.documentElement.getAttribute(%1) : null")
+            .arg(QStringLiteral("'") +
+                 QString(name).replace(QLatin1Char('\''), QStringLiteral("\\'")) +
+                 QStringLiteral("'"));
     QElapsedTimer clock;
     clock.start();
     while (guard && clock.elapsed() < timeoutMs) {
         bool ok = false;
-        const QVariant current = runPageScript(guard, script, qMax(1, timeoutMs - int(clock.elapsed())), &ok);
-        if (!guard || !ok)
-            return false;
-        if (current.toString() == value)
-            return true;
+        const QVariant current =
+            runPageScript(guard, script, qMax(1, timeoutMs - int(clock.elapsed())), &ok);
+        if (!guard || !ok) return false;
+        if (current.toString() == value) return true;
         QEventLoop pause;
         QTimer::singleShot(50, &pause, &QEventLoop::quit);
         pause.exec();

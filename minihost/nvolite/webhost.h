@@ -46,8 +46,8 @@ ZHOST_API QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QStri
 
 // Runs `script` in the rendered page of `widget` and waits (running the event loop) up to
 // `timeoutMs` for its value. *ok false on timeout or when nothing is rendered.
-ZHOST_API QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script, int timeoutMs,
-                                 bool* ok = nullptr);
+ZHOST_API QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script,
+                                 int timeoutMs, bool* ok = nullptr);
 // Waits (running the event loop) until the attribute `name` of the page's <html> element is
 // `value`; the page sets such an attribute when it has finished rendering. False on timeout or
 // when the widget is closed or not rendered.

@@ -19,7 +19,9 @@ bool& offTheRecord() {
 
 namespace minihost {
 
-void setWebProfilesOffTheRecord(bool on) { offTheRecord() = on; }
+void setWebProfilesOffTheRecord(bool on) {
+    offTheRecord() = on;
+}
 
 }  // namespace minihost
 

@@ -24,31 +24,31 @@ const char kBrowserSignal[] = "openPromeBrowser";
 // JSON numbers arrive as doubles; slots expect integers where the page sent whole numbers.
 QVariant fromJson(const QJsonValue& value) {
     switch (value.type()) {
-    case QJsonValue::Double: {
-        const double number = value.toDouble();
-        if (std::isfinite(number) && std::trunc(number) == number) {
-            if (number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max())
-                return QVariant(static_cast<int>(number));
-            if (std::fabs(number) < 9007199254740992.0)  // exactly representable as an integer
-                return QVariant(static_cast<qlonglong>(number));
+        case QJsonValue::Double: {
+            const double number = value.toDouble();
+            if (std::isfinite(number) && std::trunc(number) == number) {
+                if (number >= std::numeric_limits<int>::min() &&
+                    number <= std::numeric_limits<int>::max())
+                    return QVariant(static_cast<int>(number));
+                if (std::fabs(number) < 9007199254740992.0)  // exactly representable as an integer
+                    return QVariant(static_cast<qlonglong>(number));
+            }
+            return QVariant(number);
         }
-        return QVariant(number);
-    }
-    case QJsonValue::Array: {
-        QVariantList list;
-        for (const QJsonValue& element : value.toArray())
-            list.append(fromJson(element));
-        return list;
-    }
-    case QJsonValue::Object: {
-        QVariantMap map;
-        const QJsonObject object = value.toObject();
-        for (auto it = object.begin(); it != object.end(); ++it)
-            map.insert(it.key(), fromJson(it.value()));
-        return map;
-    }
-    default:
-        return value.toVariant();
+        case QJsonValue::Array: {
+            QVariantList list;
+            for (const QJsonValue& element : value.toArray()) list.append(fromJson(element));
+            return list;
+        }
+        case QJsonValue::Object: {
+            QVariantMap map;
+            const QJsonObject object = value.toObject();
+            for (auto it = object.begin(); it != object.end(); ++it)
+                map.insert(it.key(), fromJson(it.value()));
+            return map;
+        }
+        default:
+            return value.toVariant();
     }
 }
 
@@ -69,40 +69,48 @@ int callableSlot(const QMetaObject* meta, const QByteArray& name) {
 
 }  // namespace
 
-QVariantMap dispatchBridgeCall(ZxCommonJsApi& api, const QString& method, const QString& argumentsJson,
-                               bool fromRemotePage) {
+QVariantMap dispatchBridgeCall(ZxCommonJsApi& api, const QString& method,
+                               const QString& argumentsJson, bool fromRemotePage) {
     if (fromRemotePage && !api.allowRemoteOrigin())
-        return errorReply(QStringLiteral("%1: this bridge does not answer remote pages").arg(method));
+        return errorReply(
+            QStringLiteral("%1: this bridge does not answer remote pages").arg(method));
     if (method == QLatin1String(kBrowserSignal)) {
         ZxWebViewJSContext context(method, argumentsJson);
-        emit api.openPromeBrowser(api.parseContextArgs(context).value(QStringLiteral("url")).toString());
+        emit api.openPromeBrowser(
+            api.parseContextArgs(context).value(QStringLiteral("url")).toString());
         return QVariantMap{{QStringLiteral("ok"), true}, {QStringLiteral("result"), QVariant()}};
     }
     const int index = callableSlot(api.metaObject(), method.toUtf8());
-    if (index < 0)
-        return errorReply(QStringLiteral("%1: no such method").arg(method));
+    if (index < 0) return errorReply(QStringLiteral("%1: no such method").arg(method));
     ZxWebViewJSContext context(method, argumentsJson);
     void* arguments[] = {nullptr, &context};
     // Direct only: the reply is read right after the slot returns.
     QMetaObject::metacall(&api, QMetaObject::InvokeMetaMethod, index, arguments);
-    return QVariantMap{{QStringLiteral("ok"), true},
-                       {QStringLiteral("result"), context.hasResult() ? context.result() : QVariant()}};
+    return QVariantMap{
+        {QStringLiteral("ok"), true},
+        {QStringLiteral("result"), context.hasResult() ? context.result() : QVariant()}};
 }
 
-ZxCommonJsApi::ZxCommonJsApi(ZxWebViewContainer* container) : d(std::make_unique<ZxCommonJsApiPrivate>()) {
+ZxCommonJsApi::ZxCommonJsApi(ZxWebViewContainer* container)
+    : d(std::make_unique<ZxCommonJsApiPrivate>()) {
     d->container = container;
 }
 
 ZxCommonJsApi::~ZxCommonJsApi() = default;
 
-bool ZxCommonJsApi::init() { return true; }
-bool ZxCommonJsApi::allowRemoteOrigin() { return true; }
-bool ZxCommonJsApi::allowNavigation() { return true; }
+bool ZxCommonJsApi::init() {
+    return true;
+}
+bool ZxCommonJsApi::allowRemoteOrigin() {
+    return true;
+}
+bool ZxCommonJsApi::allowNavigation() {
+    return true;
+}
 
 QMap<QString, QVariant> ZxCommonJsApi::parseContextArgs(ZxWebViewJSContext& context) {
     const QJsonDocument document = QJsonDocument::fromJson(context.argumentsJson().toUtf8());
-    if (!document.isObject())
-        return {};
+    if (!document.isObject()) return {};
     return fromJson(document.object()).toMap();
 }
 
@@ -112,19 +120,19 @@ void ZxCommonJsApi::setResult(ZxWebViewJSContext& context, const QVariant& resul
 }
 
 void ZxCommonJsApi::closeWindow() {
-    if (!d->container)
-        return;
+    if (!d->container) return;
     // Queued, so that the reply of the call that asked for it still reaches the page.
     QPointer<QWidget> window = d->container->window();
     QMetaObject::invokeMethod(
         this,
         [window] {
-            if (window)
-                window->close();
+            if (window) window->close();
         },
         Qt::QueuedConnection);
 }
 
-ZxWebViewContainer* ZxCommonJsApi::container() const { return d->container; }
+ZxWebViewContainer* ZxCommonJsApi::container() const {
+    return d->container;
+}
 
 }  // namespace nvolite

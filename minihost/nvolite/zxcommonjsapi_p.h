@@ -27,7 +27,7 @@ public:
 // invoked directly; "openPromeBrowser" with {"url": ...} raises that signal instead. The reply is
 // what the page's adapter receives: {"ok": true, "result": <the slot's result or null>} or
 // {"ok": false, "error": <why>} (unknown method, or a bridge that refuses remote pages).
-QVariantMap dispatchBridgeCall(ZxCommonJsApi& api, const QString& method, const QString& argumentsJson,
-                               bool fromRemotePage);
+QVariantMap dispatchBridgeCall(ZxCommonJsApi& api, const QString& method,
+                               const QString& argumentsJson, bool fromRemotePage);
 
 }  // namespace nvolite

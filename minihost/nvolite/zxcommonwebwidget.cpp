@@ -23,8 +23,7 @@ namespace {
 
 QString resourceText(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return QString();
+    if (!file.open(QIODevice::ReadOnly)) return QString();
     return QString::fromUtf8(file.readAll());
 }
 
@@ -36,9 +35,10 @@ QWebEngineScript hostAdapterScript() {
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::MainWorld);
     script.setRunsOnSubFrames(false);
-    script.setSourceCode(QStringLiteral("(function () {\n") +
-                         resourceText(QStringLiteral(":/qtwebchannel/qwebchannel.js")) + QStringLiteral("\n") +
-                         resourceText(QStringLiteral(":/nvolite/zxhostadapter.js")) + QStringLiteral("\n})();\n"));
+    script.setSourceCode(
+        QStringLiteral("(function () {\n") +
+        resourceText(QStringLiteral(":/qtwebchannel/qwebchannel.js")) + QStringLiteral("\n") +
+        resourceText(QStringLiteral(":/nvolite/zxhostadapter.js")) + QStringLiteral("\n})();\n"));
     return script;
 }
 
@@ -61,8 +61,7 @@ ZxCommonWebWidget::~ZxCommonWebWidget() {
 }
 
 bool ZxCommonWebWidget::init(const QString& url, const QString& name, bool transparent) {
-    if (d->initialised)
-        return false;
+    if (d->initialised) return false;
     ZxCommonJsApi* api = createJsApi();
     if (api && !api->init()) {
         delete api;
@@ -92,7 +91,8 @@ bool ZxCommonWebWidget::init(const QString& url, const QString& name, bool trans
         c->page->setWebChannel(c->channel);
         c->page->scripts().insert(hostAdapterScript());
         // The page's window.close() closes the window it is shown in.
-        connect(c->page, &QWebEnginePage::windowCloseRequested, this, [this] { window()->close(); });
+        connect(c->page, &QWebEnginePage::windowCloseRequested, this,
+                [this] { window()->close(); });
         c->view->setPage(c->page);
         c->page->load(c->url);
     }
@@ -101,11 +101,17 @@ bool ZxCommonWebWidget::init(const QString& url, const QString& name, bool trans
     return true;
 }
 
-ZxCommonJsApi* ZxCommonWebWidget::createJsApi() { return new ZxCommonJsApi(d->container); }
+ZxCommonJsApi* ZxCommonWebWidget::createJsApi() {
+    return new ZxCommonJsApi(d->container);
+}
 
-QWebEngineUrlRequestInterceptor* ZxCommonWebWidget::createUrlRequestInterceptor() { return nullptr; }
+QWebEngineUrlRequestInterceptor* ZxCommonWebWidget::createUrlRequestInterceptor() {
+    return nullptr;
+}
 
-ZxWebViewContainer* ZxCommonWebWidget::webViewContainer() const { return d->container; }
+ZxWebViewContainer* ZxCommonWebWidget::webViewContainer() const {
+    return d->container;
+}
 
 void setLocalContentOnly(ZxCommonWebWidget& widget, bool on) {
     widget.d_func()->localContentOnly = on;

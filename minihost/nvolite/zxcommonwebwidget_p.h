@@ -15,8 +15,9 @@ class ZxCommonWebWidgetPrivate {
 public:
     ZxWebViewContainer* container = nullptr;  // child widget filling the widget
     bool initialised = false;
-    bool localContentOnly = false;            // set through ZxCommonWebWindow
-    QWebEngineUrlRequestInterceptor* interceptor = nullptr;  // owned; from createUrlRequestInterceptor()
+    bool localContentOnly = false;  // set through ZxCommonWebWindow
+    QWebEngineUrlRequestInterceptor* interceptor =
+        nullptr;  // owned; from createUrlRequestInterceptor()
 };
 
 class ZxCommonWebDragableWidgetPrivate {
@@ -46,8 +47,8 @@ public:
     bool resizable = false;
     int resizeMargin = 0;
     bool centerOnParent = false;
-    bool centred = false;                    // centred once, at the first show
-    WindowFrameHandler* handler = nullptr;   // owned by the window (QObject child)
+    bool centred = false;                   // centred once, at the first show
+    WindowFrameHandler* handler = nullptr;  // owned by the window (QObject child)
 };
 
 }  // namespace nvolite

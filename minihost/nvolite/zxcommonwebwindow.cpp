@@ -16,7 +16,8 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         watchNewChild(event, this);
-        if (watched == m_window && event->type() == QEvent::Show && m_d->centerOnParent && !m_d->centred) {
+        if (watched == m_window && event->type() == QEvent::Show && m_d->centerOnParent &&
+            !m_d->centred) {
             m_d->centred = true;
             ZxLocateHelpFunc::adjustToRelatedMainWindow(m_window, 0, true, true);
         }
@@ -29,14 +30,10 @@ private:
     Qt::Edges edgesAt(const QPoint& pos) const {
         Qt::Edges edges;
         const int margin = m_d->resizeMargin;
-        if (pos.x() < margin)
-            edges |= Qt::LeftEdge;
-        if (pos.x() >= m_window->width() - margin)
-            edges |= Qt::RightEdge;
-        if (pos.y() < margin)
-            edges |= Qt::TopEdge;
-        if (pos.y() >= m_window->height() - margin)
-            edges |= Qt::BottomEdge;
+        if (pos.x() < margin) edges |= Qt::LeftEdge;
+        if (pos.x() >= m_window->width() - margin) edges |= Qt::RightEdge;
+        if (pos.y() < margin) edges |= Qt::TopEdge;
+        if (pos.y() >= m_window->height() - margin) edges |= Qt::BottomEdge;
         return edges;
     }
 
@@ -45,8 +42,7 @@ private:
         if (event->type() == QEvent::MouseButtonPress) {
             auto* mouse = static_cast<QMouseEvent*>(event);
             m_edges = edgesAt(watched->mapTo(m_window, mouse->pos()));
-            if (mouse->button() != Qt::LeftButton || !m_edges)
-                return false;
+            if (mouse->button() != Qt::LeftButton || !m_edges) return false;
             QWindow* handle = m_window->windowHandle();
             if (handle && handle->startSystemResize(m_edges)) {
                 m_edges = {};
@@ -59,15 +55,20 @@ private:
         if (event->type() == QEvent::MouseMove && m_edges) {
             const QPoint moved = static_cast<QMouseEvent*>(event)->globalPos() - m_pressGlobal;
             QRect geometry = m_geometryAtPress;
-            const QSize minimum = m_window->minimumSize().expandedTo(QSize(2 * m_d->resizeMargin, 2 * m_d->resizeMargin));
+            const QSize minimum = m_window->minimumSize().expandedTo(
+                QSize(2 * m_d->resizeMargin, 2 * m_d->resizeMargin));
             if (m_edges & Qt::LeftEdge)
-                geometry.setLeft(qMin(geometry.left() + moved.x(), geometry.right() - minimum.width() + 1));
+                geometry.setLeft(
+                    qMin(geometry.left() + moved.x(), geometry.right() - minimum.width() + 1));
             if (m_edges & Qt::RightEdge)
-                geometry.setRight(qMax(geometry.right() + moved.x(), geometry.left() + minimum.width() - 1));
+                geometry.setRight(
+                    qMax(geometry.right() + moved.x(), geometry.left() + minimum.width() - 1));
             if (m_edges & Qt::TopEdge)
-                geometry.setTop(qMin(geometry.top() + moved.y(), geometry.bottom() - minimum.height() + 1));
+                geometry.setTop(
+                    qMin(geometry.top() + moved.y(), geometry.bottom() - minimum.height() + 1));
             if (m_edges & Qt::BottomEdge)
-                geometry.setBottom(qMax(geometry.bottom() + moved.y(), geometry.top() + minimum.height() - 1));
+                geometry.setBottom(
+                    qMax(geometry.bottom() + moved.y(), geometry.top() + minimum.height() - 1));
             m_window->setGeometry(geometry);
             return true;
         }
@@ -87,7 +88,8 @@ private:
 
 namespace nvolite {
 
-ZxCommonWebWindow::ZxCommonWebWindow(QWidget* parent, bool resizable, bool showInTaskbar, int resizeMargin)
+ZxCommonWebWindow::ZxCommonWebWindow(QWidget* parent, bool resizable, bool showInTaskbar,
+                                     int resizeMargin)
     : ZxCommonWebDragableWidget(parent), d(std::make_unique<ZxCommonWebWindowPrivate>()) {
     d->resizable = resizable;
     d->resizeMargin = qMax(0, resizeMargin);
@@ -100,12 +102,20 @@ ZxCommonWebWindow::~ZxCommonWebWindow() {
     delete d->handler;
 }
 
-void ZxCommonWebWindow::setCenterOnParent(bool on) { d->centerOnParent = on; }
+void ZxCommonWebWindow::setCenterOnParent(bool on) {
+    d->centerOnParent = on;
+}
 
-void ZxCommonWebWindow::setLocalContentOnly(bool on) { nvolite::setLocalContentOnly(*this, on); }
+void ZxCommonWebWindow::setLocalContentOnly(bool on) {
+    nvolite::setLocalContentOnly(*this, on);
+}
 
-bool ZxCommonWebWindow::centerOnParent() const { return d->centerOnParent; }
+bool ZxCommonWebWindow::centerOnParent() const {
+    return d->centerOnParent;
+}
 
-bool ZxCommonWebWindow::localContentOnly() const { return ZxCommonWebWidget::d_func()->localContentOnly; }
+bool ZxCommonWebWindow::localContentOnly() const {
+    return ZxCommonWebWidget::d_func()->localContentOnly;
+}
 
 }  // namespace nvolite

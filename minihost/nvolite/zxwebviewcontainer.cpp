@@ -19,7 +19,10 @@ ZxWebViewContainer::ZxWebViewContainer(QWidget* parent)
 }
 
 ZxWebViewContainer::~ZxWebViewContainer() {
-    // The page goes before the channel and the objects it publishes, and those before the bridge.
+    // The page goes first, while its view is whole: deleted as the view's child, it would tear
+    // down its rendering widget inside the view's destructor. Then the view, the channel and the
+    // objects it publishes, and the bridge last.
+    delete d->page;
     delete d->view;
     delete d->channel;
     delete d->bridge;

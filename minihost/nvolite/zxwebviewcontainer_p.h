@@ -18,11 +18,11 @@ class ZxCommonJsApi;
 
 class ZxWebViewContainerPrivate {
 public:
-    QUrl url;                                  // the URL the page was opened on
-    nvolite::ZxCommonJsApi* jsApi = nullptr;   // owned (child of the container)
-    BridgeChannel* bridge = nullptr;           // owned (child of the container)
-    QWebChannel* channel = nullptr;            // owned; null while not rendering
-    QWebEngineView* view = nullptr;            // owned (child widget); null while not rendering
-    BridgedPage* page = nullptr;               // owned by the view
+    QUrl url;                                    // the URL the page was opened on
+    nvolite::ZxCommonJsApi* jsApi = nullptr;     // owned (child of the container)
+    BridgeChannel* bridge = nullptr;             // owned (child of the container)
+    QWebChannel* channel = nullptr;              // owned; null while not rendering
+    QWebEngineView* view = nullptr;              // owned (child widget); null while not rendering
+    BridgedPage* page = nullptr;                 // owned by the view
     PageRequestFilter* requestFilter = nullptr;  // owned by the page
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "nvolite/zxcommonjsapi.h"
 #include "minihost/nvolite/zxcommonjsapi_p.h"
+#include "nvolite/zxcommonjsapi.h"
 
 ZxWebViewJSContext::ZxWebViewJSContext(const QString& method, const QString& argumentsJson)
     : d(std::make_unique<ZxWebViewJSContextPrivate>()) {
@@ -10,7 +10,15 @@ ZxWebViewJSContext::ZxWebViewJSContext(const QString& method, const QString& arg
 
 ZxWebViewJSContext::~ZxWebViewJSContext() = default;
 
-QString ZxWebViewJSContext::method() const { return d->method; }
-QString ZxWebViewJSContext::argumentsJson() const { return d->argumentsJson; }
-bool ZxWebViewJSContext::hasResult() const { return d->hasResult; }
-QVariant ZxWebViewJSContext::result() const { return d->result; }
+QString ZxWebViewJSContext::method() const {
+    return d->method;
+}
+QString ZxWebViewJSContext::argumentsJson() const {
+    return d->argumentsJson;
+}
+bool ZxWebViewJSContext::hasResult() const {
+    return d->hasResult;
+}
+QVariant ZxWebViewJSContext::result() const {
+    return d->result;
+}

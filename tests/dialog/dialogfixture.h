@@ -3,9 +3,9 @@
 // library; dialogs are driven through their bridge without rendering unless a test asks.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "dialog/phoneticsymbolwebwindow.h"
 #include "minihost/nvo/hostconfig.h"
@@ -19,7 +19,9 @@
 
 class DialogTest : public testing::Test {
 protected:
-    static ZxApplication* app() { return static_cast<ZxApplication*>(QCoreApplication::instance()); }
+    static ZxApplication* app() {
+        return static_cast<ZxApplication*>(QCoreApplication::instance());
+    }
     static ZPhoneticSymbolModel* model() { return ZPhoneticSymbolModel::instance(); }
 
     void SetUp() override {

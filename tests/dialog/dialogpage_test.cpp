@@ -21,8 +21,9 @@ TEST_F(DialogPage, FiveMethodsThroughZxHostAndTheRoundTrip) {
     model()->style.text = QString::fromUtf8("你好");
     model()->style.color = QColor(0, 0, 255);
     model()->readings = QStringList{QString::fromUtf8("nǐ"), QString::fromUtf8("hǎo")};
-    model()->candidates = {{QString::fromUtf8("你")[0], {QString::fromUtf8("nǐ")}},
-                           {QString::fromUtf8("好")[0], {QString::fromUtf8("hǎo"), QString::fromUtf8("hào")}}};
+    model()->candidates = {
+        {QString::fromUtf8("你")[0], {QString::fromUtf8("nǐ")}},
+        {QString::fromUtf8("好")[0], {QString::fromUtf8("hǎo"), QString::fromUtf8("hào")}}};
     // The model's slot would delete the window (and its page) as soon as the page confirms; the
     // test keeps it to read what the page received, and checks the close signal instead.
     auto window = std::make_unique<ZPhoneticSymbolWebWindow>(nullptr);
@@ -31,16 +32,18 @@ TEST_F(DialogPage, FiveMethodsThroughZxHostAndTheRoundTrip) {
         ~Forget() { ZPhoneticSymbolModel::instance()->dialog = nullptr; }
     } forget;
     QSignalSpy closed(window.get(), SIGNAL(signalClose()));
-    ASSERT_TRUE(window->init(QStringLiteral("file:///" ZPHONETIC_TEST_PAGES "/fivemethods.html#/pinyin?from=home"),
-                             QStringLiteral("zphonetic_symbol_web_window")));
+    ASSERT_TRUE(window->init(
+        QStringLiteral("file:///" ZPHONETIC_TEST_PAGES "/fivemethods.html#/pinyin?from=home"),
+        QStringLiteral("zphonetic_symbol_web_window")));
     window->show();
     ASSERT_TRUE(minihost::waitForPageAttribute(window.get(), "data-rendered", "pinyin", kTimeout));
 
     bool ok = false;
     const QVariantMap results =
-        QJsonDocument::fromJson(minihost::runPageScript(window.get(), "JSON.stringify(window.results)", kTimeout, &ok)
-                                    .toString()
-                                    .toUtf8())
+        QJsonDocument::fromJson(
+            minihost::runPageScript(window.get(), "JSON.stringify(window.results)", kTimeout, &ok)
+                .toString()
+                .toUtf8())
             .toVariant()
             .toMap();
     ASSERT_TRUE(ok);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The dialog's bridge, called exactly as the page calls it: its five methods and its meta object.
+#include <json/reader.h>
 #include <QJsonDocument>
 #include <QMetaMethod>
-#include <json/reader.h>
 #include <sstream>
 
 #include "dialog/phoneticsymboljsapi.h"
@@ -38,7 +38,8 @@ TEST_F(JsApi, FiveSlotsInOrder) {
     EXPECT_STREQ(meta.className(), "ZPhoneticSymbolJsApi");
     EXPECT_EQ(meta.superClass(), &nvolite::ZxCommonJsApi::staticMetaObject);
     ASSERT_EQ(meta.methodCount() - meta.methodOffset(), 5);
-    const char* expected[] = {"getPhoneticText(ZxWebViewJSContext&)", "setPhoneticText(ZxWebViewJSContext&)",
+    const char* expected[] = {"getPhoneticText(ZxWebViewJSContext&)",
+                              "setPhoneticText(ZxWebViewJSContext&)",
                               "changeSize(ZxWebViewJSContext&)", "onOpenPromeBrowser(QString)",
                               "onGetIsEnterprise(ZxWebViewJSContext&)"};
     for (int i = 0; i < 5; ++i) {
@@ -56,11 +57,13 @@ TEST_F(JsApi, TheReplyForDuDeInRed) {
     model()->style.text = QString::fromUtf8("都得");
     model()->style.color = QColor(255, 0, 0);
     model()->readings = QStringList{QString::fromUtf8("dōu"), QString::fromUtf8("děi")};
-    model()->candidates = {{QString::fromUtf8("都")[0], {QString::fromUtf8("dōu"), QString::fromUtf8("dū")}},
-                           {QString::fromUtf8("得")[0],
-                            {QString::fromUtf8("dé"), QString::fromUtf8("de"), QString::fromUtf8("děi")}}};
+    model()->candidates = {
+        {QString::fromUtf8("都")[0], {QString::fromUtf8("dōu"), QString::fromUtf8("dū")}},
+        {QString::fromUtf8("得")[0],
+         {QString::fromUtf8("dé"), QString::fromUtf8("de"), QString::fromUtf8("děi")}}};
     ZPhoneticSymbolWebWindow window(nullptr);
-    ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html#/pinyin"), QStringLiteral("test")));
+    ASSERT_TRUE(
+        window.init(QStringLiteral("file:///nowhere/index.html#/pinyin"), QStringLiteral("test")));
     const Json::Value reply = replyOf(minihost::callBridge(&window, "getPhoneticText", "{}"));
     EXPECT_EQ(reply, parsed(R"({
        "callstatus" : "ok",
@@ -94,14 +97,14 @@ TEST_F(JsApi, AGivenTextIsTaggedAfreshInBlack) {
     model()->style.color = QColor(255, 0, 0);
     ZPhoneticSymbolWebWindow window(nullptr);
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
-    const Json::Value reply =
-        replyOf(minihost::callBridge(&window, "getPhoneticText", QString::fromUtf8(R"({"text":"你A好"})")));
+    const Json::Value reply = replyOf(
+        minihost::callBridge(&window, "getPhoneticText", QString::fromUtf8(R"({"text":"你A好"})")));
     const Json::Value& data = reply["result"]["data"];
     EXPECT_EQ(data["color"], parsed("[0,0,0]"));
     ASSERT_EQ(data["phonetic"].size(), 3u);
     EXPECT_EQ(data["phonetic"][0]["pinyin"].asString(), "nǐ");
     EXPECT_EQ(data["phonetic"][0]["duyin"], parsed(R"(["nǐ"])"));  // one reading: one element
-    EXPECT_EQ(data["phonetic"][1]["pinyin"].asString(), "");      // a Latin letter
+    EXPECT_EQ(data["phonetic"][1]["pinyin"].asString(), "");       // a Latin letter
     EXPECT_EQ(data["phonetic"][1]["duyin"], parsed("[]"));
     EXPECT_EQ(data["phonetic"][2]["pinyin"].asString(), "hǎo");
     EXPECT_EQ(reply["result"]["styleType"].asInt(), -1);
@@ -114,7 +117,8 @@ TEST_F(JsApi, AGivenTextOf31UnitsIsCutTo30) {
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
     const QString text = QString::fromUtf8("你").repeated(31);
     const Json::Value reply = replyOf(minihost::callBridge(
-        &window, "getPhoneticText", QString::fromUtf8(QJsonDocument::fromVariant(QVariantMap{{"text", text}}).toJson())));
+        &window, "getPhoneticText",
+        QString::fromUtf8(QJsonDocument::fromVariant(QVariantMap{{"text", text}}).toJson())));
     EXPECT_EQ(reply["result"]["data"]["phonetic"].size(), 30u);
 }
 
@@ -122,7 +126,8 @@ TEST_F(JsApi, AGivenTextWithoutTheTaggingLibraryIsNull) {
     model()->releaseModel();  // no tagger, no core application
     ZPhoneticSymbolWebWindow window(nullptr);
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
-    EXPECT_EQ(replyOf(minihost::callBridge(&window, "getPhoneticText", QString::fromUtf8(R"({"text":"你好"})"))),
+    EXPECT_EQ(replyOf(minihost::callBridge(&window, "getPhoneticText",
+                                           QString::fromUtf8(R"({"text":"你好"})"))),
               parsed(R"({"callstatus":"ok","result":null})"));
     model()->initModel(nullptr);
 }
@@ -153,15 +158,19 @@ TEST_F(JsApi, TheBrowserUrlIsBuiltOnceAndKept) {
     // The only test of this program that opens a URL: the cache lives as long as the process.
     ZPhoneticSymbolWebWindow window(nullptr);
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
-    EXPECT_TRUE(minihost::callBridge(&window, "openPromeBrowser", R"({"url":""})").value("ok").toBool());
+    EXPECT_TRUE(
+        minihost::callBridge(&window, "openPromeBrowser", R"({"url":""})").value("ok").toBool());
     EXPECT_TRUE(app()->d_func()->openedUrls.isEmpty());  // an empty url is ignored
-    minihost::callBridge(&window, "openPromeBrowser", R"({"url":"https://help.example.invalid/pinyin?from=home"})");
-    minihost::callBridge(&window, "openPromeBrowser", R"({"url":"https://help.example.invalid/other?from=texttool"})");
+    minihost::callBridge(&window, "openPromeBrowser",
+                         R"({"url":"https://help.example.invalid/pinyin?from=home"})");
+    minihost::callBridge(&window, "openPromeBrowser",
+                         R"({"url":"https://help.example.invalid/other?from=texttool"})");
     const QList<QUrl> opened = app()->d_func()->openedUrls;
     ASSERT_EQ(opened.size(), 2);
-    const QString expected = "https://help.example.invalid/pinyin?from=home&app_type=client&app_name=" +
-                             QCoreApplication::applicationName() + "&app_version=" +
-                             ClientInfo::instance().appVersion + "&app_dist=";
+    const QString expected =
+        "https://help.example.invalid/pinyin?from=home&app_type=client&app_name=" +
+        QCoreApplication::applicationName() + "&app_version=" + ClientInfo::instance().appVersion +
+        "&app_dist=";
     EXPECT_EQ(opened[0].toString(), expected);
     EXPECT_EQ(opened[1], opened[0]);
 }

@@ -10,7 +10,8 @@ namespace {
 using OpenDialog = DialogTest;
 
 bool tagged(const std::vector<std::string>& journal, const QString& text) {
-    return std::find(journal.begin(), journal.end(), ("PinyinTagSen " + text).toStdString()) != journal.end();
+    return std::find(journal.begin(), journal.end(), ("PinyinTagSen " + text).toStdString()) !=
+           journal.end();
 }
 
 TEST_F(OpenDialog, ASelectionOf30UnitsIsKeptWhole) {
@@ -27,7 +28,8 @@ TEST_F(OpenDialog, ASelectionOf31IsCutTo30BeforeTagging) {
     ASSERT_NE(openDialog(), nullptr);
     EXPECT_EQ(model()->style.text, QString::fromUtf8("你").repeated(30));
     EXPECT_TRUE(tagged(tagger.journal(), QString::fromUtf8("你").repeated(30)));
-    EXPECT_FALSE(tagged(tagger.journal(), QString::fromUtf8("你").repeated(30) + QString::fromUtf8("好")));
+    EXPECT_FALSE(
+        tagged(tagger.journal(), QString::fromUtf8("你").repeated(30) + QString::fromUtf8("好")));
     EXPECT_FALSE(model()->candidates.contains(QString::fromUtf8("好")[0]));
 }
 
@@ -35,7 +37,8 @@ TEST_F(OpenDialog, OpensThePinyinViewWithTheWindowsSetup) {
     selectBox(QString::fromUtf8("你好"));
     ZPhoneticSymbolWebWindow* window = openDialog();
     ASSERT_NE(window, nullptr);
-    EXPECT_TRUE(minihost::webWidgetUrl(window).endsWith("/mui/default/html/pinyin/index.html#/pinyin"));
+    EXPECT_TRUE(
+        minihost::webWidgetUrl(window).endsWith("/mui/default/html/pinyin/index.html#/pinyin"));
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->size(), QSize(627, 669));
     EXPECT_EQ(window->parentWidget(), model()->mainWindow);
@@ -105,8 +108,10 @@ TEST_F(OpenDialog, TheRoundTripWritesIntoTheDeckAsOneUndoStep) {
     const int box = deck->addTextBox(1, QString::fromUtf8("你好"), QRectF(100, 100, 300, 50));
     ASSERT_TRUE(deck->selectText(box, 0, 2));
     ASSERT_NE(openDialog(), nullptr);
-    const QVariantMap reply = call("setPhoneticText", QString::fromUtf8(
-        R"({"styleType":1,"bracketType":2,"phonetic":"[{\"index\":0,\"pinyin\":\"nǐ\",\"text\":\"你\"},{\"index\":1,\"pinyin\":\"hǎo\",\"text\":\"好\"}]"})"));
+    const QVariantMap reply = call(
+        "setPhoneticText",
+        QString::fromUtf8(
+            R"({"styleType":1,"bracketType":2,"phonetic":"[{\"index\":0,\"pinyin\":\"nǐ\",\"text\":\"你\"},{\"index\":1,\"pinyin\":\"hǎo\",\"text\":\"好\"}]"})"));
     EXPECT_EQ(reply.value("result").toString().simplified(), "{ \"callstatus\" : \"ok\" }");
     EXPECT_EQ(deck->text(1, box), QString::fromUtf8("你好[nǐ hǎo]"));
     EXPECT_EQ(model()->styleType, 1);
@@ -125,8 +130,10 @@ TEST_F(OpenDialog, AnArrayInsteadOfAStringAppliesNothingAndCloses) {
     ASSERT_TRUE(deck->selectText(box, 0, 2));
     ASSERT_NE(openDialog(), nullptr);
     deck->clearJournal();
-    const QVariantMap reply = call("setPhoneticText", QString::fromUtf8(
-        R"({"styleType":1,"bracketType":2,"phonetic":[{"index":0,"pinyin":"nǐ","text":"你"}]})"));
+    const QVariantMap reply = call(
+        "setPhoneticText",
+        QString::fromUtf8(
+            R"({"styleType":1,"bracketType":2,"phonetic":[{"index":0,"pinyin":"nǐ","text":"你"}]})"));
     EXPECT_TRUE(reply.value("ok").toBool());
     EXPECT_EQ(deck->text(1, box), QString::fromUtf8("你好"));
     EXPECT_TRUE(deck->journal().isEmpty());

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The dialog window: its meta object, its setup at scale 1 and above, and its close.
+#include <gtest/gtest.h>
+#include <QCloseEvent>
 #include <QMetaMethod>
 #include <QSignalSpy>
-#include <QCloseEvent>
-#include <gtest/gtest.h>
 
 #include "dialog/phoneticsymboljsapi.h"
 #include "dialog/phoneticsymbolwebwindow.h"

@@ -2,18 +2,20 @@
 // zphonetic apply and readings, run as a user runs them: on decks the tests write with the real
 // writer, each layout with each bracket kind, the results re-read from the file and opened by
 // LibreOffice.
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include "minihost/slxcore/deck.h"
 
 namespace {
 
-QString u(const char* text) { return QString::fromUtf8(text); }
+QString u(const char* text) {
+    return QString::fromUtf8(text);
+}
 
 struct ProgramRun {
     int exitCode = -1;
@@ -27,8 +29,7 @@ protected:
     QString deckWith(const QString& name, const QString& text, int* id = nullptr) {
         auto deck = minihost::Deck::create(1);
         const int box = deck->addTextBox(1, text, QRectF(100, 100, 400, 60));
-        if (id)
-            *id = box;
+        if (id) *id = box;
         const QString path = dir.filePath(name);
         QString error;
         EXPECT_TRUE(deck->save(path, &error)) << error.toStdString();
@@ -44,8 +45,7 @@ protected:
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(ZPHONETIC_PROGRAM), arguments);
         ProgramRun run;
-        if (!process.waitForFinished(120000))
-            return run;
+        if (!process.waitForFinished(120000)) return run;
         run.exitCode = process.exitCode();
         run.out = QString::fromUtf8(process.readAllStandardOutput());
         run.err = QString::fromUtf8(process.readAllStandardError());
@@ -59,8 +59,7 @@ protected:
         EXPECT_TRUE(deck) << error.toStdString();
         QStringList result;
         if (deck)
-            for (const minihost::ShapeInfo& shape : deck->shapes(1))
-                result << shape.text;
+            for (const minihost::ShapeInfo& shape : deck->shapes(1)) result << shape.text;
         return result;
     }
 
@@ -88,11 +87,13 @@ TEST_F(Apply, EveryLayoutWithEveryBracketKind) {
             {3, bracket, {u("你好"), group}},
         };
         for (const Layout& layout : layouts) {
-            const QString output = dir.filePath(QStringLiteral("out-%1-%2.pptx").arg(layout.style).arg(bracket));
-            const ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
-                                       QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id),
-                                       QStringLiteral("--style"), QString::number(layout.style),
-                                       QStringLiteral("--bracket"), QString::number(bracket)});
+            const QString output =
+                dir.filePath(QStringLiteral("out-%1-%2.pptx").arg(layout.style).arg(bracket));
+            const ProgramRun run =
+                zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                           QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id),
+                           QStringLiteral("--style"), QString::number(layout.style),
+                           QStringLiteral("--bracket"), QString::number(bracket)});
             ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
             EXPECT_EQ(texts(output), layout.expected)
                 << "style " << layout.style << ", bracket " << bracket;
@@ -102,19 +103,22 @@ TEST_F(Apply, EveryLayoutWithEveryBracketKind) {
     EXPECT_EQ(texts(input), QStringList{u("你好")});  // the input is untouched
 
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
-    if (soffice.isEmpty())
-        GTEST_SKIP() << "soffice not found: LibreOffice check skipped";
+    if (soffice.isEmpty()) GTEST_SKIP() << "soffice not found: LibreOffice check skipped";
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(soffice, QStringList{QStringLiteral("--headless"),
-                                       QStringLiteral("-env:UserInstallation=file://") + dir.filePath("profile"),
-                                       QStringLiteral("--convert-to"), QStringLiteral("pdf"),
-                                       QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
-                          written);
+    process.start(
+        soffice,
+        QStringList{QStringLiteral("--headless"),
+                    QStringLiteral("-env:UserInstallation=file://") + dir.filePath("profile"),
+                    QStringLiteral("--convert-to"), QStringLiteral("pdf"),
+                    QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
+            written);
     ASSERT_TRUE(process.waitForFinished(300000)) << "soffice did not finish";
     EXPECT_EQ(process.exitCode(), 0) << process.readAll().toStdString();
     for (const QString& deck : written)
-        EXPECT_GT(QFileInfo(dir.filePath("pdf/") + QFileInfo(deck).completeBaseName() + ".pdf").size(), 1000)
+        EXPECT_GT(
+            QFileInfo(dir.filePath("pdf/") + QFileInfo(deck).completeBaseName() + ".pdf").size(),
+            1000)
             << "LibreOffice made no PDF of " << deck.toStdString();
 }
 
@@ -122,10 +126,11 @@ TEST_F(Apply, PicksReplaceTheReadingsInContext) {
     int id = 0;
     const QString input = deckWith(QStringLiteral("in.pptx"), u("都得"), &id);
     const QString output = dir.filePath(QStringLiteral("out.pptx"));
-    const ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
-                               QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("2"),
-                               QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id), QStringLiteral("--pick"),
-                               u("0=dū"), QStringLiteral("--pick"), u("1=děi")});
+    const ProgramRun run = zphonetic(
+        {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+         QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("2"),
+         QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id), QStringLiteral("--pick"),
+         u("0=dū"), QStringLiteral("--pick"), u("1=děi")});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(texts(output), QStringList{u("都得[dū děi]")});
 }
@@ -138,27 +143,30 @@ TEST_F(Apply, ErrorsNameTheFileAndLeaveTheInputUntouched) {
     file.close();
 
     const QString output = dir.filePath(QStringLiteral("out.pptx"));
-    ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
-                         QStringLiteral("1")});
+    ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                                QStringLiteral("--style"), QStringLiteral("1")});
     EXPECT_NE(run.exitCode, 0);
     EXPECT_EQ(run.err.trimmed().split('\n').constLast(),
               "zphonetic: " + input + ": needs --style N and --bracket N");
 
-    run = zphonetic({QStringLiteral("apply"), dir.filePath("missing.pptx"), QStringLiteral("-o"), output,
-                     QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1")});
+    run = zphonetic({QStringLiteral("apply"), dir.filePath("missing.pptx"), QStringLiteral("-o"),
+                     output, QStringLiteral("--style"), QStringLiteral("1"),
+                     QStringLiteral("--bracket"), QStringLiteral("1")});
     EXPECT_NE(run.exitCode, 0);
-    EXPECT_TRUE(run.err.contains("zphonetic: " + dir.filePath("missing.pptx") + ": ")) << run.err.toStdString();
-
-    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--select"),
-                     QStringLiteral("99"), QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"),
-                     QStringLiteral("1")});
-    EXPECT_NE(run.exitCode, 0);
-    EXPECT_TRUE(run.err.contains("zphonetic: " + input + ": shapes 99 cannot be selected on slide 1"))
+    EXPECT_TRUE(run.err.contains("zphonetic: " + dir.filePath("missing.pptx") + ": "))
         << run.err.toStdString();
 
-    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
-                     QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1"), QStringLiteral("--pick"),
-                     u("7=nǐ")});
+    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                     QStringLiteral("--select"), QStringLiteral("99"), QStringLiteral("--style"),
+                     QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(
+        run.err.contains("zphonetic: " + input + ": shapes 99 cannot be selected on slide 1"))
+        << run.err.toStdString();
+
+    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                     QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"),
+                     QStringLiteral("1"), QStringLiteral("--pick"), u("7=nǐ")});
     EXPECT_NE(run.exitCode, 0);
     EXPECT_TRUE(run.err.contains("zphonetic: --pick: no character at index 7 (the dialog shows 2)"))
         << run.err.toStdString();

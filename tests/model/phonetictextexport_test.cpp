@@ -7,7 +7,9 @@
 
 namespace {
 
-QString u(const char* text) { return QString::fromUtf8(text); }
+QString u(const char* text) {
+    return QString::fromUtf8(text);
+}
 
 TextStyle styleOf(const QString& text, const QColor& color = QColor(0, 0, 0)) {
     TextStyle style;
@@ -17,8 +19,10 @@ TextStyle styleOf(const QString& text, const QColor& color = QColor(0, 0, 0)) {
 }
 
 TEST(PhoneticData, OneEntryPerUnitWithReadingAndCandidates) {
-    const QMap<QChar, QStringList> candidates{{u("都")[0], {u("dōu"), u("dū")}}, {u("得")[0], {u("dé"), u("de"), u("děi")}}};
-    const Json::Value data = buildPhoneticData(styleOf(u("都得"), QColor(255, 0, 0)), {u("dōu"), u("děi")}, candidates);
+    const QMap<QChar, QStringList> candidates{{u("都")[0], {u("dōu"), u("dū")}},
+                                              {u("得")[0], {u("dé"), u("de"), u("děi")}}};
+    const Json::Value data =
+        buildPhoneticData(styleOf(u("都得"), QColor(255, 0, 0)), {u("dōu"), u("děi")}, candidates);
     ASSERT_EQ(data["phonetic"].size(), 2u);
     const Json::Value& first = data["phonetic"][0];
     EXPECT_EQ(first["index"].asInt(), 0);
@@ -35,13 +39,15 @@ TEST(PhoneticData, OneEntryPerUnitWithReadingAndCandidates) {
 }
 
 TEST(PhoneticData, ColourHasNoAlpha) {
-    const Json::Value data = buildPhoneticData(styleOf(u("你"), QColor(10, 20, 30, 40)), {u("nǐ")}, {{u("你")[0], {u("nǐ")}}});
+    const Json::Value data = buildPhoneticData(styleOf(u("你"), QColor(10, 20, 30, 40)), {u("nǐ")},
+                                               {{u("你")[0], {u("nǐ")}}});
     ASSERT_EQ(data["color"].size(), 3u);
     EXPECT_EQ(data["color"][2].asInt(), 30);
 }
 
 TEST(PhoneticData, ALatinLetterHasAnEmptyArrayAndAOneReadingCharacterOneElement) {
-    const Json::Value data = buildPhoneticData(styleOf(u("你A")), {u("nǐ"), QString()}, {{u("你")[0], {u("nǐ")}}});
+    const Json::Value data =
+        buildPhoneticData(styleOf(u("你A")), {u("nǐ"), QString()}, {{u("你")[0], {u("nǐ")}}});
     const Json::Value& letter = data["phonetic"][1];
     EXPECT_EQ(letter["text"].asString(), "A");
     EXPECT_EQ(letter["pinyin"].asString(), "");
@@ -53,13 +59,15 @@ TEST(PhoneticData, ALatinLetterHasAnEmptyArrayAndAOneReadingCharacterOneElement)
 TEST(PhoneticData, AnEmptyCandidateListGivesNull) {
     const Json::Value data = buildPhoneticData(styleOf(u("你")), {u("  ")}, {{u("你")[0], {}}});
     EXPECT_TRUE(data["phonetic"][0]["duyin"].isNull());
-    EXPECT_EQ(data["phonetic"][0]["pinyin"].asString(), "  ");  // a Chinese character without reading
+    EXPECT_EQ(data["phonetic"][0]["pinyin"].asString(),
+              "  ");  // a Chinese character without reading
 }
 
 TEST(PhoneticData, ACharacterOutsideTheBasicPlaneGivesTwoEntries) {
     const QString text = u("𠀀你");  // U+20000 is two UTF-16 units
     ASSERT_EQ(text.size(), 3);
-    const Json::Value data = buildPhoneticData(styleOf(text), {QString(), QString(), u("nǐ")}, {{u("你")[0], {u("nǐ")}}});
+    const Json::Value data = buildPhoneticData(styleOf(text), {QString(), QString(), u("nǐ")},
+                                               {{u("你")[0], {u("nǐ")}}});
     ASSERT_EQ(data["phonetic"].size(), 3u);
     EXPECT_EQ(data["phonetic"][0]["index"].asInt(), 0);
     EXPECT_EQ(data["phonetic"][1]["index"].asInt(), 1);

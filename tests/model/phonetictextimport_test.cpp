@@ -6,7 +6,8 @@
 
 namespace {
 
-QMap<QString, QVariant> args(const QVariant& phonetic, const QVariant& styleType = 1, const QVariant& bracketType = 1) {
+QMap<QString, QVariant> args(const QVariant& phonetic, const QVariant& styleType = 1,
+                             const QVariant& bracketType = 1) {
     return {{"styleType", styleType}, {"bracketType", bracketType}, {"phonetic", phonetic}};
 }
 
@@ -79,14 +80,15 @@ TEST(PhoneticTextImport, OrderAndRepeatedIndexesAreKept) {
 }
 
 TEST(PhoneticTextImport, StyleTypeAsAStringConverts) {
-    const PhoneticImport result = importPhoneticText(args(QStringLiteral("[]"), QStringLiteral("2"), QStringLiteral("x")));
+    const PhoneticImport result =
+        importPhoneticText(args(QStringLiteral("[]"), QStringLiteral("2"), QStringLiteral("x")));
     EXPECT_EQ(result.styleType, 2);
     EXPECT_EQ(result.bracketType, 0);  // not numeric
 }
 
 TEST(PhoneticTextImport, MissingChoicesAreMinusOne) {
-    const PhoneticImport result =
-        importPhoneticText({{"phonetic", QStringLiteral(R"([{"index":0,"pinyin":"a","text":"a"}])")}});
+    const PhoneticImport result = importPhoneticText(
+        {{"phonetic", QStringLiteral(R"([{"index":0,"pinyin":"a","text":"a"}])")}});
     EXPECT_EQ(result.styleType, -1);
     EXPECT_EQ(result.bracketType, -1);
     EXPECT_EQ(result.items.size(), 1);
@@ -94,7 +96,8 @@ TEST(PhoneticTextImport, MissingChoicesAreMinusOne) {
 
 TEST(PhoneticTextImport, NoPhoneticOrNotAnArrayGivesNothing) {
     EXPECT_TRUE(importPhoneticText({{"styleType", 1}}).items.isEmpty());
-    for (const char* text : {"", "{\"index\":0,\"pinyin\":\"a\",\"text\":\"a\"}", "42", "not json", "\"[]\""})
+    for (const char* text :
+         {"", "{\"index\":0,\"pinyin\":\"a\",\"text\":\"a\"}", "42", "not json", "\"[]\""})
         EXPECT_TRUE(importPhoneticText(args(QString::fromUtf8(text))).items.isEmpty()) << text;
 }
 
@@ -105,7 +108,8 @@ TEST(PhoneticTextImport, CommentsAreAllowed) {
 }
 
 TEST(PhoneticTextImport, ADamagedArrayKeepsWhatTheReaderRead) {
-    // The parse fails, yet the elements before the damage stand: only the shape of the value counts.
+    // The parse fails, yet the elements before the damage stand: only the shape of the value
+    // counts.
     const PhoneticImport result = importPhoneticText(args(QStringLiteral(
         R"([{"index":0,"pinyin":"a","text":"a"},{"index":1,"pinyin":"b","text":"b"}, oops)")));
     EXPECT_EQ(result.items.size(), 2);

@@ -13,7 +13,7 @@ class EchoApi : public nvolite::ZxCommonJsApi {
     Q_OBJECT
 public:
     using nvolite::ZxCommonJsApi::ZxCommonJsApi;
-    QStringList calls;      // method names, in order
+    QStringList calls;        // method names, in order
     QStringList browserUrls;  // what openPromeBrowser carried
     bool refuseInit = false;
     bool remoteAllowed = true;
@@ -27,8 +27,8 @@ public slots:
     // Answers the arguments as parsed, as compact JSON text.
     void echo(ZxWebViewJSContext& context) {
         calls << context.method();
-        setResult(context, QString::fromUtf8(QJsonDocument::fromVariant(parseContextArgs(context)).toJson(
-                               QJsonDocument::Compact)));
+        setResult(context, QString::fromUtf8(QJsonDocument::fromVariant(parseContextArgs(context))
+                                                 .toJson(QJsonDocument::Compact)));
     }
     // Sets no result: the page receives null.
     void silent(ZxWebViewJSContext& context) { calls << context.method(); }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The bridge without a rendered page: what a host driving a dialog from native code sees, which
 // is exactly what the page's adapter receives.
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QSignalSpy>
-#include <gtest/gtest.h>
 
 #include "echoapi.h"
 #include "minihost/nvolite/webhost.h"
@@ -22,9 +22,10 @@ QVariantMap ok(const QVariant& result) {
 
 TEST_F(Bridge, ParsesArgumentsWithWholeNumbersAsInt) {
     EchoApi api(nullptr);
-    ZxWebViewJSContext context(QStringLiteral("echo"),
-                               QStringLiteral(R"({"width":600,"height":0,"ratio":1.5,"big":5000000000,)"
-                                              R"("styleType":"2","list":[1,"a",null],"nested":{"x":true}})"));
+    ZxWebViewJSContext context(
+        QStringLiteral("echo"),
+        QStringLiteral(R"({"width":600,"height":0,"ratio":1.5,"big":5000000000,)"
+                       R"("styleType":"2","list":[1,"a",null],"nested":{"x":true}})"));
     const QMap<QString, QVariant> args = api.parseContextArgs(context);
     EXPECT_EQ(args.value("width").userType(), QMetaType::Int);
     EXPECT_EQ(args.value("width").toInt(), 600);
@@ -61,7 +62,8 @@ TEST_F(Bridge, ContextKeepsItsResult) {
 
 TEST_F(Bridge, CallsTheSlotOfThatNameAndAnswersItsResult) {
     EchoWindow window;
-    ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/page.html#/a"), QStringLiteral("test")));
+    ASSERT_TRUE(
+        window.init(QStringLiteral("file:///nowhere/page.html#/a"), QStringLiteral("test")));
     EXPECT_EQ(minihost::webWidgetView(&window), nullptr);  // nothing rendered
     EXPECT_EQ(minihost::callBridge(&window, "echo", R"({"a":1})"), ok(QStringLiteral("{\"a\":1}")));
     EXPECT_EQ(minihost::callBridge(&window, "hidden", "{}"), ok(7));
@@ -92,7 +94,8 @@ TEST_F(Bridge, OpenBrowserRaisesTheSignal) {
     EchoWindow window;
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/page.html"), QStringLiteral("test")));
     QSignalSpy spy(window.api, SIGNAL(openPromeBrowser(QString)));
-    EXPECT_TRUE(minihost::callBridge(&window, "openPromeBrowser", R"({"url":"https://help.example.invalid/a?x=1"})")
+    EXPECT_TRUE(minihost::callBridge(&window, "openPromeBrowser",
+                                     R"({"url":"https://help.example.invalid/a?x=1"})")
                     .value("ok")
                     .toBool());
     ASSERT_EQ(spy.count(), 1);
@@ -102,7 +105,8 @@ TEST_F(Bridge, OpenBrowserRaisesTheSignal) {
 TEST_F(Bridge, RemotePagesAreRefusedWhenTheBridgeSaysSo) {
     EchoWindow window;
     window.remoteAllowed = false;
-    ASSERT_TRUE(window.init(QStringLiteral("https://remote.example.invalid/page.html"), QStringLiteral("test")));
+    ASSERT_TRUE(window.init(QStringLiteral("https://remote.example.invalid/page.html"),
+                            QStringLiteral("test")));
     const QVariantMap reply = minihost::callBridge(&window, "echo", "{}");
     EXPECT_FALSE(reply.value("ok").toBool());
     EXPECT_EQ(reply.value("error").toString(), "echo: this bridge does not answer remote pages");
@@ -110,7 +114,8 @@ TEST_F(Bridge, RemotePagesAreRefusedWhenTheBridgeSaysSo) {
 
     EchoWindow local;
     local.remoteAllowed = false;
-    ASSERT_TRUE(local.init(QStringLiteral("file:////nowhere/page.html#/a?from=home"), QStringLiteral("test")));
+    ASSERT_TRUE(local.init(QStringLiteral("file:////nowhere/page.html#/a?from=home"),
+                           QStringLiteral("test")));
     EXPECT_TRUE(minihost::callBridge(&local, "echo", "{}").value("ok").toBool());
 }
 
@@ -151,8 +156,10 @@ TEST_F(Bridge, TheHostListsLiveInitialisedWidgets) {
 
 TEST_F(Bridge, TheDefaultBridgeHasNoMethods) {
     nvolite::ZxCommonWebWidget widget;
-    ASSERT_TRUE(widget.init(QStringLiteral("file:///nowhere/a.html"), QStringLiteral("test"), false));
-    EXPECT_EQ(minihost::callBridge(&widget, "init", "{}").value("error").toString(), "init: no such method");
+    ASSERT_TRUE(
+        widget.init(QStringLiteral("file:///nowhere/a.html"), QStringLiteral("test"), false));
+    EXPECT_EQ(minihost::callBridge(&widget, "init", "{}").value("error").toString(),
+              "init: no such method");
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Placing a window relative to the main window.
+#include <gtest/gtest.h>
 #include <QGuiApplication>
 #include <QScreen>
-#include <gtest/gtest.h>
 
 #include "nvolite/zxcommonwebwidget.h"
 
@@ -36,6 +36,8 @@ TEST(Locate, KeepsTheWindowOnTheScreen) {
     EXPECT_EQ(dialog.pos().y(), screen.top() + 10 + 50);
 }
 
-TEST(Locate, NullIsIgnored) { ZxLocateHelpFunc::adjustToRelatedMainWindow(nullptr, 0, true, true); }
+TEST(Locate, NullIsIgnored) {
+    ZxLocateHelpFunc::adjustToRelatedMainWindow(nullptr, 0, true, true);
+}
 
 }  // namespace

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The frameless window: its flags and options, dragging by the title bar, resizing by the edges.
+#include <gtest/gtest.h>
 #include <QApplication>
 #include <QMouseEvent>
-#include <gtest/gtest.h>
 
 #include "echoapi.h"
 #include "minihost/nvolite/webhost.h"
@@ -18,7 +18,8 @@ protected:
 // A mouse event sent to `target` at `local` (its coordinates), as the window system would.
 void mouse(QWidget* target, QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons) {
     const QPoint global = target->mapToGlobal(local);
-    QMouseEvent event(type, local, global, type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons,
+    QMouseEvent event(type, local, global,
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons,
                       Qt::NoModifier);
     QApplication::sendEvent(target, &event);
 }
@@ -29,13 +30,13 @@ void drag(QWidget* target, const QPoint& from, const QPoint& by) {
     // Positions relative to where the press was, as the window moves under the mouse.
     for (int step = 1; step <= 4; ++step) {
         const QPoint global = globalFrom + by * step / 4;
-        QMouseEvent event(QEvent::MouseMove, target->mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
-                          Qt::NoModifier);
+        QMouseEvent event(QEvent::MouseMove, target->mapFromGlobal(global), global, Qt::NoButton,
+                          Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &event);
     }
     const QPoint globalTo = globalFrom + by;
-    QMouseEvent release(QEvent::MouseButtonRelease, target->mapFromGlobal(globalTo), globalTo, Qt::LeftButton,
-                        Qt::NoButton, Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, target->mapFromGlobal(globalTo), globalTo,
+                        Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
     QApplication::sendEvent(target, &release);
 }
 

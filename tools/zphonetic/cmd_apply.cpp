@@ -30,7 +30,8 @@ void printHelp() {
         "                    of text \"ID:START:LENGTH\" (UTF-16 units, from 0)\n"
         "  --style N         1 readings after the text, 2 after each character, 3 own text box\n"
         "  --bracket N       1 （）, 2 [], 3 none and bold, 4 //, 5 {}\n"
-        "  --pick I=READING  the reading of the character at index I instead of the one in context\n");
+        "  --pick I=READING  the reading of the character at index I instead of the one in "
+        "context\n");
 }
 
 bool toInt(const QString& text, int* value) {
@@ -44,39 +45,44 @@ QString select(minihost::Deck& deck, const QString& spec) {
     if (spec.isEmpty()) {
         QList<int> withText;
         for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide()))
-            if (shape.hasTextFrame && !shape.text.isEmpty())
-                withText << shape.id;
+            if (shape.hasTextFrame && !shape.text.isEmpty()) withText << shape.id;
         if (withText.isEmpty())
             return QStringLiteral("slide %1 has no shape with text").arg(deck.currentSlide());
         // The add-on reads one selected shape only through a text selection in it: a lone shape
         // gets its whole text selected instead.
         if (withText.size() == 1)
-            return deck.selectText(withText.first(), 0, deck.text(deck.currentSlide(), withText.first()).size())
+            return deck.selectText(withText.first(), 0,
+                                   deck.text(deck.currentSlide(), withText.first()).size())
                        ? QString()
-                       : QStringLiteral("the text of shape %1 cannot be selected").arg(withText.first());
-        return deck.selectShapes(withText) ? QString() : QStringLiteral("the shapes with text cannot be selected");
+                       : QStringLiteral("the text of shape %1 cannot be selected")
+                             .arg(withText.first());
+        return deck.selectShapes(withText)
+                   ? QString()
+                   : QStringLiteral("the shapes with text cannot be selected");
     }
     const QStringList run = spec.split(QLatin1Char(':'));
     if (run.size() == 3) {
         int id = 0, start = 0, length = 0;
         if (!toInt(run[0], &id) || !toInt(run[1], &start) || !toInt(run[2], &length))
             return QStringLiteral("\"%1\" is not ID:START:LENGTH").arg(spec);
-        return deck.selectText(id, start, length)
-                   ? QString()
-                   : QStringLiteral("no text run %1 on slide %2").arg(spec).arg(deck.currentSlide());
+        return deck.selectText(id, start, length) ? QString()
+                                                  : QStringLiteral("no text run %1 on slide %2")
+                                                        .arg(spec)
+                                                        .arg(deck.currentSlide());
     }
     QList<int> ids;
     for (const QString& part : spec.split(QLatin1Char(','))) {
         int id = 0;
-        if (!toInt(part, &id))
-            return QStringLiteral("\"%1\" is not a list of shape ids").arg(spec);
+        if (!toInt(part, &id)) return QStringLiteral("\"%1\" is not a list of shape ids").arg(spec);
         ids << id;
     }
-    return deck.selectShapes(ids) ? QString()
-                                  : QStringLiteral("shapes %1 cannot be selected on slide %2 (unknown, or without "
-                                                   "text)")
-                                        .arg(spec)
-                                        .arg(deck.currentSlide());
+    return deck.selectShapes(ids)
+               ? QString()
+               : QStringLiteral(
+                     "shapes %1 cannot be selected on slide %2 (unknown, or without "
+                     "text)")
+                     .arg(spec)
+                     .arg(deck.currentSlide());
 }
 
 }  // namespace
@@ -92,32 +98,37 @@ int runApply(const QStringList& arguments) {
             printHelp();
             return 0;
         }
-        const bool takesValue = argument == QLatin1String("-o") || argument == QLatin1String("--slide") ||
-                                argument == QLatin1String("--select") || argument == QLatin1String("--style") ||
-                                argument == QLatin1String("--bracket") || argument == QLatin1String("--pick");
+        const bool takesValue =
+            argument == QLatin1String("-o") || argument == QLatin1String("--slide") ||
+            argument == QLatin1String("--select") || argument == QLatin1String("--style") ||
+            argument == QLatin1String("--bracket") || argument == QLatin1String("--pick");
         if (takesValue && i + 1 >= arguments.size())
             return reportError(argument, QStringLiteral("needs a value"));
         if (argument == QLatin1String("-o")) {
             output = arguments.at(++i);
         } else if (argument == QLatin1String("--slide")) {
             if (!toInt(arguments.at(++i), &slide))
-                return reportError(argument, QStringLiteral("\"%1\" is not a slide number").arg(arguments.at(i)));
+                return reportError(
+                    argument, QStringLiteral("\"%1\" is not a slide number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--select")) {
             spec = arguments.at(++i);
         } else if (argument == QLatin1String("--style")) {
             haveStyle = toInt(arguments.at(++i), &style);
             if (!haveStyle)
-                return reportError(argument, QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
+                return reportError(argument,
+                                   QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--bracket")) {
             haveBracket = toInt(arguments.at(++i), &bracket);
             if (!haveBracket)
-                return reportError(argument, QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
+                return reportError(argument,
+                                   QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--pick")) {
             const QString pick = arguments.at(++i);
             const int equals = pick.indexOf(QLatin1Char('='));
             int index = 0;
             if (equals < 1 || !toInt(pick.left(equals), &index) || index < 0)
-                return reportError(argument, QStringLiteral("\"%1\" is not INDEX=READING").arg(pick));
+                return reportError(argument,
+                                   QStringLiteral("\"%1\" is not INDEX=READING").arg(pick));
             picks.insert(index, pick.mid(equals + 1));
         } else if (input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
             input = argument;
@@ -127,20 +138,19 @@ int runApply(const QStringList& arguments) {
     }
     if (input.isEmpty())
         return reportError(QStringLiteral("apply"), QStringLiteral("needs a DECK"));
-    if (output.isEmpty())
-        return reportError(input, QStringLiteral("needs -o OUT"));
+    if (output.isEmpty()) return reportError(input, QStringLiteral("needs -o OUT"));
     if (!haveStyle || !haveBracket)
         return reportError(input, QStringLiteral("needs --style N and --bracket N"));
 
     QString error;
     std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(input, &error);
-    if (!deck)
-        return reportError(input, error);
+    if (!deck) return reportError(input, error);
     if (!deck->setCurrentSlide(slide))
-        return reportError(input, QStringLiteral("no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
+        return reportError(
+            input,
+            QStringLiteral("no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
     error = select(*deck, spec);
-    if (!error.isEmpty())
-        return reportError(input, error);
+    if (!error.isEmpty()) return reportError(input, error);
 
     auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
     ZCoreApplicationPrivate* core = app->coreApplication()->d_func();
@@ -151,45 +161,48 @@ int runApply(const QStringList& arguments) {
     } viewReset{core};
 
     AddonSession session;
-    if (!session.open())
-        return reportError(QStringLiteral("add-on"), session.errorString());
+    if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
     DialogBridge dialog;
-    if (!dialog.open(session))
-        return reportError(input, dialog.errorString());
+    if (!dialog.open(session)) return reportError(input, dialog.errorString());
     QString reply;
     if (!dialog.call(QStringLiteral("getPhoneticText"), {}, &reply))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
-    const QJsonValue result = QJsonDocument::fromJson(reply.toUtf8()).object().value(QStringLiteral("result"));
+    const QJsonValue result =
+        QJsonDocument::fromJson(reply.toUtf8()).object().value(QStringLiteral("result"));
     if (!result.isObject())
         return reportError(input, QStringLiteral("the dialog has nothing to annotate"));
 
     // As the page does: one element per entry, the chosen reading, "" for a character without one.
-    const QJsonArray phonetic =
-        result.toObject().value(QStringLiteral("data")).toObject().value(QStringLiteral("phonetic")).toArray();
+    const QJsonArray phonetic = result.toObject()
+                                    .value(QStringLiteral("data"))
+                                    .toObject()
+                                    .value(QStringLiteral("phonetic"))
+                                    .toArray();
     QJsonArray items;
     for (const QJsonValue& value : phonetic) {
         const QJsonObject entry = value.toObject();
         const int index = entry.value(QStringLiteral("index")).toInt();
-        QString pinyin = picks.contains(index) ? picks.take(index) : entry.value(QStringLiteral("pinyin")).toString();
-        if (pinyin.trimmed().isEmpty())
-            pinyin.clear();
+        QString pinyin = picks.contains(index) ? picks.take(index)
+                                               : entry.value(QStringLiteral("pinyin")).toString();
+        if (pinyin.trimmed().isEmpty()) pinyin.clear();
         items.append(QJsonObject{{QStringLiteral("index"), index},
                                  {QStringLiteral("pinyin"), pinyin},
                                  {QStringLiteral("text"), entry.value(QStringLiteral("text"))}});
     }
     if (!picks.isEmpty())
-        return reportError(QStringLiteral("--pick"), QStringLiteral("no character at index %1 (the dialog shows %2)")
-                                                         .arg(picks.firstKey())
-                                                         .arg(phonetic.size()));
+        return reportError(QStringLiteral("--pick"),
+                           QStringLiteral("no character at index %1 (the dialog shows %2)")
+                               .arg(picks.firstKey())
+                               .arg(phonetic.size()));
     const QVariantMap confirm{
         {QStringLiteral("styleType"), style},
         {QStringLiteral("bracketType"), bracket},
-        {QStringLiteral("phonetic"), QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
+        {QStringLiteral("phonetic"),
+         QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
     if (!dialog.call(QStringLiteral("setPhoneticText"), confirm, nullptr))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
     dialog.finish();
-    if (!deck->save(output, &error))
-        return reportError(output, error);
+    if (!deck->save(output, &error)) return reportError(output, error);
     for (const minihost::ShapeInfo& shape : deck->shapes(deck->currentSlide()))
         if (shape.hasTextFrame)
             std::printf("shape %d: %s\n", shape.id, shape.text.toUtf8().constData());

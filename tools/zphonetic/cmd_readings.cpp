@@ -21,7 +21,9 @@ void printHelp() {
 }
 
 // A reading as the dialog shows it: a Chinese character without a reading has two spaces.
-QString shown(const QString& reading) { return reading.trimmed().isEmpty() && !reading.isEmpty() ? "-" : reading; }
+QString shown(const QString& reading) {
+    return reading.trimmed().isEmpty() && !reading.isEmpty() ? "-" : reading;
+}
 
 }  // namespace
 
@@ -46,8 +48,7 @@ int runReadings(const QStringList& arguments) {
         return reportError(QStringLiteral("readings"), QStringLiteral("needs a TEXT"));
 
     AddonSession session;
-    if (!session.open())
-        return reportError(QStringLiteral("add-on"), session.errorString());
+    if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
     // Without a presentation the command opens the dialog on its guide; its bridge still answers
     // for a text the page supplies.
     DialogBridge dialog;
@@ -62,8 +63,14 @@ int runReadings(const QStringList& arguments) {
     const QJsonObject document = QJsonDocument::fromJson(reply.toUtf8()).object();
     const QJsonValue result = document.value(QStringLiteral("result"));
     if (!result.isObject())
-        return reportError(text, QStringLiteral("nothing to annotate (no Chinese character with a known reading)"));
-    for (const QJsonValue& value : result.toObject().value(QStringLiteral("data")).toObject().value(QStringLiteral("phonetic")).toArray()) {
+        return reportError(
+            text,
+            QStringLiteral("nothing to annotate (no Chinese character with a known reading)"));
+    for (const QJsonValue& value : result.toObject()
+                                       .value(QStringLiteral("data"))
+                                       .toObject()
+                                       .value(QStringLiteral("phonetic"))
+                                       .toArray()) {
         const QJsonObject entry = value.toObject();
         QStringList candidates;
         for (const QJsonValue& candidate : entry.value(QStringLiteral("duyin")).toArray())
