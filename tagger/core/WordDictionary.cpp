@@ -103,7 +103,20 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
     };
     std::vector<State> states(1);
     std::vector<bool> used(2, true);  // slots 0 (root) and 1 are never a child
-    size_t firstFree = 2;
+    // nextFree[x] leads to the first free slot at or after x (a union-find with path halving),
+    // so the search for a base jumps over taken slots instead of walking them.
+    std::vector<uint32_t> nextFree{1, 2, 2};
+    auto findFree = [&](size_t x) {
+        while (x + 1 >= nextFree.size()) nextFree.push_back(static_cast<uint32_t>(nextFree.size()));
+        while (nextFree[x] != x) {
+            nextFree[x] = nextFree[nextFree[x]];
+            x = nextFree[x];
+            while (x + 1 >= nextFree.size()) {
+                nextFree.push_back(static_cast<uint32_t>(nextFree.size()));
+            }
+        }
+        return x;
+    };
     // States are given slots most frequent first: a pending state covers the sorted entries
     // [lo, hi) that share its path of length `depth`, and `weight` is the lowest cost among them.
     // The states that running text visits then sit together at the start of the table, where
@@ -164,14 +177,15 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
         if (children.empty()) continue;
         std::sort(children.begin(), children.end(),
                   [](const Child& a, const Child& b) { return a.code < b.code; });
-        // The lowest base at which every child lands on a free slot.
-        while (firstFree < used.size() && used[firstFree]) ++firstFree;
-        size_t base = std::max<size_t>(firstFree, children.front().code + 1) - children.front().code;
-        for (;; ++base) {
+        // The lowest base at which every child lands on a free slot: the first child's slot
+        // runs over the free slots only.
+        size_t base = 0;
+        for (size_t slot = findFree(children.front().code + size_t{1});; slot = findFree(slot + 1)) {
+            base = slot - children.front().code;
             bool fits = true;
             for (const Child& c : children) {
-                const size_t slot = base + c.code;
-                if (slot < used.size() && used[slot]) {
+                const size_t other = base + c.code;
+                if (other < used.size() && used[other]) {
                     fits = false;
                     break;
                 }
@@ -188,6 +202,8 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
         for (const Child& c : children) {
             const size_t slot = base + c.code;
             used[slot] = true;
+            findFree(slot + 1);
+            nextFree[slot] = static_cast<uint32_t>(slot + 1);
             states[slot].parentPlusOne = p.state + 1;
             queue.push({static_cast<uint32_t>(slot), c.lo, c.hi, p.depth + 1, c.weight, found++});
         }
