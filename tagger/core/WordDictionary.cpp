@@ -20,6 +20,8 @@ constexpr size_t kUnits = 0x10000;
 constexpr size_t kFilterWords = (size_t{1} << 23) / 64;
 constexpr size_t kMaxBase = (size_t{1} << 21) - 1;
 constexpr size_t kMaxInlineSyllable = 0x7FFF;
+// Bases tried before the search for later states starts further on in the table.
+constexpr size_t kCrowded = 4096;
 // No word in any source is this long; a deeper path can only come from a damaged file.
 constexpr size_t kMaxWordLength = 64;
 
@@ -106,6 +108,7 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
     // nextFree[x] leads to the first free slot at or after x (a union-find with path halving),
     // so the search for a base jumps over taken slots instead of walking them.
     std::vector<uint32_t> nextFree{1, 2, 2};
+    size_t searchFrom = 2;
     auto findFree = [&](size_t x) {
         while (x + 1 >= nextFree.size()) nextFree.push_back(static_cast<uint32_t>(nextFree.size()));
         while (nextFree[x] != x) {
@@ -177,10 +180,14 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
         if (children.empty()) continue;
         std::sort(children.begin(), children.end(),
                   [](const Child& a, const Child& b) { return a.code < b.code; });
-        // The lowest base at which every child lands on a free slot: the first child's slot
-        // runs over the free slots only.
+        // The lowest base from `searchFrom` on at which every child lands on a free slot; the
+        // first child's slot runs over the free slots only. Where the table is so full that a
+        // search tries many bases, later searches start further on.
         size_t base = 0;
-        for (size_t slot = findFree(children.front().code + size_t{1});; slot = findFree(slot + 1)) {
+        size_t tries = 0;
+        const size_t start = std::max(searchFrom, children.front().code + size_t{1});
+        for (size_t slot = findFree(start);; slot = findFree(slot + 1)) {
+            if (++tries == kCrowded) searchFrom = slot;
             base = slot - children.front().code;
             bool fits = true;
             for (const Child& c : children) {
