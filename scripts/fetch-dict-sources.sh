@@ -17,8 +17,9 @@ unihan=/usr/share/unicode/Unihan_Readings.txt.bz2
 npm_spec=@pinyin-pro/data@1.3.1
 npm_tarball=pinyin-pro-data-1.3.1.tgz
 npm_dir=pinyin-pro-data-1.3.1
-# The registry's integrity value for this version, pinned here so a changed tarball is refused.
-npm_sha512=7SLDd8Q31U8lvZ6BtRFaZrTfQ4p01g+q/VFqpMRG0dAAsuBKMl59pAOsbLsRL2m3+SgW0zzztrQyAtHSvijMIQ==
+# The registry's integrity value for this version (sha512-7SLDd8Q31U8lvZ6BtRFaZrTfQ4p01g+q/VF...
+# in base64), pinned here in hex so a changed tarball is refused.
+npm_sha512=ed22c377c437d54f25bd9e81b5115a66b4df438a74d60faafd516aa4c446d1d000b2e04a325e7da403ac6cbb112f69b7f92816d33cf3b6b43202d1d2be28cc21
 
 fail() { echo "fetch-dict-sources: $*" >&2; exit 1; }
 
@@ -34,8 +35,7 @@ fi
 [ -f "$go_dict" ] || fail "$go_dict is still missing after installing golang-github-mozillazg-go-pinyin-dev"
 [ -f "$unihan" ] || fail "$unihan is still missing after installing unicode-data"
 
-sha512_of() { openssl dgst -sha512 -binary "$1" | base64 -w0; }
-command -v openssl >/dev/null || fail "openssl is needed to check the tarball's sha512"
+sha512_of() { sha512sum "$1" | cut -d' ' -f1; }
 
 mkdir -p "$dest"
 tarball=$dest/$npm_tarball

@@ -255,9 +255,9 @@ std::vector<WordEntry> parsePinyinProJson(const std::string& json, size_t& dropp
     std::vector<WordEntry> out;
     out.reserve(raw.size());
     for (Raw& r : raw) {
-        const double cost = std::round(-1000.0 * std::log(r.frequency / total));
+        const double cost = std::round(-64.0 * std::log(r.frequency / total));
         out.push_back({std::move(r.word), std::move(r.readings),
-                       static_cast<uint16_t>(std::min(std::max(cost, 0.0), 65535.0))});
+                       static_cast<uint16_t>(std::min(std::max(cost, 0.0), double{kMaxWordCost}))});
     }
     return out;
 }

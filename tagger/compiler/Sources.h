@@ -26,7 +26,7 @@ CharReadings parsePinyinData(const std::string& goSource, size_t& dropped);
 size_t keepModernReadings(CharReadings& readings, const std::string& unihanReadings);
 
 // Words of a pinyin-pro-data JSON file ({"word": ["reading reading", frequency], …}); the cost
-// of a word is -1000 ln(frequency / sum of all frequencies), clamped to 0..65535. Entries whose
+// of a word is -64 ln(frequency / sum of all frequencies), clamped to 0..kMaxWordCost. Entries whose
 // readings do not match their characters are counted in `dropped`.
 std::vector<WordEntry> parsePinyinProJson(const std::string& json, size_t& dropped);
 

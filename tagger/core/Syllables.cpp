@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Syllables.h"
 
+#include <algorithm>
+
 namespace zphonetic::tagger {
 namespace {
 
@@ -39,8 +41,17 @@ uint8_t toneOf(std::u16string_view syllable) {
     return 5;
 }
 
+Syllable makeSyllable(std::u16string_view text) {
+    Syllable s;
+    s.text = text;
+    s.size = static_cast<uint8_t>(std::min(text.size(), kSyllableUnits));
+    std::copy(text.begin(), text.begin() + s.size, s.units);
+    s.tone = toneOf(text);
+    return s;
+}
+
 bool isSyllableText(std::u16string_view syllable) {
-    if (syllable.empty()) return false;
+    if (syllable.empty() || syllable.size() > kSyllableUnits) return false;
     for (char16_t c : syllable) {
         if ((c >= u'a' && c <= u'z') || c == u'ü') continue;
         if (findMark(c) == nullptr) return false;
@@ -108,13 +119,12 @@ SyllableTable::SyllableTable(const ContainerView& file) {
         if (begin > end || end > text.size()) {
             throw FormatError("syllable " + std::to_string(i) + " lies outside the syllable text");
         }
-        Syllable s;
-        for (uint32_t k = begin; k < end; ++k) s.text.push_back(static_cast<char16_t>(text.at(k)));
-        if (!isSyllableText(s.text)) {
+        std::u16string s;
+        for (uint32_t k = begin; k < end; ++k) s.push_back(static_cast<char16_t>(text.at(k)));
+        if (!isSyllableText(s)) {
             throw FormatError("syllable " + std::to_string(i) + " is not pinyin");
         }
-        s.tone = toneOf(s.text);
-        syllables_.push_back(std::move(s));
+        syllables_.push_back(makeSyllable(s));
     }
 }
 

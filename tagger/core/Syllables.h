@@ -15,16 +15,26 @@
 
 namespace zphonetic::tagger {
 
-// One syllable ready for output: its UTF-16 text and its tone (1-4, 5 = neutral).
+// The longest syllable, in UTF-16 units ("zhuàng", "shuāng" have 6).
+constexpr size_t kSyllableUnits = 8;
+
+// One syllable ready for output: its UTF-16 text, the same in a fixed block that is copied
+// whole, and its tone (1-4, 5 = neutral).
 struct Syllable {
     std::u16string text;
+    char16_t units[kSyllableUnits] = {};
+    uint8_t size = 0;
     uint8_t tone = 5;
 };
+
+// A syllable from its text; the caller makes sure it is syllable text (isSyllableText()).
+Syllable makeSyllable(std::u16string_view text);
 
 // The tone of a syllable (1-4 from its mark, 5 when it has none).
 uint8_t toneOf(std::u16string_view syllable);
 
-// True when `syllable` is a non-empty run of the letters a syllable may hold (see above).
+// True when `syllable` is a non-empty run of at most kSyllableUnits letters a syllable may hold
+// (see above).
 bool isSyllableText(std::u16string_view syllable);
 
 // The tone-number spelling used by annotated corpora: "lǜ" -> "lu:4", "de" -> "de5".

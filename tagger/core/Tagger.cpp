@@ -2,6 +2,7 @@
 #include "Tagger.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 namespace zphonetic::tagger {
@@ -9,20 +10,20 @@ namespace {
 
 // A character that is no word of the dictionary still makes a path, at a cost above any word's,
 // so that the graph always has a way through.
-constexpr uint32_t kLoneCharCost = 0xFFFF + 2000;
+constexpr uint32_t kLoneCharCost = kMaxWordCost + 128;
 // Longer paths cannot occur: words are at most 64 units, and length_ stores up to 255.
 constexpr size_t kMaxWordLength = 255;
 
 constexpr char16_t kYi = u'一';
 constexpr char16_t kBu = u'不';
 
-const Syllable kYiFirst{u"yī", 1};
-const Syllable kYiSecond{u"yí", 2};
-const Syllable kYiFourth{u"yì", 4};
-const Syllable kYiNeutral{u"yi", 5};
-const Syllable kBuSecond{u"bú", 2};
-const Syllable kBuFourth{u"bù", 4};
-const Syllable kBuNeutral{u"bu", 5};
+const Syllable kYiFirst = makeSyllable(u"yī");
+const Syllable kYiSecond = makeSyllable(u"yí");
+const Syllable kYiFourth = makeSyllable(u"yì");
+const Syllable kYiNeutral = makeSyllable(u"yi");
+const Syllable kBuSecond = makeSyllable(u"bú");
+const Syllable kBuFourth = makeSyllable(u"bù");
+const Syllable kBuNeutral = makeSyllable(u"bu");
 
 }  // namespace
 
@@ -41,7 +42,7 @@ void Tagger::segment(const char16_t* text, size_t n) {
         uint32_t best = kLoneCharCost + cost_[i + 1];
         uint32_t bestNode = 0;
         size_t bestLength = 1;
-        uint32_t node = words.first(text[i]);
+        uint32_t node = words.next(WordDictionary::kRoot, text[i]);
         for (size_t j = i; node != 0;) {
             if (words.isWord(node)) {
                 const uint32_t c = words.cost(node) + cost_[j + 1];
@@ -52,45 +53,50 @@ void Tagger::segment(const char16_t* text, size_t n) {
                 }
             }
             if (++j >= n || j - i >= kMaxWordLength) break;
-            node = words.child(node, text[j]);
+            node = words.next(node, text[j]);
         }
         cost_[i] = best;
         node_[i] = bestNode;
         length_[i] = static_cast<uint8_t>(bestLength);
     }
 
+    // Left to right along the best path: readings from the words, and for a character that is
+    // a word of its own the first matching context rule, else its default.
     const CharDictionary& chars = dicts_->chars();
-    readings_.assign(n, nullptr);
-    alone_.assign(n, 0);
+    const RuleDictionary& rules = dicts_->rules();
+    readings_.resize(n);
+    alone_.resize(n);
+    toneChanges_.clear();
     for (size_t i = 0; i < n;) {
         const size_t len = length_[i];
         if (len > 1) {
-            for (size_t k = 0; k < len; ++k) readings_[i + k] = words.reading(node_[i], k);
+            for (size_t k = 0; k < len; ++k) {
+                readings_[i + k] = words.reading(node_[i], k);
+                alone_[i + k] = 0;
+                if (text[i + k] == kBu) toneChanges_.push_back(i + k);
+            }
+            i += len;
+            continue;
+        }
+        const Syllable* rule = rules.hasRules(text[i]) ? rules.match(text, n, i) : nullptr;
+        if (rule != nullptr) {
+            readings_[i] = rule;
+            alone_[i] = 2;  // settled by a rule: no tone change
         } else {
-            alone_[i] = 1;
             const Syllable* own = node_[i] != 0 ? words.reading(node_[i], 0) : nullptr;
             readings_[i] = own != nullptr ? own : chars.reading(text[i], 0);
+            alone_[i] = 1;
+            if (text[i] == kYi || text[i] == kBu) toneChanges_.push_back(i);
         }
-        i += len;
-    }
-}
-
-void Tagger::applyRules(const char16_t* text, size_t n) {
-    const RuleDictionary& rules = dicts_->rules();
-    for (size_t i = 0; i < n; ++i) {
-        if (!alone_[i] || !rules.hasRules(text[i])) continue;
-        if (const Syllable* s = rules.match(text, n, i)) {
-            readings_[i] = s;
-            alone_[i] = 2;  // settled by a rule: no tone change
-        }
+        ++i;
     }
 }
 
 void Tagger::changeTones(const char16_t* text, size_t n) {
     // Right to left, so that 一 before 不 sees 不 already changed.
-    for (size_t i = n; i-- > 0;) {
+    for (auto it = toneChanges_.rbegin(); it != toneChanges_.rend(); ++it) {
+        const size_t i = *it;
         const char16_t c = text[i];
-        if (alone_[i] == 2 || (c != kYi && c != kBu)) continue;
         const bool last = i + 1 == n;
         // A verb repeated around it (看一看, 对不对) leaves it unstressed. 不 gets this even
         // where the word dictionary joined it to the second verb (对/不对).
@@ -115,7 +121,6 @@ void Tagger::changeTones(const char16_t* text, size_t n) {
 
 const std::vector<const Syllable*>& Tagger::readings(const char16_t* text, size_t length) {
     segment(text, length);
-    applyRules(text, length);
     changeTones(text, length);
     return readings_;
 }
@@ -146,13 +151,18 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
 
     readings(text, length);
     size_t total = 2 * length;
-    for (const Syllable* s : readings_) total += s != nullptr ? s->text.size() : 0;
-    out = new char16_t[total + 1];
+    for (const Syllable* s : readings_) total += s != nullptr ? s->size : 0;
+    // Each reading is copied as a whole block of kSyllableUnits units and the end moved back to
+    // its length; the spare units at the end of the buffer take the last block's overhang.
+    out = new char16_t[total + kSyllableUnits + 1];
     char16_t* p = out;
     for (size_t i = 0; i < length; ++i) {
         *p++ = text[i];
         *p++ = u'/';
-        if (const Syllable* s = readings_[i]) p = std::copy(s->text.begin(), s->text.end(), p);
+        if (const Syllable* s = readings_[i]) {
+            std::memcpy(p, s->units, sizeof s->units);
+            p += s->size;
+        }
     }
     *p = 0;
     answerLength = total;

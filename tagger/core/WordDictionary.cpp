@@ -2,7 +2,8 @@
 #include "WordDictionary.h"
 
 #include <algorithm>
-#include <deque>
+#include <cstdlib>
+#include <queue>
 
 #include "TextLines.h"
 #include "Utf16.h"
@@ -10,10 +11,17 @@
 namespace zphonetic::tagger {
 namespace {
 
-constexpr uint32_t kRootSection = 3;
-constexpr uint32_t kNodeSection = 4;
-constexpr uint32_t kReadingSection = 5;
+constexpr uint32_t kCodeSection = 3;
+constexpr uint32_t kCharSection = 4;
+constexpr uint32_t kStateSection = 5;
+constexpr uint32_t kReadingSection = 6;
+constexpr uint32_t kFilterSection = 7;
 constexpr size_t kUnits = 0x10000;
+constexpr size_t kFilterWords = (size_t{1} << 23) / 64;
+constexpr size_t kMaxBase = (size_t{1} << 21) - 1;
+constexpr size_t kMaxInlineSyllable = 0x7FFF;
+// Bases tried before the search for later states starts further on in the table.
+constexpr size_t kCrowded = 4096;
 // No word in any source is this long; a deeper path can only come from a damaged file.
 constexpr size_t kMaxWordLength = 64;
 
@@ -31,8 +39,9 @@ std::vector<WordEntry> parseWordText(const std::string& text) {
         }
         char* end = nullptr;
         const unsigned long cost = std::strtoul(fields[2].c_str(), &end, 10);
-        if (fields[2].empty() || *end != '\0' || cost > 0xFFFF) {
-            throw lineError(lineNo, "cost \"" + fields[2] + "\" is not a number from 0 to 65535");
+        if (fields[2].empty() || *end != '\0' || cost > kMaxWordCost) {
+            throw lineError(lineNo, "cost \"" + fields[2] + "\" is not a number from 0 to " +
+                                        std::to_string(kMaxWordCost));
         }
         e.cost = static_cast<uint16_t>(cost);
         out.push_back(std::move(e));
@@ -56,156 +65,232 @@ std::string formatWordText(const std::vector<WordEntry>& entries) {
 std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
     std::sort(entries.begin(), entries.end(),
               [](const WordEntry& a, const WordEntry& b) { return a.word < b.word; });
+    std::vector<uint64_t> frequency(kUnits, 0);
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (entries[i].word.empty() || entries[i].word.size() > kMaxWordLength ||
-            entries[i].readings.size() != entries[i].word.size()) {
-            throw FormatError("word \"" + toUtf8(entries[i].word) +
-                              "\" is empty, too long, or lacks a reading per character");
+        const WordEntry& e = entries[i];
+        if (e.word.empty() || e.word.size() > kMaxWordLength ||
+            e.readings.size() != e.word.size() || e.cost > kMaxWordCost) {
+            throw FormatError("word \"" + toUtf8(e.word) +
+                              "\" is empty, too long, lacks a reading per character, or costs "
+                              "more than " + std::to_string(kMaxWordCost));
         }
-        if (i > 0 && entries[i].word == entries[i - 1].word) {
-            throw FormatError("word \"" + toUtf8(entries[i].word) + "\" is listed twice");
+        if (i > 0 && e.word == entries[i - 1].word) {
+            throw FormatError("word \"" + toUtf8(e.word) + "\" is listed twice");
         }
+        for (char16_t c : e.word) ++frequency[c];
+    }
+
+    // Codes by frequency: the characters met most often get the smallest codes, so the states
+    // of common words crowd together in memory.
+    std::vector<char16_t> byFrequency;
+    for (uint32_t c = 0; c < kUnits; ++c) {
+        if (frequency[c] != 0) byFrequency.push_back(static_cast<char16_t>(c));
+    }
+    std::stable_sort(byFrequency.begin(), byFrequency.end(),
+                     [&](char16_t a, char16_t b) { return frequency[a] > frequency[b]; });
+    std::vector<uint16_t> codes(kUnits, 0);
+    std::vector<uint16_t> charOfCode(1, 0);
+    for (char16_t c : byFrequency) {
+        codes[c] = static_cast<uint16_t>(charOfCode.size());
+        charOfCode.push_back(c);
     }
 
     SyllableTableBuilder syllables;
-    std::vector<uint8_t> readings;
-    uint32_t readingCount = 0;
-    std::vector<uint32_t> root(kUnits, 0);
-    // Node 0 stays empty so that 0 can mean "none". Nodes are laid out breadth first, so the
-    // children of each node get consecutive numbers. A pending node covers the sorted entries
-    // [lo, hi) that share its path of length `depth`.
-    struct Pending {
-        uint32_t node;
-        size_t lo, hi, depth;
+    std::vector<uint8_t> longReadings;
+    uint32_t longCount = 0;
+    struct State {
+        uint32_t base = 0, parentPlusOne = 0, readings = 0;
+        uint16_t cost = 0;
+        bool word = false;
     };
-    std::vector<uint32_t> nodes(4, 0);
-    std::deque<Pending> queue;
-    auto addChildren = [&](size_t lo, size_t hi, size_t depth) -> std::pair<uint32_t, uint32_t> {
-        const auto firstChild = static_cast<uint32_t>(nodes.size() / 4);
-        uint32_t count = 0;
-        size_t i = lo;
-        while (i < hi) {
-            if (entries[i].word.size() <= depth) {  // the parent's own word sorts first
+    std::vector<State> states(1);
+    std::vector<bool> used(2, true);  // slots 0 (root) and 1 are never a child
+    // nextFree[x] leads to the first free slot at or after x (a union-find with path halving),
+    // so the search for a base jumps over taken slots instead of walking them.
+    std::vector<uint32_t> nextFree{1, 2, 2};
+    size_t searchFrom = 2;
+    auto findFree = [&](size_t x) {
+        while (x + 1 >= nextFree.size()) nextFree.push_back(static_cast<uint32_t>(nextFree.size()));
+        while (nextFree[x] != x) {
+            nextFree[x] = nextFree[nextFree[x]];
+            x = nextFree[x];
+            while (x + 1 >= nextFree.size()) {
+                nextFree.push_back(static_cast<uint32_t>(nextFree.size()));
+            }
+        }
+        return x;
+    };
+    // States are given slots most frequent first: a pending state covers the sorted entries
+    // [lo, hi) that share its path of length `depth`, and `weight` is the lowest cost among them.
+    // The states that running text visits then sit together at the start of the table, where
+    // the processor's caches keep them.
+    struct Pending {
+        uint32_t state;
+        size_t lo, hi, depth;
+        uint16_t weight;
+        uint64_t order;  // ties keep the order states were found in
+        bool operator<(const Pending& o) const {
+            return weight != o.weight ? weight > o.weight : order > o.order;
+        }
+    };
+    uint64_t found = 0;
+    std::priority_queue<Pending> queue;
+    queue.push({WordDictionary::kRoot, 0, entries.size(), 0, 0, found++});
+    struct Child {
+        uint16_t code;
+        size_t lo, hi;
+        uint16_t weight;
+    };
+    std::vector<Child> children;
+    while (!queue.empty()) {
+        const Pending p = queue.top();
+        queue.pop();
+        children.clear();
+        for (size_t i = p.lo; i < p.hi;) {
+            if (entries[i].word.size() <= p.depth) {  // the state's own word sorts first
+                const WordEntry& e = entries[i];
+                State& s = states[p.state];
+                s.word = true;
+                s.cost = e.cost;
+                if (e.word.size() <= 2) {
+                    for (size_t k = 0; k < e.readings.size(); ++k) {
+                        const uint16_t id = syllables.add(e.readings[k]);
+                        if (id > kMaxInlineSyllable) throw FormatError("too many syllables");
+                        s.readings |= uint32_t{id} << (15 * k);
+                    }
+                } else {
+                    s.readings = WordDictionary::kLongBit | longCount;
+                    for (const std::u16string& r : e.readings) {
+                        appendLe<uint16_t>(longReadings, syllables.add(r));
+                        ++longCount;
+                    }
+                }
                 ++i;
                 continue;
             }
-            const char16_t label = entries[i].word[depth];
+            const char16_t label = entries[i].word[p.depth];
             size_t j = i;
-            while (j < hi && entries[j].word[depth] == label) ++j;
-            const auto node = static_cast<uint32_t>(nodes.size() / 4);
-            nodes.insert(nodes.end(), {0, 0, WordDictionary::kNoWord, uint32_t{label} << 16});
-            queue.push_back({node, i, j, depth + 1});
-            if (depth == 0) root[label] = node;
-            ++count;
+            uint16_t weight = kMaxWordCost;
+            for (; j < p.hi && entries[j].word[p.depth] == label; ++j) {
+                weight = std::min(weight, entries[j].cost);
+            }
+            children.push_back({codes[label], i, j, weight});
             i = j;
         }
-        return {count ? firstChild : 0, count};
-    };
-    addChildren(0, entries.size(), 0);
-    while (!queue.empty()) {
-        const Pending p = queue.front();
-        queue.pop_front();
-        const WordEntry& head = entries[p.lo];
-        if (head.word.size() == p.depth) {
-            nodes[4 * p.node + 2] = readingCount;
-            nodes[4 * p.node + 3] |= head.cost;
-            for (const std::u16string& r : head.readings) {
-                appendLe<uint16_t>(readings, syllables.add(r));
-                ++readingCount;
+        if (children.empty()) continue;
+        std::sort(children.begin(), children.end(),
+                  [](const Child& a, const Child& b) { return a.code < b.code; });
+        // The lowest base from `searchFrom` on at which every child lands on a free slot; the
+        // first child's slot runs over the free slots only. Where the table is so full that a
+        // search tries many bases, later searches start further on.
+        size_t base = 0;
+        size_t tries = 0;
+        const size_t start = std::max(searchFrom, children.front().code + size_t{1});
+        for (size_t slot = findFree(start);; slot = findFree(slot + 1)) {
+            if (++tries == kCrowded) searchFrom = slot;
+            base = slot - children.front().code;
+            bool fits = true;
+            for (const Child& c : children) {
+                const size_t other = base + c.code;
+                if (other < used.size() && used[other]) {
+                    fits = false;
+                    break;
+                }
             }
+            if (fits) break;
         }
-        const auto [firstChild, count] = addChildren(p.lo, p.hi, p.depth);
-        nodes[4 * p.node] = firstChild;
-        nodes[4 * p.node + 1] = count;
+        if (base > kMaxBase) throw FormatError("too many words for the state table");
+        states[p.state].base = static_cast<uint32_t>(base);
+        const size_t end = base + children.back().code + 1;
+        if (end > used.size()) {
+            used.resize(end, false);
+            states.resize(end);
+        }
+        for (const Child& c : children) {
+            const size_t slot = base + c.code;
+            used[slot] = true;
+            findFree(slot + 1);
+            nextFree[slot] = static_cast<uint32_t>(slot + 1);
+            states[slot].parentPlusOne = p.state + 1;
+            queue.push({static_cast<uint32_t>(slot), c.lo, c.hi, p.depth + 1, c.weight, found++});
+        }
     }
 
-    std::vector<uint8_t> rootBytes;
-    for (uint32_t n : root) appendLe<uint32_t>(rootBytes, n);
-    std::vector<uint8_t> nodeBytes;
-    for (uint32_t v : nodes) appendLe<uint32_t>(nodeBytes, v);
+    std::vector<uint64_t> filter(kFilterWords, 0);
+    for (size_t t = 0; t < states.size(); ++t) {
+        const uint32_t parentPlusOne = states[t].parentPlusOne;
+        if (parentPlusOne <= 1) continue;  // free, or a child of the root
+        const uint32_t parent = parentPlusOne - 1;
+        const size_t bit = WordDictionary::transitionBit(parent, static_cast<uint32_t>(t - states[parent].base));
+        filter[bit / 64] |= uint64_t{1} << (bit % 64);
+    }
+
+    std::vector<uint8_t> codeBytes, charBytes, stateBytes, filterBytes;
+    for (uint16_t c : codes) appendLe<uint16_t>(codeBytes, c);
+    for (uint16_t c : charOfCode) appendLe<uint16_t>(charBytes, c);
+    for (const State& s : states) {
+        appendLe<uint32_t>(stateBytes, s.base << 11 | s.cost);
+        appendLe<uint32_t>(stateBytes, s.parentPlusOne | (s.word ? WordDictionary::kWordBit : 0));
+        appendLe<uint32_t>(stateBytes, s.readings);
+    }
+    for (uint64_t w : filter) appendLe<uint64_t>(filterBytes, w);
     ContainerWriter writer(std::string_view(kWordMagic, 8));
     syllables.writeTo(writer);
-    writer.addSection(kRootSection, 4, std::move(rootBytes));
-    writer.addSection(kNodeSection, 4, std::move(nodeBytes));
-    writer.addSection(kReadingSection, 2, std::move(readings));
+    writer.addSection(kCodeSection, 2, std::move(codeBytes));
+    writer.addSection(kCharSection, 2, std::move(charBytes));
+    writer.addSection(kStateSection, 4, std::move(stateBytes));
+    writer.addSection(kReadingSection, 2, std::move(longReadings));
+    writer.addSection(kFilterSection, 8, std::move(filterBytes));
     return writer.finish();
 }
 
 WordDictionary::WordDictionary(const uint8_t* data, size_t size)
     : file_(data, size, std::string_view(kWordMagic, 8)),
       syllables_(file_),
-      root_(file_.array<uint32_t>(kRootSection)),
-      nodes_(file_.array<uint32_t>(kNodeSection)),
-      ids_(file_.array<uint16_t>(kReadingSection)) {
-    if (root_.size() != kUnits) throw FormatError("first-character table has the wrong size");
-    if (nodes_.size() % 4 != 0) throw FormatError("node section is not whole nodes");
-}
-
-uint32_t WordDictionary::child(uint32_t node, char16_t c) const {
-    const size_t base = 4 * size_t{node};
-    size_t lo = nodes_.at(base);
-    size_t hi = lo + nodes_.at(base + 1);
-    // Binary search over the children's labels; reads past the nodes come back as 0 and fail.
-    while (lo < hi) {
-        const size_t mid = lo + (hi - lo) / 2;
-        const auto label = static_cast<char16_t>(nodes_.at(4 * mid + 3) >> 16);
-        if (label < c) {
-            lo = mid + 1;
-        } else if (label > c) {
-            hi = mid;
-        } else {
-            return 4 * mid < nodes_.size() ? static_cast<uint32_t>(mid) : 0;
-        }
+      codes_(file_.array<uint16_t>(kCodeSection)),
+      chars_(file_.array<uint16_t>(kCharSection)),
+      states_(file_.array<uint32_t>(kStateSection)),
+      ids_(file_.array<uint16_t>(kReadingSection)),
+      filter_(file_.array<uint64_t>(kFilterSection)) {
+    if (codes_.size() != kUnits) throw FormatError("character code table has the wrong size");
+    if (states_.size() == 0 || states_.size() % 3 != 0) {
+        throw FormatError("state section is not whole states");
     }
-    return 0;
+    if (filter_.size() != kFilterWords) throw FormatError("word-start filter has the wrong size");
 }
 
 std::vector<WordEntry> WordDictionary::toEntries() const {
     std::vector<WordEntry> out;
-    const size_t nodeCount = nodes_.size() / 4;
-    size_t visits = 0;
-    std::u16string path;
-    // Depth-first in label order gives the words sorted. A sound trie visits each node once.
-    struct Frame {
-        uint32_t next, end;
-    };
-    std::vector<Frame> stack;
-    auto enter = [&](uint32_t node) {
-        if (++visits > nodeCount || path.size() > kMaxWordLength) {
-            throw FormatError("the word trie has a cycle or a path longer than " +
-                              std::to_string(kMaxWordLength));
-        }
-        if (isWord(node)) {
-            WordEntry e{path, {}, cost(node)};
-            for (size_t k = 0; k < path.size(); ++k) {
-                const Syllable* s = reading(node, k);
-                if (s == nullptr) {
-                    throw FormatError("word \"" + toUtf8(path) + "\" has a reading out of range");
-                }
-                e.readings.push_back(s->text);
+    const size_t stateCount = states_.size() / 3;
+    for (size_t t = 1; t < stateCount; ++t) {
+        if (!isWord(static_cast<uint32_t>(t))) continue;
+        // Climb to the root: each parent's base tells which code, so which character, led here.
+        std::u16string path;
+        for (size_t s = t; s != kRoot;) {
+            const uint32_t parentPlusOne = states_.at(3 * s + 1) & ~kWordBit;
+            const uint64_t base =
+                parentPlusOne == 0 ? 0 : states_.at(3 * size_t{parentPlusOne - 1}) >> 11;
+            if (parentPlusOne == 0 || path.size() >= kMaxWordLength || base >= s ||
+                s - base >= chars_.size()) {
+                throw FormatError("state " + std::to_string(t) +
+                                  " does not lead back to the root (a loop, a free slot, or a "
+                                  "path longer than " + std::to_string(kMaxWordLength) + ")");
             }
-            out.push_back(std::move(e));
+            path.insert(path.begin(), static_cast<char16_t>(chars_.at(s - base)));
+            s = parentPlusOne - 1;
         }
-        const uint32_t firstChild = nodes_.at(4 * size_t{node});
-        stack.push_back({firstChild, firstChild + nodes_.at(4 * size_t{node} + 1)});
-    };
-    for (uint32_t c = 0; c < kUnits; ++c) {
-        const uint32_t node = root_.at(c);
-        if (node == 0) continue;
-        path.assign(1, static_cast<char16_t>(c));
-        enter(node);
-        while (!stack.empty()) {
-            Frame& f = stack.back();
-            if (f.next >= f.end) {
-                stack.pop_back();
-                path.pop_back();
-                continue;
+        WordEntry e{path, {}, cost(static_cast<uint32_t>(t))};
+        for (size_t k = 0; k < path.size(); ++k) {
+            const Syllable* r = reading(static_cast<uint32_t>(t), k);
+            if (r == nullptr) {
+                throw FormatError("word \"" + toUtf8(path) + "\" has a reading out of range");
             }
-            const uint32_t node = f.next++;
-            path.push_back(static_cast<char16_t>(nodes_.at(4 * size_t{node} + 3) >> 16));
-            enter(node);
+            e.readings.push_back(r->text);
         }
+        out.push_back(std::move(e));
     }
+    std::sort(out.begin(), out.end(),
+              [](const WordEntry& a, const WordEntry& b) { return a.word < b.word; });
     return out;
 }
 

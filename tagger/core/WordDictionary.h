@@ -2,15 +2,27 @@
 #pragma once
 
 // The word dictionary ("firrule.dic"): words with the reading of each of their characters and a
-// cost (the word's negative log probability in thousandths, lower = more frequent), as a trie.
+// cost (the word's negative log probability in 64ths of a nat, 0..2047, lower = more frequent),
+// as a double-array trie. Following a character from a state reads one 12-byte state, which also
+// holds the word's cost and, for words of one or two characters, their syllables: the segmenter
+// touches little memory per character.
 //
-// Text form, one word per line, sorted by UTF-16 code units:   银行<TAB>yín háng<TAB>7203
+// Text form, one word per line, sorted by UTF-16 code units:   银行<TAB>yín háng<TAB>450
 // Sections besides the syllable table:
-//   3  u32[65536]   node of each first character (0 = no word starts with it)
-//   4  u32[4 * n]   nodes; node 0 is empty. Per node: first child, child count, start of the
-//                   word's readings in section 5 (kNoWord when the path is not a word),
-//                   label << 16 | cost. Children are contiguous and sorted by label.
-//   5  u16[]        syllable indices, one per character of each word
+//   3  u16[65536]  code of each character (1..K, most frequent in words first; 0 = in no word)
+//   4  u16[K + 1]  the character of each code
+//   5  u32[3 * S]  states; state 0 is the root. Per state:
+//                    base << 11 | cost           (the child by code c is base + c, if its parent
+//                                                 is this state)
+//                    parent + 1 | kWordBit        (parent + 1 = 0: a free slot; kWordBit: the path
+//                                                 to this state is a word)
+//                    readings: for a word of one or two characters its syllable indices
+//                    (15 bits each, first in the low bits); for a longer one kLongBit | start
+//                    of its syllable indices in section 6
+//   6  u16[]       syllable indices of the words of three or more characters
+//   7  u64[2^17]   a 2^23-bit filter of the transitions below the root (transitionBit()): a
+//                  clear bit means there is no such transition, which spares reading a state
+//                  that is most likely not in the processor's caches
 
 #include <cstdint>
 #include <string>
@@ -26,8 +38,10 @@ inline constexpr char kWordMagic[] = "ZPYWORDS";
 struct WordEntry {
     std::u16string word;
     std::vector<std::u16string> readings;  // one per UTF-16 unit of `word`
-    uint16_t cost = 0;
+    uint16_t cost = 0;                     // 0..kMaxWordCost
 };
+
+constexpr uint16_t kMaxWordCost = 2047;
 
 // Parses the text form (any order); throws FormatError naming the line for a malformed line.
 std::vector<WordEntry> parseWordText(const std::string& text);
@@ -39,33 +53,54 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries);
 // A checked view of a word dictionary in memory (does not own the bytes).
 class WordDictionary {
 public:
-    static constexpr uint32_t kNoWord = 0xFFFFFFFF;
+    static constexpr uint32_t kRoot = 0;
+    static constexpr uint32_t kWordBit = 0x80000000u;
+    static constexpr uint32_t kLongBit = 0x80000000u;
 
     // Throws FormatError when the bytes are not an intact word dictionary.
     WordDictionary(const uint8_t* data, size_t size);
 
-    // Trie steps: the node of a first character, the child of `node` labelled `c`; 0 = none.
-    uint32_t first(char16_t c) const { return root_.at(c); }
-    uint32_t child(uint32_t node, char16_t c) const;
-    // True when the path to `node` is a word; its cost and the syllable of its k-th character.
-    bool isWord(uint32_t node) const { return nodes_.at(4 * size_t{node} + 2, kNoWord) != kNoWord; }
-    uint16_t cost(uint32_t node) const {
-        return static_cast<uint16_t>(nodes_.at(4 * size_t{node} + 3) & 0xFFFF);
+    // The state reached from `state` by character `c`, or 0 when no word continues that way.
+    uint32_t next(uint32_t state, char16_t c) const {
+        const uint32_t code = codes_.at(c);
+        const uint32_t base = states_.at(3 * size_t{state}) >> 11;
+        if (code == 0 || base == 0) return 0;  // base 0: a state without children
+        if (state != kRoot) {
+            const size_t bit = transitionBit(state, code);
+            if (!((filter_.at(bit / 64) >> (bit % 64)) & 1)) return 0;
+        }
+        const uint64_t t = uint64_t{base} + code;
+        const uint32_t parent = states_.at(3 * t + 1) & ~kWordBit;
+        return parent == uint64_t{state} + 1 ? static_cast<uint32_t>(t) : 0;
     }
-    const Syllable* reading(uint32_t node, size_t k) const {
-        const uint32_t start = nodes_.at(4 * size_t{node} + 2, kNoWord);
-        return start == kNoWord ? nullptr : syllables_.get(ids_.at(start + k, 0xFFFF));
+    // True when the path to `state` is a word; its cost and the syllable of its k-th character.
+    bool isWord(uint32_t state) const { return states_.at(3 * size_t{state} + 1) & kWordBit; }
+    uint16_t cost(uint32_t state) const {
+        return static_cast<uint16_t>(states_.at(3 * size_t{state}) & kMaxWordCost);
+    }
+    const Syllable* reading(uint32_t state, size_t k) const {
+        if (!isWord(state)) return nullptr;
+        const uint32_t r = states_.at(3 * size_t{state} + 2);
+        if (r & kLongBit) return syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
+        return k < 2 ? syllables_.get((r >> (15 * k)) & 0x7FFF) : nullptr;
     }
 
-    // Every word, sorted; a damaged trie (a cycle, a reading out of range) throws FormatError.
+    // Every word, sorted; a damaged trie (a loop, a reading out of range) throws FormatError.
     std::vector<WordEntry> toEntries() const;
+
+    // The filter bit of the transition from `state` by character code `code`.
+    static size_t transitionBit(uint32_t state, uint32_t code) {
+        return static_cast<size_t>((uint64_t{state} << 16 | code) * 0x9E3779B97F4A7C15ULL >> 41);
+    }
 
 private:
     ContainerView file_;
     SyllableTable syllables_;
-    LeArray<uint32_t> root_;
-    LeArray<uint32_t> nodes_;
+    LeArray<uint16_t> codes_;
+    LeArray<uint16_t> chars_;
+    LeArray<uint32_t> states_;
     LeArray<uint16_t> ids_;
+    LeArray<uint64_t> filter_;
 };
 
 }  // namespace zphonetic::tagger

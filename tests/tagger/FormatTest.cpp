@@ -115,31 +115,44 @@ TEST(Format, OffsetsInsideSectionsAreCheckedOnRead) {
     EXPECT_LE(broken.count(u'行' - 1), 40u);
 }
 
-TEST(Format, ATrieWithACycleIsRefusedByTheDecompiler) {
-    // One first character whose node is its own child.
+TEST(Format, ATrieWithALoopIsRefusedByTheDecompiler) {
+    // States 2 and 3 are each other's parent: the engine's walk is bounded by the text, but a
+    // climb from either towards the root never ends.
     ContainerWriter writer("ZPYWORDS");
     writer.addSection(1, 4, {0, 0, 0, 0, 1, 0, 0, 0});
     writer.addSection(2, 2, {'a', 0});
-    std::vector<uint8_t> root(4 * 0x10000, 0);
-    root[4 * 0x4E00] = 1;
-    writer.addSection(3, 4, root);
-    std::vector<uint8_t> nodes(32, 0);
-    for (int k = 8; k < 12; ++k) nodes[k] = 0xFF;  // node 0: not a word
-    nodes[16] = 1;                                  // node 1: first child 1
-    nodes[20] = 1;                                  // one child
-    for (int k = 24; k < 28; ++k) nodes[k] = 0xFF;  // not a word
-    nodes[28 + 2] = 0x00;
-    nodes[28 + 3] = 0x4E;  // label 一
-    writer.addSection(4, 4, nodes);
-    writer.addSection(5, 2, {0, 0});
+    std::vector<uint8_t> codes(2 * 0x10000, 0);
+    codes[2 * 0x4E00] = 1;  // 一 has code 1
+    writer.addSection(3, 2, codes);
+    writer.addSection(4, 2, {0, 0, 0x00, 0x4E});
+    std::vector<uint8_t> states;
+    const uint32_t rows[4][3] = {{5 << 11, 0, 0},                    // root: child 一 at slot 6
+                                 {0, 0, 0},                          // free
+                                 {2 << 11 | 100, 4 | 0x80000000u, 0},  // a word, parent 3
+                                 {1 << 11, 3, 0}};                   // parent 2
+    for (const auto& row : rows) {
+        for (uint32_t v : row) appendLe<uint32_t>(states, v);
+    }
+    writer.addSection(5, 4, states);
+    writer.addSection(6, 2, {});
+    std::vector<uint8_t> filter(8 << 17, 0);
+    for (uint32_t from : {2u, 3u}) {
+        const size_t bit = WordDictionary::transitionBit(from, 1);
+        filter[bit / 8] |= static_cast<uint8_t>(1u << (bit % 8));
+    }
+    writer.addSection(7, 8, filter);
     const auto bytes = writer.finish();
     WordDictionary dict(bytes.data(), bytes.size());
-    EXPECT_EQ(dict.child(dict.first(u'一'), u'一'), 1u);
+    EXPECT_EQ(dict.next(WordDictionary::kRoot, u'一'), 0u);  // slot 6 lies past the states
+    EXPECT_EQ(dict.next(2, u'一'), 3u);
+    EXPECT_EQ(dict.next(3, u'一'), 2u);
     try {
         dict.toEntries();
-        FAIL() << "a cycle was followed";
+        FAIL() << "a loop was followed";
     } catch (const FormatError& e) {
-        EXPECT_EQ(std::string(e.what()), "the word trie has a cycle or a path longer than 64");
+        EXPECT_EQ(std::string(e.what()),
+                  "state 2 does not lead back to the root (a loop, a free slot, or a path longer "
+                  "than 64)");
     }
 }
 

@@ -30,17 +30,17 @@ const char kChars[] =
     "长\tcháng zhǎng\n";
 
 const char kWords[] =
-    "一个\tyí gè\t3000\n"
-    "不是\tbú shì\t2500\n"
-    "大桥\tdà qiáo\t3000\n"
-    "市\tshì\t2000\n"
-    "市长\tshì zhǎng\t3000\n"
-    "江\tjiāng\t3000\n"
-    "行\txíng\t2500\n"
-    "行长\tháng zhǎng\t3500\n"
-    "还\thái\t1500\n"
-    "银行\tyín háng\t3000\n"
-    "长江\tcháng jiāng\t2500\n";
+    "一个\tyí gè\t190\n"
+    "不是\tbú shì\t160\n"
+    "大桥\tdà qiáo\t190\n"
+    "市\tshì\t130\n"
+    "市长\tshì zhǎng\t190\n"
+    "江\tjiāng\t190\n"
+    "行\txíng\t160\n"
+    "行长\tháng zhǎng\t220\n"
+    "还\thái\t100\n"
+    "银行\tyín háng\t190\n"
+    "长江\tcháng jiāng\t160\n";
 
 const char kRules[] =
     "class\tDIGIT\t一二三\n"
