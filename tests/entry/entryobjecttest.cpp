@@ -10,11 +10,11 @@
 #include "engine/taggerbinding.h"
 #include "entry/appentry.h"
 #include "entry/phoneticsymbolobject.h"
+#include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/dcinfo_p.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/translators_p.h"
 #include "model/phoneticsymbolmodel.h"
-#include "minihost/nvo/addonmodule.h"
 #include "ribbonfixture.h"
 
 namespace {
@@ -202,7 +202,8 @@ TEST_F(EntryObject, OneKeyIsDispatchedToTheOneKeyCommand) {
     ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticOneKey")));
     ASSERT_EQ(events().size(), 1);
     EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_home"));
-    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
+              QStringLiteral("onekey"));
     // No presentation, so no text: the command warns.
     ASSERT_EQ(app()->d_func()->messages.size(), 1);
     EXPECT_EQ(app()->d_func()->messages.first().flags, 0x30u);
