@@ -9,7 +9,7 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 purpose=${1:-test}
 
 packages=(
-    build-essential cmake ninja-build pkg-config ccache git python3
+    build-essential cmake ninja-build pkg-config ccache git python3 openssl
     qtbase5-dev qttools5-dev qttools5-dev-tools qtwebengine5-dev libqt5webchannel5-dev
     libjsoncpp-dev libzip-dev libpugixml-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
@@ -18,6 +18,7 @@ packages=(
 )
 if [ "$purpose" = test ]; then
     packages+=(chromium libreoffice-impress poppler-utils xauth xvfb)
+    packages+=(clang-14 libclang-rt-14-dev)  # libFuzzer targets (built by clang builds only)
 fi
 
 missing=()

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds everything and runs every test: the normal build (with the web engine), the same tests
-# without the web engine under AddressSanitizer + UndefinedBehaviorSanitizer, and the page tests
-# in headless Chromium.
+# Builds everything and runs every test: the normal build (with the web engine and the page's
+# tests in headless Chromium), then the same tests without the web engine under
+# AddressSanitizer + UndefinedBehaviorSanitizer.
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 cd "$here"
@@ -26,8 +26,3 @@ cmake --build build-asan -j"$jobs"
 echo "== tests under sanitizers"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-asan --output-on-failure -j"$jobs"
-
-if [ -f tests/page/package.json ]; then
-    echo "== page tests (headless Chromium)"
-    ZPHONETIC_SCREENSHOT_DIR="$here/build/screenshots" node --test tests/page/
-fi

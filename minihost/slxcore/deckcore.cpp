@@ -223,7 +223,7 @@ void DeckCore::pushStep(UndoStep step) {
 }
 
 bool DeckCore::undo() {
-    if (done.empty() || ZFormatStaticTransGuard::instance()->isActive()) return false;
+    if (done.empty() || ZFormatStaticTransGuard::instance()->d_func()->open) return false;
     UndoStep step = std::move(done.back());
     done.pop_back();
     for (const auto& [slide, xml] : step.before) restore(slide, xml);
@@ -232,7 +232,7 @@ bool DeckCore::undo() {
 }
 
 bool DeckCore::redo() {
-    if (undone.empty() || ZFormatStaticTransGuard::instance()->isActive()) return false;
+    if (undone.empty() || ZFormatStaticTransGuard::instance()->d_func()->open) return false;
     UndoStep step = std::move(undone.back());
     undone.pop_back();
     for (const auto& [slide, xml] : step.after) restore(slide, xml);

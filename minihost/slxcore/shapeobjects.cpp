@@ -130,7 +130,9 @@ HRESULT ShapesObject::AddTextbox(std::int32_t orientation, float left, float top
                               journalNumber(height)));
         if (orientation != 1) return E_NOTIMPL;  // only horizontal text boxes
         if (!(width >= 0 && height >= 0 && left == left && top == top)) return E_INVALIDARG;
-        if (m_slide >= static_cast<int>(m_core->slides.size())) return E_FAIL;
+        if (m_slide >= static_cast<int>(m_core->slides.size()) ||
+            !shapeTree(m_core->slides[m_slide]->doc))
+            return E_FAIL;
         EditScope edit(*m_core, m_slide, QStringLiteral("AddTextbox"));
         const pugi::xml_node element =
             addTextbox(m_core->slides[m_slide]->doc, left, top, width, height);

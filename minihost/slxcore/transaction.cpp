@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Undo steps over the deck of the application's active view.
+// Undo steps over the deck of the application's active view: the ones guards open, and the
+// host's own transaction.
 #include "nvo/transaction.h"
 
+#include "minihost/slxcore/hosttransaction.h"
 #include "minihost/slxcore/objects_p.h"
 #include "minihost/slxcore/transaction_p.h"
 #include "nvo/zapplication.h"
@@ -14,62 +16,93 @@ public:
     bool opened = false;
 };
 
+namespace minihost {
 namespace {
 
+ZFormatStaticTransGuardPrivate& slot() { return *ZFormatStaticTransGuard::instance()->d_func(); }
+
 // The deck behind the application's active view, if it is one of ours.
-std::shared_ptr<minihost::DeckCore> deckOf(IZApplication* application) {
+std::shared_ptr<DeckCore> deckOf(IZApplication* application) {
     if (!application) return nullptr;
     slxoldapi::DocumentView* view = application->activeView();
     if (!view) return nullptr;
     void* raw = nullptr;
-    if (FAILED(view->QueryInterface(minihost::IID_DeckView, &raw)) || !raw) return nullptr;
-    auto* ours = static_cast<minihost::ViewObject*>(static_cast<slxoldapi::DocumentView*>(raw));
-    std::shared_ptr<minihost::DeckCore> core = ours->core().shared_from_this();
+    if (FAILED(view->QueryInterface(IID_DeckView, &raw)) || !raw) return nullptr;
+    auto* ours = static_cast<ViewObject*>(static_cast<slxoldapi::DocumentView*>(raw));
+    std::shared_ptr<DeckCore> core = ours->core().shared_from_this();
     ours->Release();
     return core;
 }
 
 }  // namespace
 
+bool openStep(IZApplication* application, const QString& name, bool record, bool host) {
+    if (slot().open) return false;
+    auto step = std::make_unique<OpenStep>();
+    step->step.name = name;
+    step->record = record;
+    step->host = host;
+    const auto deck = deckOf(application);
+    step->deck = deck;
+    if (deck)
+        deck->note(QStringLiteral("%1.start(\"%2\")")
+                       .arg(host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction"),
+                            name));
+    slot().open = std::move(step);
+    return true;
+}
+
+void closeStep(bool keep) {
+    std::unique_ptr<OpenStep> step = std::move(slot().open);
+    const auto deck = step->deck.lock();
+    if (!deck) return;
+    const QString kind = step->host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction");
+    if (keep) {
+        deck->note(QStringLiteral("%1.commit(\"%2\")").arg(kind, step->step.name));
+        if (step->record) deck->pushStep(std::move(step->step));
+    } else {
+        for (const auto& [slide, xml] : step->step.before) deck->restore(slide, xml);
+        deck->note(kind + QStringLiteral(".rollback"));
+    }
+}
+
+bool openHostTransaction(IZApplication* application, const QString& name) {
+    return openStep(application, name, true, true);
+}
+
+bool commitHostTransaction() {
+    if (!slot().open || !slot().open->host) return false;
+    closeStep(true);
+    return true;
+}
+
+bool rollbackHostTransaction() {
+    if (!slot().open || !slot().open->host) return false;
+    closeStep(false);
+    return true;
+}
+
+}  // namespace minihost
+
 ZFormatTransGuard::ZFormatTransGuard(IZApplication* application, const QString& name,
                                      bool recordUndo)
     : d(new ZFormatTransGuardPrivate{application, name, recordUndo}) {}
 
 ZFormatTransGuard::~ZFormatTransGuard() {
-    if (!d->opened) return;
     // Destroyed without commit(): everything the step changed goes back.
-    ZFormatStaticTransGuardPrivate* open = ZFormatStaticTransGuard::instance()->d_func();
-    std::unique_ptr<minihost::OpenStep> step = std::move(open->open);
-    if (auto deck = step->deck.lock()) {
-        for (const auto& [slide, xml] : step->step.before) deck->restore(slide, xml);
-        deck->note(QStringLiteral("Transaction.rollback"));
-    }
+    if (d->opened) minihost::closeStep(false);
 }
 
 HRESULT ZFormatTransGuard::start() {
-    ZFormatStaticTransGuardPrivate* open = ZFormatStaticTransGuard::instance()->d_func();
-    if (d->opened || open->open) return E_FAIL;
-    auto step = std::make_unique<minihost::OpenStep>();
-    step->step.name = d->name;
-    step->record = d->record;
-    step->owner = this;
-    const auto deck = deckOf(d->application);
-    step->deck = deck;
-    if (deck) deck->note(QStringLiteral("Transaction.start(\"%1\")").arg(d->name));
-    open->open = std::move(step);
+    if (d->opened || !minihost::openStep(d->application, d->name, d->record, false)) return E_FAIL;
     d->opened = true;
     return S_OK;
 }
 
 HRESULT ZFormatTransGuard::commit() {
     if (!d->opened) return E_FAIL;
-    ZFormatStaticTransGuardPrivate* open = ZFormatStaticTransGuard::instance()->d_func();
-    std::unique_ptr<minihost::OpenStep> step = std::move(open->open);
     d->opened = false;
-    if (auto deck = step->deck.lock()) {
-        deck->note(QStringLiteral("Transaction.commit(\"%1\")").arg(step->step.name));
-        if (step->record) deck->pushStep(std::move(step->step));
-    }
+    minihost::closeStep(true);
     return S_OK;
 }
 
@@ -82,10 +115,10 @@ ZFormatStaticTransGuard* ZFormatStaticTransGuard::instance() {
     return guard;
 }
 
-bool ZFormatStaticTransGuard::isActive() const { return static_cast<bool>(d->open); }
+bool ZFormatStaticTransGuard::isActive() const { return d->open && d->open->host; }
 
-QString ZFormatStaticTransGuard::name() const { return d->open ? d->open->step.name : QString(); }
+QString ZFormatStaticTransGuard::name() const { return isActive() ? d->open->step.name : QString(); }
 
 void ZFormatStaticTransGuard::setName(const QString& name) {
-    if (d->open) d->open->step.name = name;
+    if (isActive()) d->open->step.name = name;
 }

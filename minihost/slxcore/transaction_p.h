@@ -6,23 +6,29 @@
 
 #include "minihost/slxcore/deckcore_p.h"
 
-class ZFormatTransGuard;
+struct IZApplication;
 
 namespace minihost {
 
+// The one step that can be open at a time: a guard's, or the host's own transaction.
 struct OpenStep {
     UndoStep step;
     bool record = true;
+    bool host = false;             // the host's own transaction (what the static guard reports)
     std::weak_ptr<DeckCore> deck;  // null when the application had no deck open
-    const ZFormatTransGuard* owner = nullptr;
 };
+
+// Opens a step on the deck of `application`'s active view; false when one is open already.
+bool openStep(IZApplication* application, const QString& name, bool record, bool host);
+// Closes the open step: recorded as one undo step (when it records) or rolled back.
+void closeStep(bool keep);
 
 }  // namespace minihost
 
 class ZFormatStaticTransGuardPrivate {
 public:
     std::unique_ptr<minihost::OpenStep> open;
-    // The open step when it belongs to `deck`, else null.
+    // The open step (a guard's or the host's) when it belongs to `deck`, else null.
     minihost::OpenStep* stepFor(const minihost::DeckCore* deck) const {
         return open && open->deck.lock().get() == deck ? open.get() : nullptr;
     }

@@ -14,30 +14,10 @@
 
 namespace {
 
-using Parts = std::vector<std::pair<QString, QByteArray>>;
-
-// The parts of a new one-slide deck, to be spoilt one way or another.
-Parts blankParts() {
-    QString error;
-    const QByteArray bytes = minihost::Deck::create(1)->toBytes(&error);
-    Parts parts;
-    for (const decktest::ZipEntry& entry : decktest::zipEntries(bytes))
-        parts.emplace_back(entry.name, entry.data);
-    return parts;
-}
-
-Parts replaced(Parts parts, const QString& name, const QByteArray& data) {
-    for (auto& part : parts)
-        if (part.first == name) part.second = data;
-    return parts;
-}
-
-Parts without(Parts parts, const QString& name) {
-    parts.erase(std::remove_if(parts.begin(), parts.end(),
-                               [&](const auto& part) { return part.first == name; }),
-                parts.end());
-    return parts;
-}
+using decktest::blankParts;
+using decktest::replaced;
+using decktest::without;
+using Parts = decktest::Parts;
 
 // Reads `bytes` from a file and returns the error; checks the file and its folder are unchanged.
 QString refusal(const QByteArray& bytes) {

@@ -5,8 +5,11 @@
 
 #include <QDir>
 #include <QFile>
+#include <algorithm>
 #include <cstring>
 #include <memory>
+
+#include "minihost/slxcore/deck.h"
 
 namespace decktest {
 
@@ -89,7 +92,8 @@ QByteArray withClaimedSize(QByteArray zip, const QString& name, std::uint32_t si
     auto patch = [&](const char* signature, int sizeOffset, int nameOffset) {
         for (int at = zip.indexOf(signature); at >= 0; at = zip.indexOf(signature, at + 4)) {
             if (zip.mid(at + nameOffset, wanted.size()) != wanted) continue;
-            std::memcpy(zip.data() + at + sizeOffset, &size, 4);
+            for (int i = 0; i < 4; ++i)  // little-endian, as zip headers are
+                zip[at + sizeOffset + i] = static_cast<char>((size >> (8 * i)) & 0xFF);
         }
     };
     patch("PK\x03\x04", 22, 30);
@@ -97,6 +101,38 @@ QByteArray withClaimedSize(QByteArray zip, const QString& name, std::uint32_t si
     return zip;
 }
 
-QString quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
+Parts blankParts() {
+    QString error;
+    const QByteArray bytes = minihost::Deck::create(1)->toBytes(&error);
+    Parts parts;
+    for (const ZipEntry& entry : zipEntries(bytes)) parts.emplace_back(entry.name, entry.data);
+    return parts;
+}
+
+Parts replaced(Parts parts, const QString& name, const QByteArray& data) {
+    for (auto& part : parts)
+        if (part.first == name) part.second = data;
+    return parts;
+}
+
+Parts without(Parts parts, const QString& name) {
+    parts.erase(std::remove_if(parts.begin(), parts.end(),
+                               [&](const auto& part) { return part.first == name; }),
+                parts.end());
+    return parts;
+}
+
+QByteArray partOf(const Parts& parts, const QString& name) {
+    for (const auto& part : parts)
+        if (part.first == name) return part.second;
+    return {};
+}
+
+QByteArray deckWithShapes(const QByteArray& shapes) {
+    const Parts parts = blankParts();
+    QByteArray slide = partOf(parts, QStringLiteral("ppt/slides/slide1.xml"));
+    slide.replace("</p:grpSpPr></p:spTree>", "</p:grpSpPr>" + shapes + "</p:spTree>");
+    return makeZip(replaced(parts, QStringLiteral("ppt/slides/slide1.xml"), slide));
+}
 
 }  // namespace decktest

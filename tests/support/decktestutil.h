@@ -32,7 +32,13 @@ QByteArray makeZip(const std::vector<std::pair<QString, QByteArray>>& parts, boo
 // Overwrites the uncompressed size that the local and central headers of entry `name` claim.
 QByteArray withClaimedSize(QByteArray zip, const QString& name, std::uint32_t size);
 
-// The text as the journal shows a string argument.
-QString quoted(const QString& text);
+using Parts = std::vector<std::pair<QString, QByteArray>>;
+// The parts of a new one-slide deck, to be spoilt or filled in by a test.
+Parts blankParts();
+Parts replaced(Parts parts, const QString& name, const QByteArray& data);
+Parts without(Parts parts, const QString& name);
+QByteArray partOf(const Parts& parts, const QString& name);
+// A one-slide deck whose slide holds `shapes` (p:sp elements written with the prefixes p: and a:).
+QByteArray deckWithShapes(const QByteArray& shapes);
 
 }  // namespace decktest

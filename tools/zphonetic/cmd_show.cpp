@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "minihost/slxcore/deck.h"
-#include "tools/zphonetic/commands.h"
+#include "subcommands.h"
 
 namespace {
 
@@ -30,18 +30,23 @@ QString number(double value) { return QString::number(value, 'g', 6); }
 }  // namespace
 
 int runShow(const QStringList& args) {
-    QTextStream out(stdout);
-    QTextStream err(stderr);
-    if (args.size() != 1) {
-        err << "zphonetic: show: usage: zphonetic show DECK\n";
-        return 2;
+    if (args.size() == 1 && args.first() == QLatin1String("--help")) {
+        std::printf("Usage: zphonetic show DECK\n\n"
+                    "Lists every slide of DECK with its shapes: the id that selects a shape, its\n"
+                    "kind, name and box in points, its text (paragraph breaks shown as \\r, line\n"
+                    "breaks as \\v, so positions can be counted off) and the format of its first\n"
+                    "character.\n");
+        return 0;
     }
+    if (args.size() != 1) return reportError(QStringLiteral("show"), QStringLiteral("usage: zphonetic show DECK"));
     QString error;
     const std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(args.first(), &error);
     if (!deck) {
-        err << "zphonetic: " << error << '\n';
-        return 1;
+        // The deck's errors already start with the file's name.
+        const QString prefix = args.first() + QStringLiteral(": ");
+        return reportError(args.first(), error.startsWith(prefix) ? error.mid(prefix.size()) : error);
     }
+    QTextStream out(stdout);
     const int slides = deck->slideCount();
     out << args.first() << ": " << slides << (slides == 1 ? " slide" : " slides") << ", "
         << number(deck->slideSize().width()) << " x " << number(deck->slideSize().height())

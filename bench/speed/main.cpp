@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+// pinyin-speed: Google Benchmark programs for the tagging library, loaded with dlopen as the
+// add-on loads it.
+//   Sentences/PinyinTagger     one PinyinTagSen call per corpus sentence, as the add-on calls it
+//   Sentences/PinyinReference  the same through the reference library (one hash lookup per
+//                              character); the ratio of the two is printed at the end
+//   OpenDictionary             opening the three dictionaries (and closing them again), with the
+//                              process's resident memory after opening
+#include <benchmark/benchmark.h>
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "Corpus.h"
+#include "Utf16.h"
+
+namespace {
+
+struct Abi {
+    int (*load)(void*);
+    int (*open)(const char16_t*, const char16_t*, const char16_t*);
+    int (*close)();
+    int (*get)(void**);
+    int (*tag)(void*, const char16_t*, char16_t**, int32_t*);
+    int (*release)(void*);
+};
+
+template <class Fn>
+void bind(void* handle, const char* name, Fn& fn) {
+    fn = reinterpret_cast<Fn>(::dlsym(handle, name));
+    if (fn == nullptr) {
+        std::fprintf(stderr, "pinyin-speed: no %s\n", name);
+        std::exit(1);
+    }
+}
+
+Abi loadAbi(const std::string& path) {
+    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr) {
+        std::fprintf(stderr, "pinyin-speed: %s\n", ::dlerror());
+        std::exit(1);
+    }
+    Abi abi{};
+    bind(handle, "LoadPinYinLibrary", abi.load);
+    bind(handle, "OpenDictionary", abi.open);
+    bind(handle, "CloseDictionary", abi.close);
+    bind(handle, "GetPinyinObject", abi.get);
+    bind(handle, "PinyinTagSen", abi.tag);
+    bind(handle, "ReleasePinyinObject", abi.release);
+    return abi;
+}
+
+std::vector<std::u16string> sentences;
+size_t hanCharacters = 0;
+std::u16string charsPath, wordsPath, rulesPath;
+
+double residentMegabytes() {
+    long pages = 0, resident = 0;
+    if (FILE* f = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+        std::fclose(f);
+    }
+    return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
+}
+
+void tagSentences(benchmark::State& state, const Abi* abi) {
+    abi->load(nullptr);
+    if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) {
+        state.SkipWithError("OpenDictionary failed");
+        return;
+    }
+    void* tagger = nullptr;
+    abi->get(&tagger);
+    for (auto _ : state) {
+        for (const std::u16string& s : sentences) {
+            char16_t* answer = nullptr;
+            int32_t length = 0;
+            abi->tag(tagger, s.c_str(), &answer, &length);
+            benchmark::DoNotOptimize(answer);
+            delete[] answer;
+        }
+    }
+    abi->release(tagger);
+    abi->close();
+    state.counters["chars_per_second"] = benchmark::Counter(
+        static_cast<double>(hanCharacters) * state.iterations(), benchmark::Counter::kIsRate);
+}
+
+void openDictionary(benchmark::State& state, const Abi* abi) {
+    double resident = 0;
+    for (auto _ : state) {
+        if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) {
+            state.SkipWithError("OpenDictionary failed");
+            return;
+        }
+        state.PauseTiming();
+        resident = residentMegabytes();
+        abi->close();
+        state.ResumeTiming();
+    }
+    state.counters["rss_mb_after_open"] = resident;
+}
+
+// Prints the ratio of the two sentence benchmarks after the usual report.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+            const auto it = run.counters.find("chars_per_second");
+            if (it != run.counters.end()) rates_[run.benchmark_name()] = it->second;
+        }
+    }
+    void printRatio() const {
+        double ours = 0, reference = 0;
+        for (const auto& [name, rate] : rates_) {
+            if (name.find("Sentences/PinyinTagger") == 0) ours = rate;
+            if (name.find("Sentences/PinyinReference") == 0) reference = rate;
+        }
+        if (ours > 0 && reference > 0) {
+            std::printf("PinyinTagger: %.2f M chars/s, reference: %.2f M chars/s, ratio %.3f\n",
+                        ours / 1e6, reference / 1e6, ours / reference);
+        }
+    }
+
+private:
+    std::map<std::string, double> rates_;
+};
+
+std::string programDir() {
+    char buffer[4096];
+    const ssize_t n = ::readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+    if (n <= 0) return ".";
+    const std::string path(buffer, static_cast<size_t>(n));
+    return path.substr(0, path.rfind('/'));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    std::string corpus = ZPHONETIC_CPP_CORPUS_DIR;
+    std::string dictDir = programDir() + "/../share/zphonetic/dict";
+    std::string tagger = programDir() + "/../lib/zphonetic/libPinyinTagger.so";
+    std::string reference = programDir() + "/../lib/libPinyinReference.so";
+    for (int i = 1; i + 1 < argc; i += 2) {
+        const std::string arg = argv[i];
+        if (arg == "--corpus") corpus = argv[i + 1];
+        else if (arg == "--dict-dir") dictDir = argv[i + 1];
+        else if (arg == "--library") tagger = argv[i + 1];
+        else if (arg == "--reference") reference = argv[i + 1];
+        else {
+            std::fprintf(stderr, "usage: pinyin-speed [benchmark flags] [--corpus DIR] "
+                                 "[--dict-dir DIR] [--library FILE] [--reference FILE]\n");
+            return 2;
+        }
+    }
+    std::vector<LabelledSentence> labelled;
+    std::string error;
+    if (!readCorpus(corpus, labelled, error)) {
+        std::printf("pinyin-speed: %s; skipping\n", error.c_str());
+        return 77;
+    }
+    for (LabelledSentence& s : labelled) {
+        hanCharacters += s.text.size();
+        sentences.push_back(std::move(s.text));
+    }
+    const std::u16string dir = zphonetic::tagger::toUtf16(dictDir + "/");
+    charsPath = dir + u"Pinyin.dic";
+    wordsPath = dir + u"firrule.dic";
+    rulesPath = dir + u"secrule.dic";
+    static const Abi ours = loadAbi(tagger);
+    static const Abi yardstick = loadAbi(reference);
+    std::printf("corpus: %zu sentences, %zu Han characters\n", sentences.size(), hanCharacters);
+
+    benchmark::RegisterBenchmark("Sentences/PinyinTagger", tagSentences, &ours)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("Sentences/PinyinReference", tagSentences, &yardstick)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("OpenDictionary", openDictionary, &ours)
+        ->Unit(benchmark::kMillisecond);
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatio();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+#include "RuleDictionary.h"
+
+#include <algorithm>
+
+#include "TextLines.h"
+#include "Utf16.h"
+
+namespace zphonetic::tagger {
+namespace {
+
+constexpr uint32_t kClassIndexSection = 3;
+constexpr uint32_t kClassCharSection = 4;
+constexpr uint32_t kNameIndexSection = 5;
+constexpr uint32_t kNameSection = 6;
+constexpr uint32_t kRuleSection = 7;
+constexpr uint32_t kElementSection = 8;
+
+std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
+                                      const std::vector<RuleSet::Class>& classes) {
+    const std::u16string text = toUtf16(field);
+    std::vector<RuleElement> out;
+    int targets = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i];
+        if (c == u'_') {
+            out.push_back({RuleElement::kTarget, 0});
+            ++targets;
+        } else if (c == u'^' || c == u'$') {
+            if ((c == u'^' && i != 0) || (c == u'$' && i + 1 != text.size())) {
+                throw lineError(lineNo, "\"^\" must open and \"$\" must close a pattern");
+            }
+            out.push_back({c == u'^' ? RuleElement::kStart : RuleElement::kEnd, 0});
+        } else if (c == u'{') {
+            const size_t close = text.find(u'}', i);
+            if (close == std::u16string::npos) throw lineError(lineNo, "unclosed \"{\"");
+            const std::string name = toUtf8(text.substr(i + 1, close - i - 1));
+            auto it = std::find_if(classes.begin(), classes.end(),
+                                   [&](const RuleSet::Class& k) { return k.name == name; });
+            if (it == classes.end()) throw lineError(lineNo, "unknown class \"" + name + "\"");
+            out.push_back({RuleElement::kClass, static_cast<uint16_t>(it - classes.begin())});
+            i = close;
+        } else {
+            out.push_back({RuleElement::kChar, c});
+        }
+    }
+    if (targets != 1) throw lineError(lineNo, "a pattern needs exactly one \"_\"");
+    return out;
+}
+
+std::string formatPattern(const std::vector<RuleElement>& pattern,
+                          const std::vector<RuleSet::Class>& classes) {
+    std::u16string out;
+    for (const RuleElement& e : pattern) {
+        switch (e.kind) {
+            case RuleElement::kChar: out.push_back(e.value); break;
+            case RuleElement::kClass:
+                out += u"{" + toUtf16(e.value < classes.size() ? classes[e.value].name : "?") + u"}";
+                break;
+            case RuleElement::kStart: out.push_back(u'^'); break;
+            case RuleElement::kEnd: out.push_back(u'$'); break;
+            case RuleElement::kTarget: out.push_back(u'_'); break;
+        }
+    }
+    return toUtf8(out);
+}
+
+bool isClassName(const std::string& name) {
+    if (name.empty()) return false;
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    });
+}
+
+std::vector<size_t> compiledOrder(const RuleSet& set) {
+    std::vector<size_t> order(set.rules.size());
+    for (size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+        return set.rules[a].target < set.rules[b].target;
+    });
+    return order;
+}
+
+}  // namespace
+
+RuleSet parseRuleText(const std::string& text) {
+    RuleSet set;
+    appendRuleText(text, set);
+    return set;
+}
+
+void appendRuleText(const std::string& text, RuleSet& set) {
+    forEachLine(text, [&](size_t lineNo, const std::vector<std::string>& f) {
+        if (f[0] == "class" && f.size() == 3) {
+            if (!isClassName(f[1])) {
+                throw lineError(lineNo, "class name \"" + f[1] + "\" is not A-Z, 0-9 or _");
+            }
+            for (const RuleSet::Class& k : set.classes) {
+                if (k.name == f[1]) throw lineError(lineNo, "class \"" + f[1] + "\" defined twice");
+            }
+            std::u16string chars = toUtf16(f[2]);
+            std::sort(chars.begin(), chars.end());
+            chars.erase(std::unique(chars.begin(), chars.end()), chars.end());
+            if (chars.empty()) throw lineError(lineNo, "class \"" + f[1] + "\" is empty");
+            set.classes.push_back({f[1], std::move(chars)});
+        } else if (f[0] == "rule" && f.size() == 4) {
+            const std::u16string target = toUtf16(f[1]);
+            if (target.size() != 1) throw lineError(lineNo, "the target must be one character");
+            RuleSet::Rule rule{target[0], splitSyllables(lineNo, f[2]).front(),
+                               parsePattern(lineNo, f[3], set.classes)};
+            if (toUtf16(f[2]) != rule.reading) throw lineError(lineNo, "one reading per rule");
+            set.rules.push_back(std::move(rule));
+        } else {
+            throw lineError(lineNo, "expected \"class NAME CHARS\" or \"rule CHAR READING PATTERN\"");
+        }
+    });
+    if (set.classes.size() > 0xFFFF) throw FormatError("more than 65535 classes");
+}
+
+std::string formatRuleText(const RuleSet& set) {
+    std::string out;
+    for (const RuleSet::Class& k : set.classes) {
+        out += "class\t" + k.name + "\t" + toUtf8(k.chars) + "\n";
+    }
+    for (size_t i : compiledOrder(set)) {
+        const RuleSet::Rule& r = set.rules[i];
+        out += "rule\t" + toUtf8(std::u16string(1, r.target)) + "\t" + toUtf8(r.reading) + "\t" +
+               formatPattern(r.pattern, set.classes) + "\n";
+    }
+    return out;
+}
+
+std::vector<uint8_t> compileRules(const RuleSet& set) {
+    SyllableTableBuilder syllables;
+    std::vector<uint8_t> classIndex, classChars, nameIndex, names, rules, elements;
+    uint32_t charAt = 0, nameAt = 0, elementAt = 0;
+    for (const RuleSet::Class& k : set.classes) {
+        appendLe<uint32_t>(classIndex, charAt);
+        for (char16_t c : k.chars) appendLe<uint16_t>(classChars, c);
+        charAt += static_cast<uint32_t>(k.chars.size());
+        appendLe<uint32_t>(nameIndex, nameAt);
+        for (char c : k.name) appendLe<uint16_t>(names, static_cast<uint8_t>(c));
+        nameAt += static_cast<uint32_t>(k.name.size());
+    }
+    appendLe<uint32_t>(classIndex, charAt);
+    appendLe<uint32_t>(nameIndex, nameAt);
+    for (size_t i : compiledOrder(set)) {
+        const RuleSet::Rule& r = set.rules[i];
+        uint32_t targetPos = 0;
+        for (size_t k = 0; k < r.pattern.size(); ++k) {
+            if (r.pattern[k].kind == RuleElement::kTarget) targetPos = static_cast<uint32_t>(k);
+            appendLe<uint32_t>(elements, uint32_t{r.pattern[k].kind} << 16 | r.pattern[k].value);
+        }
+        appendLe<uint32_t>(rules, uint32_t{r.target} << 16 | syllables.add(r.reading));
+        appendLe<uint32_t>(rules, elementAt);
+        appendLe<uint32_t>(rules, static_cast<uint32_t>(r.pattern.size()));
+        appendLe<uint32_t>(rules, targetPos);
+        elementAt += static_cast<uint32_t>(r.pattern.size());
+    }
+    ContainerWriter writer(std::string_view(kRuleMagic, 8));
+    syllables.writeTo(writer);
+    writer.addSection(kClassIndexSection, 4, std::move(classIndex));
+    writer.addSection(kClassCharSection, 2, std::move(classChars));
+    writer.addSection(kNameIndexSection, 4, std::move(nameIndex));
+    writer.addSection(kNameSection, 2, std::move(names));
+    writer.addSection(kRuleSection, 4, std::move(rules));
+    writer.addSection(kElementSection, 4, std::move(elements));
+    return writer.finish();
+}
+
+RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
+    : file_(data, size, std::string_view(kRuleMagic, 8)),
+      syllables_(file_),
+      classIndex_(file_.array<uint32_t>(kClassIndexSection)),
+      classChars_(file_.array<uint16_t>(kClassCharSection)),
+      nameIndex_(file_.array<uint32_t>(kNameIndexSection)),
+      names_(file_.array<uint16_t>(kNameSection)),
+      rules_(file_.array<uint32_t>(kRuleSection)),
+      elements_(file_.array<uint32_t>(kElementSection)) {
+    if (classIndex_.size() == 0 || nameIndex_.size() != classIndex_.size()) {
+        throw FormatError("class tables are empty or of different sizes");
+    }
+    if (rules_.size() % 4 != 0) throw FormatError("rule section is not whole rules");
+    for (size_t r = 0; r < rules_.size() / 4; ++r) {
+        const uint32_t target = rules_.at(4 * r) >> 16;
+        targets_[target >> 6] |= uint64_t{1} << (target & 63);
+    }
+}
+
+bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
+    size_t lo = classIndex_.at(cls);
+    size_t hi = std::min<size_t>(classIndex_.at(cls + size_t{1}), classChars_.size());
+    while (lo < hi) {
+        const size_t mid = lo + (hi - lo) / 2;
+        const auto v = static_cast<char16_t>(classChars_.at(mid));
+        if (v == c) return true;
+        if (v < c) {
+            lo = mid + 1;
+        } else {
+            hi = mid;
+        }
+    }
+    return false;
+}
+
+bool RuleDictionary::matches(size_t rule, const char16_t* text, size_t length, size_t at) const {
+    const uint32_t start = rules_.at(4 * rule + 1);
+    const uint32_t count = rules_.at(4 * rule + 2);
+    const uint32_t targetPos = rules_.at(4 * rule + 3);
+    // Element k of the pattern lines up with text[at - targetPos + k]; "^" and "$" stand just
+    // outside the text.
+    for (uint32_t k = 0; k < count; ++k) {
+        const uint32_t e = elements_.at(size_t{start} + k, uint32_t{RuleElement::kEnd} << 16);
+        const auto kind = static_cast<uint16_t>(e >> 16);
+        const auto value = static_cast<uint16_t>(e & 0xFFFF);
+        const long long pos = static_cast<long long>(at) - targetPos + k;
+        const bool inside = pos >= 0 && pos < static_cast<long long>(length);
+        switch (kind) {
+            case RuleElement::kTarget:
+                if (pos != static_cast<long long>(at)) return false;
+                break;
+            case RuleElement::kChar:
+                if (!inside || text[pos] != value) return false;
+                break;
+            case RuleElement::kClass:
+                if (!inside || !inClass(value, text[pos])) return false;
+                break;
+            case RuleElement::kStart:
+                if (pos != -1) return false;
+                break;
+            case RuleElement::kEnd:
+                if (pos != static_cast<long long>(length)) return false;
+                break;
+            default: return false;
+        }
+    }
+    return true;
+}
+
+const Syllable* RuleDictionary::match(const char16_t* text, size_t length, size_t at) const {
+    const char16_t target = text[at];
+    const size_t ruleCount = rules_.size() / 4;
+    size_t lo = 0, hi = ruleCount;
+    while (lo < hi) {  // first rule whose target is not below `target`
+        const size_t mid = lo + (hi - lo) / 2;
+        if ((rules_.at(4 * mid) >> 16) < target) {
+            lo = mid + 1;
+        } else {
+            hi = mid;
+        }
+    }
+    for (size_t r = lo; r < ruleCount && (rules_.at(4 * r) >> 16) == target; ++r) {
+        if (matches(r, text, length, at)) return syllables_.get(rules_.at(4 * r) & 0xFFFF);
+    }
+    return nullptr;
+}
+
+RuleSet RuleDictionary::toRuleSet() const {
+    RuleSet set;
+    for (size_t k = 0; k + 1 < classIndex_.size(); ++k) {
+        RuleSet::Class cls;
+        for (size_t i = nameIndex_.at(k); i < nameIndex_.at(k + 1) && i < names_.size(); ++i) {
+            cls.name.push_back(static_cast<char>(names_.at(i)));
+        }
+        for (size_t i = classIndex_.at(k); i < classIndex_.at(k + 1) && i < classChars_.size();
+             ++i) {
+            cls.chars.push_back(static_cast<char16_t>(classChars_.at(i)));
+        }
+        set.classes.push_back(std::move(cls));
+    }
+    for (size_t r = 0; r < rules_.size() / 4; ++r) {
+        RuleSet::Rule rule;
+        rule.target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
+        const Syllable* s = syllables_.get(rules_.at(4 * r) & 0xFFFF);
+        if (s == nullptr) throw FormatError("rule " + std::to_string(r) + " has no reading");
+        rule.reading = s->text;
+        const uint32_t start = rules_.at(4 * r + 1);
+        const uint32_t count = rules_.at(4 * r + 2);
+        if (size_t{start} + count > elements_.size()) {
+            throw FormatError("rule " + std::to_string(r) + " has a pattern out of range");
+        }
+        for (uint32_t k = 0; k < count; ++k) {
+            const uint32_t e = elements_.at(size_t{start} + k);
+            rule.pattern.push_back(
+                {static_cast<RuleElement::Kind>(e >> 16), static_cast<uint16_t>(e & 0xFFFF)});
+        }
+        set.rules.push_back(std::move(rule));
+    }
+    return set;
+}
+
+}  // namespace zphonetic::tagger

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The engine: readings of a text in context.
+//   1. Segmentation: the path through the word graph (every dictionary word found in the text,
+//      plus every character as a fallback) with the lowest total cost, i.e. the most probable.
+//   2. Characters inside a word of two or more characters take the word's readings, neutral
+//      tones and tone changes included.
+//   3. A character left as a word of its own takes the first matching context rule, else its
+//      reading as a word of its own, else its default reading.
+//   4. 一 and 不 on their own change tone by the next syllable, as taught in schools.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Dictionaries.h"
+
+namespace zphonetic::tagger {
+
+class Tagger {
+public:
+    explicit Tagger(std::shared_ptr<const Dictionaries> dictionaries);
+
+    // One reading per UTF-16 unit of text[0, length); nullptr where there is none (kana, Latin,
+    // a surrogate). The result stays valid until the next call.
+    const std::vector<const Syllable*>& readings(const char16_t* text, size_t length);
+
+    // After readings(): true when character i was left a word of its own and no context rule
+    // decided it (its reading is the character's default, or a tone change).
+    bool isOpen(size_t i) const { return i < alone_.size() && alone_[i] == 1; }
+
+    // The answer of the tagging library: every unit, "/" and its reading; a text of exactly one
+    // unit gets all that character's readings, default first, separated by single spaces.
+    // Returns a NUL-terminated buffer from new[] that the caller frees with delete[], and its
+    // length without the NUL in `answerLength`. Throws std::bad_alloc.
+    char16_t* answer(const char16_t* text, size_t length, size_t& answerLength);
+
+private:
+    void segment(const char16_t* text, size_t n);
+    void applyRules(const char16_t* text, size_t n);
+    void changeTones(const char16_t* text, size_t n);
+
+    std::shared_ptr<const Dictionaries> dicts_;
+    std::vector<uint32_t> cost_;    // cost of the best path from position i to the end
+    std::vector<uint32_t> node_;    // word starting at i on that path (0 = a lone fallback)
+    std::vector<uint8_t> length_;   // its length
+    std::vector<uint8_t> alone_;    // 1 where a character is a word of its own
+    std::vector<const Syllable*> readings_;
+};
+
+}  // namespace zphonetic::tagger

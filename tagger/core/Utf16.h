@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zphonetic::tagger {
+
+// Converts UTF-8 to UTF-16. Invalid bytes become U+FFFD, so any input converts.
+std::u16string toUtf16(std::string_view utf8);
+
+// Converts UTF-16 to UTF-8. Unpaired surrogates become U+FFFD.
+std::string toUtf8(std::u16string_view utf16);
+
+}  // namespace zphonetic::tagger

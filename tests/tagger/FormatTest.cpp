@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+// The binary format: hand-made truncated and corrupt files are refused with a message that says
+// where; nothing reads outside the bytes it was given.
+#include <gtest/gtest.h>
+
+#include "CharDictionary.h"
+#include "Container.h"
+#include "RuleDictionary.h"
+#include "TinyDictionaries.h"
+#include "WordDictionary.h"
+
+using namespace zphonetic::tagger;
+
+namespace {
+
+std::string errorOf(const std::vector<uint8_t>& bytes) {
+    try {
+        CharDictionary dict(bytes.data(), bytes.size());
+    } catch (const FormatError& e) {
+        return e.what();
+    }
+    return "";
+}
+
+// Rewrites the checksum after a deliberate change, so the change itself is what gets checked.
+void reseal(std::vector<uint8_t>& bytes) {
+    const uint64_t sum = checksum(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize);
+    for (int i = 0; i < 8; ++i) bytes[24 + i] = static_cast<uint8_t>(sum >> (8 * i));
+}
+
+void putU32(std::vector<uint8_t>& bytes, size_t at, uint32_t v) {
+    for (int i = 0; i < 4; ++i) bytes[at + i] = static_cast<uint8_t>(v >> (8 * i));
+}
+
+TEST(Format, AnIntactFileOpens) {
+    const auto bytes = tiny::charBytes();
+    EXPECT_EQ(errorOf(bytes), "");
+    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "ZPYCHARS");
+}
+
+TEST(Format, EmptyAndShortFilesAreRefused) {
+    EXPECT_EQ(errorOf({}), "file of 0 bytes is shorter than the 40-byte header");
+    auto bytes = tiny::charBytes();
+    bytes.resize(39);
+    EXPECT_EQ(errorOf(bytes), "file of 39 bytes is shorter than the 40-byte header");
+}
+
+TEST(Format, ATruncatedFileIsRefused) {
+    auto bytes = tiny::charBytes();
+    for (size_t keep : {size_t{40}, size_t{64}, bytes.size() / 2, bytes.size() - 1}) {
+        std::vector<uint8_t> cut(bytes.begin(), bytes.begin() + keep);
+        EXPECT_EQ(errorOf(cut), "payload size " + std::to_string(bytes.size() - 40) +
+                                    " at offset 16 does not match the file (" +
+                                    std::to_string(keep - 40) + " bytes after the header)");
+    }
+}
+
+TEST(Format, WrongMagicAndVersionAreRefused) {
+    auto bytes = tiny::charBytes();
+    bytes[0] = 'X';
+    EXPECT_EQ(errorOf(bytes), "bad magic at offset 0: expected \"ZPYCHARS\"");
+    EXPECT_EQ(errorOf(tiny::wordBytes()), "bad magic at offset 0: expected \"ZPYCHARS\"");
+    bytes = tiny::charBytes();
+    bytes[8] = 2;
+    EXPECT_EQ(errorOf(bytes), "format version 2 at offset 8, expected 1");
+}
+
+TEST(Format, AnyFlippedPayloadByteFailsTheChecksum) {
+    const auto bytes = tiny::charBytes();
+    for (size_t at = kHeaderSize; at < bytes.size(); at += 997) {
+        auto corrupt = bytes;
+        corrupt[at] ^= 0x10;
+        EXPECT_EQ(errorOf(corrupt), "checksum at offset 24 does not match the payload") << at;
+    }
+}
+
+TEST(Format, SectionsOutsideTheFileAreRefused) {
+    auto bytes = tiny::charBytes();
+    putU32(bytes, kHeaderSize + 8, 0x7FFFFFF8);  // first section's offset
+    reseal(bytes);
+    EXPECT_EQ(errorOf(bytes),
+              "section 1 described at offset 40 lies outside the file or is misaligned");
+    bytes = tiny::charBytes();
+    putU32(bytes, 12, 0xFFFF);  // section count
+    reseal(bytes);
+    EXPECT_EQ(errorOf(bytes), "section count 65535 at offset 12 is too large");
+}
+
+TEST(Format, MissingSectionsAndWrongElementSizesAreRefused) {
+    ContainerWriter writer("ZPYCHARS");
+    const auto bytes = writer.finish();
+    EXPECT_EQ(errorOf(bytes), "section 1 is missing");
+    ContainerWriter odd("ZPYCHARS");
+    odd.addSection(1, 2, {0, 0});
+    const auto oddBytes = odd.finish();
+    EXPECT_EQ(errorOf(oddBytes), "section 1 has elements of 2 bytes, expected 4");
+}
+
+TEST(Format, OffsetsInsideSectionsAreCheckedOnRead) {
+    // A character index pointing far past the readings: the character reads as having none.
+    auto bytes = tiny::charBytes();
+    CharDictionary good(bytes.data(), bytes.size());
+    ASSERT_EQ(good.count(u'行'), 5u);
+    // The index is section 3; find it in the section table and break the entry for 行.
+    for (size_t e = 0; e < 4; ++e) {
+        const size_t at = kHeaderSize + e * kSectionEntrySize;
+        if (bytes[at] != 3) continue;
+        const size_t offset = bytes[at + 8] | bytes[at + 9] << 8 | bytes[at + 10] << 16;
+        putU32(bytes, offset + 4 * size_t{u'行'}, 0xFFFFFFF0);
+    }
+    reseal(bytes);
+    CharDictionary broken(bytes.data(), bytes.size());
+    EXPECT_EQ(broken.count(u'行'), 0u);
+    EXPECT_EQ(broken.reading(u'行', 0), nullptr);
+    EXPECT_LE(broken.count(u'行' - 1), 40u);
+}
+
+TEST(Format, ATrieWithACycleIsRefusedByTheDecompiler) {
+    // One first character whose node is its own child.
+    ContainerWriter writer("ZPYWORDS");
+    writer.addSection(1, 4, {0, 0, 0, 0, 1, 0, 0, 0});
+    writer.addSection(2, 2, {'a', 0});
+    std::vector<uint8_t> root(4 * 0x10000, 0);
+    root[4 * 0x4E00] = 1;
+    writer.addSection(3, 4, root);
+    std::vector<uint8_t> nodes(32, 0);
+    for (int k = 8; k < 12; ++k) nodes[k] = 0xFF;  // node 0: not a word
+    nodes[16] = 1;                                  // node 1: first child 1
+    nodes[20] = 1;                                  // one child
+    for (int k = 24; k < 28; ++k) nodes[k] = 0xFF;  // not a word
+    nodes[28 + 2] = 0x00;
+    nodes[28 + 3] = 0x4E;  // label 一
+    writer.addSection(4, 4, nodes);
+    writer.addSection(5, 2, {0, 0});
+    const auto bytes = writer.finish();
+    WordDictionary dict(bytes.data(), bytes.size());
+    EXPECT_EQ(dict.child(dict.first(u'一'), u'一'), 1u);
+    try {
+        dict.toEntries();
+        FAIL() << "a cycle was followed";
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "the word trie has a cycle or a path longer than 64");
+    }
+}
+
+TEST(Format, TextErrorsNameTheLine) {
+    try {
+        parseCharText("行\txíng\n\n长\tch4ng\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 3: \"ch4ng\" is not a pinyin syllable");
+    }
+    try {
+        parseWordText("银行\tyín\t1\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: \"银行\" needs one reading per character");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t_{MONEY}\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: unknown class \"MONEY\"");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t钱\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\"");
+    }
+}
+
+}  // namespace

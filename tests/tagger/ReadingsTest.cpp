@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The readings the library must give with the dictionaries the build compiles.
+#include <gtest/gtest.h>
+
+#include "PinyinTagger.h"
+#include "TinyDictionaries.h"
+
+namespace {
+
+class BuiltDictionaries : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        const std::u16string d = tiny::u16(ZPHONETIC_DICT_DIR "/");
+        ASSERT_EQ(OpenDictionary((d + u"Pinyin.dic").c_str(), (d + u"firrule.dic").c_str(),
+                                 (d + u"secrule.dic").c_str()),
+                  0);
+        ASSERT_EQ(GetPinyinObject(&tagger_), 0);
+    }
+    static void TearDownTestSuite() {
+        ReleasePinyinObject(tagger_);
+        CloseDictionary();
+    }
+
+    // The readings of `text` joined by spaces, as the add-on reads them from the answer.
+    static std::string readings(const char* utf8) {
+        const std::u16string text = tiny::u16(utf8);
+        char16_t* answer = nullptr;
+        int32_t length = 0;
+        if (PinyinTagSen(tagger_, text.c_str(), &answer, &length) != 0) return "<failed>";
+        const std::u16string a(answer, static_cast<size_t>(length));
+        delete[] answer;
+        std::u16string out;
+        size_t p = 0;
+        for (size_t i = 0; i < text.size(); ++i) {
+            if (p + 1 >= a.size() || a[p] != text[i] || a[p + 1] != u'/') return "<malformed>";
+            size_t end = a.find(u'/', p + 2);
+            end = end == std::u16string::npos ? a.size() : end - 1;
+            if (i > 0) out += u' ';
+            out += a.substr(p + 2, end - p - 2);
+            p = end;
+        }
+        return tiny::u8(out);
+    }
+
+    static void* tagger_;
+};
+
+void* BuiltDictionaries::tagger_ = nullptr;
+
+TEST_F(BuiltDictionaries, SentencesReadInContext) {
+    const char* expected[][2] = {
+        {"一个", "yí gè"},         {"一样", "yí yàng"},         {"一天", "yì tiān"},
+        {"一年", "yì nián"},       {"第一", "dì yī"},           {"一二三", "yī èr sān"},
+        {"不是", "bú shì"},        {"不对", "bú duì"},          {"不好", "bù hǎo"},
+        {"看一看", "kàn yi kàn"},  {"银行行长", "yín háng háng zhǎng"},
+        {"还钱", "huán qián"},     {"还是", "hái shì"},         {"觉得", "jué de"},
+        {"我得走了", "wǒ děi zǒu le"}, {"音乐", "yīn yuè"},     {"快乐", "kuài lè"},
+        {"重新", "chóng xīn"},     {"重要", "zhòng yào"},       {"便宜", "pián yi"},
+        {"方便", "fāng biàn"},
+    };
+    for (const auto& [text, reading] : expected) EXPECT_EQ(readings(text), reading) << text;
+}
+
+TEST_F(BuiltDictionaries, LoneCharactersListModernReadingsDefaultFirst) {
+    EXPECT_EQ(readings("行").rfind("xíng háng ", 0), 0u) << readings("行");
+    EXPECT_EQ(readings("还"), "hái huán");  // no archaic fú
+    EXPECT_EQ(readings("都"), "dōu dū");
+    EXPECT_EQ(readings("得"), "dé de děi");
+}
+
+TEST_F(BuiltDictionaries, EveryTaggableUnitGetsAWellFormedAnswer) {
+    // The add-on passes units of these ranges only; each must come back as unit, "/", reading.
+    const std::pair<char16_t, char16_t> ranges[] = {
+        {0x3040, 0x30FF}, {0x3300, 0x33FF}, {0x4E00, 0x9FFF}, {0xF900, 0xFAFF}, {0xFF00, 0xFFEF}};
+    std::u16string text;
+    for (const auto& [first, last] : ranges) {
+        for (char32_t c = first; c <= last; ++c) text.push_back(static_cast<char16_t>(c));
+    }
+    char16_t* answer = nullptr;
+    int32_t length = 0;
+    ASSERT_EQ(PinyinTagSen(tagger_, text.c_str(), &answer, &length), 0);
+    const std::u16string a(answer, static_cast<size_t>(length));
+    delete[] answer;
+    size_t p = 0;
+    for (char16_t c : text) {
+        ASSERT_TRUE(p + 1 < a.size() && a[p] == c && a[p + 1] == u'/') << std::hex << int(c);
+        p += 2;
+        while (p < a.size() && a[p] != u'/') ++p;  // the reading, then the next unit
+        if (p < a.size()) --p;
+    }
+    EXPECT_EQ(p, a.size());
+    EXPECT_EQ(a.find(u' '), std::u16string::npos);  // one reading each in a sentence
+}
+
+}  // namespace

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "TinyDictionaries.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "Utf16.h"
+
+using namespace zphonetic::tagger;
+
+namespace tiny {
+
+const char kChars[] =
+    "一\tyī yí yì\n"
+    "不\tbù bú\n"
+    "个\tgè\n"
+    "大\tdà dài\n"
+    "天\ttiān\n"
+    "好\thǎo hào\n"
+    "市\tshì\n"
+    "是\tshì\n"
+    "桥\tqiáo\n"
+    "江\tjiāng\n"
+    "看\tkàn kān\n"
+    "行\txíng háng héng xìng hàng\n"
+    "还\thái huán\n"
+    "钱\tqián\n"
+    "银\tyín\n"
+    "长\tcháng zhǎng\n";
+
+const char kWords[] =
+    "一个\tyí gè\t3000\n"
+    "不是\tbú shì\t2500\n"
+    "大桥\tdà qiáo\t3000\n"
+    "市\tshì\t2000\n"
+    "市长\tshì zhǎng\t3000\n"
+    "江\tjiāng\t3000\n"
+    "行\txíng\t2500\n"
+    "行长\tháng zhǎng\t3500\n"
+    "还\thái\t1500\n"
+    "银行\tyín háng\t3000\n"
+    "长江\tcháng jiāng\t2500\n";
+
+const char kRules[] =
+    "class\tDIGIT\t一二三\n"
+    "rule\t一\tyī\t_{DIGIT}\n"
+    "rule\t还\thuán\t_钱\n"
+    "rule\t好\thào\t^_$\n";
+
+std::vector<uint8_t> charBytes() { return compileChars(parseCharText(kChars)); }
+std::vector<uint8_t> wordBytes() { return compileWords(parseWordText(kWords)); }
+std::vector<uint8_t> ruleBytes() { return compileRules(parseRuleText(kRules)); }
+
+std::shared_ptr<const Dictionaries> dictionaries() {
+    return std::make_shared<const Dictionaries>(charBytes(), wordBytes(), ruleBytes());
+}
+
+TempDir::TempDir() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tagger-test-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) std::abort();
+    path_ = pattern;
+}
+
+TempDir::~TempDir() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TempDir::write(const std::string& name, const std::vector<uint8_t>& bytes) const {
+    const std::string file = path_ + "/" + name;
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return file;
+}
+
+void TempDir::writeTinyDictionaries() const {
+    write("Pinyin.dic", charBytes());
+    write("firrule.dic", wordBytes());
+    write("secrule.dic", ruleBytes());
+}
+
+std::u16string u16(const char* utf8) { return toUtf16(utf8); }
+std::string u8(const std::u16string& utf16) { return toUtf8(utf16); }
+
+}  // namespace tiny

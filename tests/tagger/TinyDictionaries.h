@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Tiny dictionaries for the tests, written in the text forms and compiled by the real compiler
+// functions, so every test exercises the same path as the build.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Dictionaries.h"
+
+namespace tiny {
+
+extern const char kChars[];
+extern const char kWords[];
+extern const char kRules[];
+
+std::vector<uint8_t> charBytes();
+std::vector<uint8_t> wordBytes();
+std::vector<uint8_t> ruleBytes();
+std::shared_ptr<const zphonetic::tagger::Dictionaries> dictionaries();
+
+// A fresh directory under the system's temporary directory, removed when destroyed.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    const std::string& path() const { return path_; }
+    // Writes `bytes` to path()/name and returns the full path.
+    std::string write(const std::string& name, const std::vector<uint8_t>& bytes) const;
+    // Writes the three tiny dictionaries as Pinyin.dic, firrule.dic, secrule.dic.
+    void writeTinyDictionaries() const;
+
+private:
+    std::string path_;
+};
+
+std::u16string u16(const char* utf8);
+std::string u8(const std::u16string& utf16);
+
+}  // namespace tiny
