@@ -23,9 +23,14 @@ zrt::ZAppTranslators* hostTranslator() {
 QString pageUrl(const char* pagePath) {
     QString origin;
     switch (currentRibbonTab()) {
-        case RibbonTab::TextTool: origin = QStringLiteral("?from=texttool"); break;
-        case RibbonTab::Home: origin = QStringLiteral("?from=home"); break;
-        case RibbonTab::Other: break;
+        case RibbonTab::TextTool:
+            origin = QStringLiteral("?from=texttool");
+            break;
+        case RibbonTab::Home:
+            origin = QStringLiteral("?from=home");
+            break;
+        case RibbonTab::Other:
+            break;
     }
     const QString path = addonFilePath(QLatin1String(pagePath));
     return QStringLiteral("file:///%1%2").arg(path).arg(origin);
@@ -37,11 +42,14 @@ QString addonDirectory() {
     // GUI thread only, so the cache needs no lock.
     static QString directory;
     if (directory.isEmpty())
-        directory = QCoreApplication::applicationDirPath() + QStringLiteral("/addons/zphoneticsymbol");
+        directory =
+            QCoreApplication::applicationDirPath() + QStringLiteral("/addons/zphoneticsymbol");
     return directory;
 }
 
-QString addonFilePath(const QString& relative) { return QDir(addonDirectory()).filePath(relative); }
+QString addonFilePath(const QString& relative) {
+    return QDir(addonDirectory()).filePath(relative);
+}
 
 void installAddonTranslation() {
     const QString directory = addonFilePath(QLatin1String(kTranslationFolder));
@@ -80,6 +88,10 @@ RibbonTab currentRibbonTab() {
     return RibbonTab::Other;
 }
 
-QString pinyinPageUrl() { return pageUrl("mui/default/html/pinyin/index.html#/pinyin"); }
+QString pinyinPageUrl() {
+    return pageUrl("mui/default/html/pinyin/index.html#/pinyin");
+}
 
-QString guidePageUrl() { return pageUrl("mui/default/html/pinyin/index.html#/guide"); }
+QString guidePageUrl() {
+    return pageUrl("mui/default/html/pinyin/index.html#/guide");
+}

@@ -9,7 +9,9 @@
 
 ZxPhoneticSymbolObject::ZxPhoneticSymbolObject() : QObject(nullptr) {}
 
-ZxPhoneticSymbolObject::~ZxPhoneticSymbolObject() { ZPhoneticSymbolModel::instance()->releaseModel(); }
+ZxPhoneticSymbolObject::~ZxPhoneticSymbolObject() {
+    ZPhoneticSymbolModel::instance()->releaseModel();
+}
 
 void ZxPhoneticSymbolObject::trigger(ZAppObj* obj, ZAppContext* context) {
     dispatchCommand(obj, context);

@@ -16,7 +16,8 @@ constexpr int kClientIdLimit = 1023;
 // the settings are not consulted either: the identifier stays empty.
 QString clientIdentifier() {
     ComPtr<IZRegistry> registry;
-    if (FAILED(_nvo_CreateRegistry(ZRegScopeProduct, registry.put())) || !registry) return QString();
+    if (FAILED(_nvo_CreateRegistry(ZRegScopeProduct, registry.put())) || !registry)
+        return QString();
     BstrHolder value;
     QString id;
     if (SUCCEEDED(registry->QueryStringValue(registry->rootKey(), u"infoGUID", value.put())))

@@ -6,7 +6,8 @@
 #include <QString>
 
 struct ClientInfo {
-    int notSend = 0;        // registry "ICNotSend" (0 when absent); 1 when the product disables collection
+    // Registry "ICNotSend" (0 when absent); 1 when the product disables collection.
+    int notSend = 0;
     QString collectServer;  // the host's collection server address
     QString clientId;       // "infoGUID" without "-", "{", "}" (registry, else common settings;
                             // empty when the registry cannot be opened)

@@ -13,9 +13,14 @@ void postUsageEvent(const QString& key, const QString& value) {
     if (!collector) return;
     QString name;
     switch (currentRibbonTab()) {
-        case RibbonTab::Home: name = QStringLiteral("nvo_phoneticsymbol_home"); break;
-        case RibbonTab::TextTool: name = QStringLiteral("nvo_phoneticsymbol_texttool"); break;
-        case RibbonTab::Other: break;
+        case RibbonTab::Home:
+            name = QStringLiteral("nvo_phoneticsymbol_home");
+            break;
+        case RibbonTab::TextTool:
+            name = QStringLiteral("nvo_phoneticsymbol_texttool");
+            break;
+        case RibbonTab::Other:
+            break;
     }
     // Commands started elsewhere in the user interface are not counted.
     if (name.isEmpty()) return;

@@ -29,14 +29,16 @@ Config& config() {
 }
 
 QString besideHostPrograms(const char* relative) {
-    const QString bin = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
-                                                     : QDir::currentPath();
+    const QString bin =
+        QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QDir::currentPath();
     return QDir::cleanPath(bin + QLatin1String("/../") + QLatin1String(relative));
 }
 
 }  // namespace
 
-void setFeatureState(std::uint32_t featureId, bool on) { config().features.insert(featureId, on); }
+void setFeatureState(std::uint32_t featureId, bool on) {
+    config().features.insert(featureId, on);
+}
 
 bool featureState(std::uint32_t featureId) {
     const auto set = config().features.constFind(featureId);
@@ -46,9 +48,13 @@ bool featureState(std::uint32_t featureId) {
     return setting.isValid() ? setting.toBool() : true;
 }
 
-void resetFeatureStates() { config().features.clear(); }
+void resetFeatureStates() {
+    config().features.clear();
+}
 
-void setDirectory(int dirId, const QString& path) { config().directories.insert(dirId, path); }
+void setDirectory(int dirId, const QString& path) {
+    config().directories.insert(dirId, path);
+}
 
 QString directory(int dirId) {
     const auto set = config().directories.constFind(dirId);
@@ -64,12 +70,17 @@ QString directory(int dirId) {
                                                 : QStringLiteral("directories/dictionaries"))
             .toString();
     if (!fromSettings.isEmpty()) return fromSettings;
-    return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic" : "share/zphonetic/dict");
+    return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic"
+                                                          : "share/zphonetic/dict");
 }
 
-void resetDirectories() { config().directories.clear(); }
+void resetDirectories() {
+    config().directories.clear();
+}
 
-void setScaleFactor(double factor) { config().scale = factor; }
+void setScaleFactor(double factor) {
+    config().scale = factor;
+}
 
 double scaleFactor() {
     if (config().scale) return *config().scale;
@@ -78,7 +89,9 @@ double scaleFactor() {
     return ok && fromSettings > 0 ? fromSettings : 1.0;
 }
 
-void resetScaleFactor() { config().scale.reset(); }
+void resetScaleFactor() {
+    config().scale.reset();
+}
 
 }  // namespace minihost
 
@@ -86,8 +99,8 @@ extern "C" int _nvo_QueryFeatureState(std::uint32_t featureId) {
     return minihost::featureState(featureId) ? 1 : 0;
 }
 
-extern "C" HRESULT _nvo_GetDirInfo(std::int32_t dirId, std::int32_t, std::int32_t,
-                                   char16_t* buffer, std::int32_t capacity, std::int32_t) {
+extern "C" HRESULT _nvo_GetDirInfo(std::int32_t dirId, std::int32_t, std::int32_t, char16_t* buffer,
+                                   std::int32_t capacity, std::int32_t) {
     if (!buffer || capacity <= 0) return E_POINTER;
     const QString path = minihost::directory(dirId);
     if (path.isEmpty() || path.size() >= capacity) return E_FAIL;
@@ -96,4 +109,6 @@ extern "C" HRESULT _nvo_GetDirInfo(std::int32_t dirId, std::int32_t, std::int32_
     return S_OK;
 }
 
-double ZLiteStyle::dpiScaled(double value) { return value * minihost::scaleFactor(); }
+double ZLiteStyle::dpiScaled(double value) {
+    return value * minihost::scaleFactor();
+}

@@ -26,7 +26,9 @@ QString standardDirectory(QStandardPaths::StandardLocation location) {
 
 }  // namespace
 
-void setHomeDirectory(const QString& path) { homeOverride() = path; }
+void setHomeDirectory(const QString& path) {
+    homeOverride() = path;
+}
 
 QString configDirectory() {
     const QString root = home();
@@ -40,7 +42,9 @@ QString dataDirectory() {
                           : QDir(root).filePath(QStringLiteral("data"));
 }
 
-QString commonSettingsPath() { return QDir(configDirectory()).filePath(QStringLiteral("common.ini")); }
+QString commonSettingsPath() {
+    return QDir(configDirectory()).filePath(QStringLiteral("common.ini"));
+}
 
 QVariant hostSetting(const QString& key) {
     const QSettings settings(commonSettingsPath(), QSettings::IniFormat);

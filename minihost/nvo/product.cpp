@@ -17,7 +17,9 @@ bool product::isDisableGlobalInfocollect(bool defaultValue) {
 }
 
 // This host collects usage data locally and sends nothing: there is no server.
-QString serverinfo::infoCollectSvr() { return QString(); }
+QString serverinfo::infoCollectSvr() {
+    return QString();
+}
 
 QString i18n::language(int format, bool fallback) {
     QString name = minihost::hostSetting(QStringLiteral("ui/language")).toString();

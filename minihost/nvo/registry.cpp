@@ -30,9 +30,12 @@ int& liveObjects() {
 
 const char* scopeGroup(int scope) {
     switch (scope) {
-        case ZRegScopeUser: return "User";
-        case ZRegScopeMachine: return "Machine";
-        default: return nullptr;
+        case ZRegScopeUser:
+            return "User";
+        case ZRegScopeMachine:
+            return "Machine";
+        default:
+            return nullptr;
     }
 }
 
@@ -149,13 +152,21 @@ void setRegistryValue(int scope, const QString& subKey, const QString& name,
     store.sync();
 }
 
-QString registryPath() { return QDir(configDirectory()).filePath(QStringLiteral("registry.ini")); }
+QString registryPath() {
+    return QDir(configDirectory()).filePath(QStringLiteral("registry.ini"));
+}
 
-void setRegistryAvailable(bool available) { availability().registry = available; }
+void setRegistryAvailable(bool available) {
+    availability().registry = available;
+}
 
-void setUserInformationAvailable(bool available) { availability().userInformation = available; }
+void setUserInformationAvailable(bool available) {
+    availability().userInformation = available;
+}
 
-int liveIdentityObjects() { return liveObjects(); }
+int liveIdentityObjects() {
+    return liveObjects();
+}
 
 }  // namespace minihost
 
@@ -165,8 +176,8 @@ extern "C" HRESULT _nvo_RegQueryValueI(std::int32_t scope, const char16_t* subKe
     if (!value) return E_POINTER;
     *value = defaultValue;
     if (!name || minihost::groupsOf(scope).isEmpty()) return E_INVALIDARG;
-    const QVariant read = minihost::readValue(scope, minihost::fromUtf16(subKey),
-                                              minihost::fromUtf16(name));
+    const QVariant read =
+        minihost::readValue(scope, minihost::fromUtf16(subKey), minihost::fromUtf16(name));
     if (!read.isValid()) return S_FALSE;
     bool isInteger = false;
     const int number = read.toString().trimmed().toInt(&isInteger, 0);

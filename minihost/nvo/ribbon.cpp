@@ -11,7 +11,9 @@ int& queryCount() {
     return count;
 }
 
-void countQuery() { ++queryCount(); }
+void countQuery() {
+    ++queryCount();
+}
 
 }  // namespace
 
@@ -112,6 +114,8 @@ bool setCurrentTabById(ZMainWindow* window, const QString& tabId) {
     return false;
 }
 
-int ribbonQueryCount() { return queryCount(); }
+int ribbonQueryCount() {
+    return queryCount();
+}
 
 }  // namespace minihost

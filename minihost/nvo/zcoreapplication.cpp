@@ -7,7 +7,9 @@ ZCoreApplicationPrivate::ZCoreApplicationPrivate()
     : m_translator(std::make_unique<zrt::ZAppTranslators>()),
       m_dcInfo(std::make_unique<ZDcInfoC>()) {}
 
-ZCoreApplicationPrivate::~ZCoreApplicationPrivate() { unregisterAllServices(); }
+ZCoreApplicationPrivate::~ZCoreApplicationPrivate() {
+    unregisterAllServices();
+}
 
 void ZCoreApplicationPrivate::registerService(const GUID& serviceId, IUnknown* service) {
     if (!service) {
@@ -73,7 +75,9 @@ HRESULT ZCoreApplication::QueryInterface(REFIID iid, void** out) {
     return E_NOINTERFACE;
 }
 
-std::uint32_t ZCoreApplication::AddRef() { return ++d->references; }
+std::uint32_t ZCoreApplication::AddRef() {
+    return ++d->references;
+}
 
 // The application object lives as long as the ZxApplication that owns it: the count only keeps
 // track of references for tests and never destroys the object.
@@ -82,7 +86,9 @@ std::uint32_t ZCoreApplication::Release() {
     return d->references;
 }
 
-slxoldapi::DocumentView* ZCoreApplication::activeView() { return d->activeView(); }
+slxoldapi::DocumentView* ZCoreApplication::activeView() {
+    return d->activeView();
+}
 
 HRESULT ZCoreApplication::QueryService(REFIID serviceId, IUnknown** service) {
     if (!service) return E_POINTER;
@@ -92,6 +98,10 @@ HRESULT ZCoreApplication::QueryService(REFIID serviceId, IUnknown** service) {
     return S_OK;
 }
 
-zrt::ZAppTranslators* ZCoreApplication::translator() const { return d->translator(); }
+zrt::ZAppTranslators* ZCoreApplication::translator() const {
+    return d->translator();
+}
 
-ZDcInfoC* ZCoreApplication::getDcInfo() const { return d->dcInfo(); }
+ZDcInfoC* ZCoreApplication::getDcInfo() const {
+    return d->dcInfo();
+}

@@ -16,28 +16,40 @@ bool isHeadlessPlatform(const QString& platform) {
 // The button codes of the flags' low nibble, as a GUI box offers them.
 QMessageBox::StandardButtons buttonsFor(unsigned int flags) {
     switch (flags & 0x0F) {
-        case 1: return QMessageBox::Ok | QMessageBox::Cancel;
-        case 4: return QMessageBox::Yes | QMessageBox::No;
-        default: return QMessageBox::Ok;
+        case 1:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case 4:
+            return QMessageBox::Yes | QMessageBox::No;
+        default:
+            return QMessageBox::Ok;
     }
 }
 
 QMessageBox::Icon iconFor(unsigned int flags) {
     switch (flags & 0xF0) {
-        case 0x10: return QMessageBox::Critical;
-        case 0x20: return QMessageBox::Question;
-        case 0x30: return QMessageBox::Warning;
-        case 0x40: return QMessageBox::Information;
-        default: return QMessageBox::NoIcon;
+        case 0x10:
+            return QMessageBox::Critical;
+        case 0x20:
+            return QMessageBox::Question;
+        case 0x30:
+            return QMessageBox::Warning;
+        case 0x40:
+            return QMessageBox::Information;
+        default:
+            return QMessageBox::NoIcon;
     }
 }
 
 int answerCode(int button) {
     switch (button) {
-        case QMessageBox::Cancel: return 2;
-        case QMessageBox::Yes: return 6;
-        case QMessageBox::No: return 7;
-        default: return 1;
+        case QMessageBox::Cancel:
+            return 2;
+        case QMessageBox::Yes:
+            return 6;
+        case QMessageBox::No:
+            return 7;
+        default:
+            return 1;
     }
 }
 
@@ -51,7 +63,8 @@ ZxApplicationPrivate::ZxApplicationPrivate(bool headless) : m_headless(headless)
 
 ZxApplicationPrivate::~ZxApplicationPrivate() {
     if (m_headless)
-        for (const char* scheme : kUrlSchemes) QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+        for (const char* scheme : kUrlSchemes)
+            QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
 }
 
 void ZxApplicationPrivate::recordUrl(const QUrl& url) {
@@ -76,9 +89,13 @@ ZxApplication::ZxApplication(int& argc, char** argv)
 
 ZxApplication::~ZxApplication() = default;
 
-ZMainWindow* ZxApplication::currentMainWindow() const { return d->mainWindow.data(); }
+ZMainWindow* ZxApplication::currentMainWindow() const {
+    return d->mainWindow.data();
+}
 
-ZCoreApplication* ZxApplication::coreApplication() const { return &d->core; }
+ZCoreApplication* ZxApplication::coreApplication() const {
+    return &d->core;
+}
 
 int ZxApplication::messageBox(const QString& text, unsigned int flags) {
     if (d->headless()) {
@@ -94,13 +111,17 @@ int ZxApplication::messageBox(const QString& text, unsigned int flags) {
 
 ZAppObj::ZAppObj(const QString& commandId) : m_commandId(commandId) {}
 
-QString ZAppObj::commandId() const { return m_commandId; }
+QString ZAppObj::commandId() const {
+    return m_commandId;
+}
 
 ZAppContext::ZAppContext() = default;
 
 ZAppContext::ZAppContext(const QMap<QString, QVariant>& arguments) : m_arguments(arguments) {}
 
-const QMap<QString, QVariant>& ZAppContext::arguments() const { return m_arguments; }
+const QMap<QString, QVariant>& ZAppContext::arguments() const {
+    return m_arguments;
+}
 
 void ZAppContext::setArgument(const QString& name, const QVariant& value) {
     m_arguments.insert(name, value);

@@ -64,7 +64,8 @@ TEST_F(Module, EntryObjectLifeCycle) {
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("PhoneticOneKey")));
     ASSERT_EQ(events().size(), 1);
     EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_texttool"));
-    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
+              QStringLiteral("onekey"));
     ASSERT_EQ(app()->d_func()->messages.size(), 1);
     EXPECT_EQ(app()->d_func()->messages.first().text, QStringLiteral("请至少选择一个字符"));
     EXPECT_EQ(app()->d_func()->messages.first().flags, 0x30u);
@@ -78,8 +79,8 @@ TEST_F(Module, EntryObjectLifeCycle) {
     third.reset();
     entry.reset();
     EXPECT_EQ(translators()->uninstallCalls, uninstalls + 1);
-    EXPECT_EQ(translators()->installedCount(
-                  QCoreApplication::applicationDirPath() + QStringLiteral("/addons/zphoneticsymbol/mui/")),
+    EXPECT_EQ(translators()->installedCount(QCoreApplication::applicationDirPath() +
+                                            QStringLiteral("/addons/zphoneticsymbol/mui/")),
               0);
     minihost::setHostSetting(QStringLiteral("ui/language"), {});
 }
@@ -87,7 +88,8 @@ TEST_F(Module, EntryObjectLifeCycle) {
 TEST(ModuleLoading, MissingOrForeignFilesAreReportedWithTheirPath) {
     minihost::AddonModule module;
     EXPECT_FALSE(module.load(QStringLiteral("/nonexistent/libzphoneticsymbol.so")));
-    EXPECT_EQ(module.errorString(), QStringLiteral("/nonexistent/libzphoneticsymbol.so: no such file"));
+    EXPECT_EQ(module.errorString(),
+              QStringLiteral("/nonexistent/libzphoneticsymbol.so: no such file"));
     EXPECT_EQ(module.createEntryObject(), nullptr);
 
     QTemporaryDir dir;
@@ -97,7 +99,8 @@ TEST(ModuleLoading, MissingOrForeignFilesAreReportedWithTheirPath) {
     file.write("not a library\n");
     file.close();
     EXPECT_FALSE(module.load(text));
-    EXPECT_TRUE(module.errorString().startsWith(text + QStringLiteral(": "))) << module.errorString().toStdString();
+    EXPECT_TRUE(module.errorString().startsWith(text + QStringLiteral(": ")))
+        << module.errorString().toStdString();
     EXPECT_FALSE(module.isLoaded());
 }
 

@@ -24,7 +24,9 @@ zrt::ZAppTranslatorsPrivate* translators() {
     return RibbonFixture::app()->coreApplication()->translator()->d_func();
 }
 
-QString muiDirectory() { return addonFilePath(QStringLiteral("mui/")); }
+QString muiDirectory() {
+    return addonFilePath(QStringLiteral("mui/"));
+}
 
 QString setPhoneticSymbol() {
     return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol");
@@ -48,8 +50,9 @@ TEST_F(AddonResources, TranslationIsInstalledFromTheMuiDirectoryAndRemovedAgain)
     installAddonTranslation();
     EXPECT_EQ(translators()->installedCount(muiDirectory()), 1);
     EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("标注拼音"));
-    EXPECT_EQ(QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least"),
-              QStringLiteral("请至少选择一个字符"));
+    EXPECT_EQ(
+        QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least"),
+        QStringLiteral("请至少选择一个字符"));
     EXPECT_EQ(QCoreApplication::translate("ZPhoneticSymbolWebWindow", "PhoneticSymbol"),
               QStringLiteral("拼音标注"));
     uninstallAddonTranslation();

@@ -7,14 +7,16 @@
 #include <QTemporaryDir>
 #include <memory>
 
+#include "dialog/phoneticsymbolwebwindow.h"
 #include "engine/taggerbinding.h"
 #include "entry/appentry.h"
 #include "entry/phoneticsymbolobject.h"
+#include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/dcinfo_p.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/translators_p.h"
+#include "minihost/nvolite/webhost.h"
 #include "model/phoneticsymbolmodel.h"
-#include "minihost/nvo/addonmodule.h"
 #include "ribbonfixture.h"
 
 namespace {
@@ -202,7 +204,8 @@ TEST_F(EntryObject, OneKeyIsDispatchedToTheOneKeyCommand) {
     ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticOneKey")));
     ASSERT_EQ(events().size(), 1);
     EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_home"));
-    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
+              QStringLiteral("onekey"));
     // No presentation, so no text: the command warns.
     ASSERT_EQ(app()->d_func()->messages.size(), 1);
     EXPECT_EQ(app()->d_func()->messages.first().flags, 0x30u);
@@ -216,4 +219,29 @@ TEST_F(EntryObject, CommandFromAnotherTabPostsNoEventButWorks) {
     ASSERT_EQ(app()->d_func()->messages.size(), 1);
     EXPECT_EQ(app()->d_func()->messages.first().text,
               QStringLiteral("please select one character at least"));
+}
+
+TEST_F(EntryObject, PhoneticSymbolIsDispatchedToTheDialogAndPostsEvenWithoutASelection) {
+    minihost::setWebRendering(false);  // the dialog's window, without a web engine page
+    auto entry = newEntryObject();
+    ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticSymbol")));
+    ASSERT_EQ(events().size(), 1);
+    EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_home"));
+    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
+              QStringLiteral("symbol"));
+    // Nothing selected and no tagging library: the guide view opens.
+    ASSERT_NE(model()->dialog, nullptr);
+    EXPECT_TRUE(
+        minihost::webWidgetUrl(model()->dialog).endsWith(QStringLiteral("#/guide?from=home")));
+
+    // While the dialog is open, the command does nothing, not even count itself.
+    ZPhoneticSymbolWebWindow* open = model()->dialog;
+    ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticSymbol")));
+    EXPECT_EQ(events().size(), 1);
+    EXPECT_EQ(model()->dialog, open);
+
+    open->close();
+    EXPECT_EQ(model()->dialog, nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    minihost::setWebRendering(true);
 }

@@ -11,7 +11,9 @@
 
 namespace {
 
-void flushDeferredDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+void flushDeferredDeletes() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 }  // namespace
 
@@ -91,4 +93,3 @@ TEST(Model, ValueRecordsStartEmpty) {
     EXPECT_TRUE(item.text.isEmpty());
     EXPECT_EQ(item.index, -1);
 }
-

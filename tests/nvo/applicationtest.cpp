@@ -11,7 +11,9 @@
 
 namespace {
 
-ZxApplication* app() { return qobject_cast<ZxApplication*>(QCoreApplication::instance()); }
+ZxApplication* app() {
+    return qobject_cast<ZxApplication*>(QCoreApplication::instance());
+}
 
 // A service that counts its references and notes its destruction.
 class CountingService final : public IUnknown {

@@ -66,7 +66,8 @@ TEST(Collector, CanKeepEventsInMemoryOnly) {
     QFile::remove(ZDcInfoCPrivate::logPath());
     ZDcInfoC collector;
     collector.d_func()->writeLog = false;
-    EXPECT_TRUE(collector.postGeneralEvent(QStringLiteral("x"), {}, 0, 0, ZDcProbabilityAlways, true));
+    EXPECT_TRUE(
+        collector.postGeneralEvent(QStringLiteral("x"), {}, 0, 0, ZDcProbabilityAlways, true));
     EXPECT_EQ(collector.d_func()->events.size(), 1);
     EXPECT_FALSE(QFile::exists(ZDcInfoCPrivate::logPath()));
 }

@@ -41,8 +41,10 @@ TEST_F(HostConfig, DirectoriesFollowProgramThenEnvironmentThenSettingsThenDefaul
     EXPECT_EQ(dirInfo(2), QDir::cleanPath(bin + QStringLiteral("/../lib/zphonetic")));
     EXPECT_EQ(dirInfo(27), QDir::cleanPath(bin + QStringLiteral("/../share/zphonetic/dict")));
 
-    minihost::setHostSetting(QStringLiteral("directories/tagger"), QStringLiteral("/from/settings"));
-    minihost::setHostSetting(QStringLiteral("directories/dictionaries"), QStringLiteral("/dict/settings/"));
+    minihost::setHostSetting(QStringLiteral("directories/tagger"),
+                             QStringLiteral("/from/settings"));
+    minihost::setHostSetting(QStringLiteral("directories/dictionaries"),
+                             QStringLiteral("/dict/settings/"));
     EXPECT_EQ(dirInfo(2), QStringLiteral("/from/settings"));
     EXPECT_EQ(dirInfo(27), QStringLiteral("/dict/settings/"));  // trailing separator kept
 

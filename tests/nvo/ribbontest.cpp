@@ -10,7 +10,8 @@ TEST(Ribbon, BuiltRibbonListsTheTabsWithTheirIds) {
     ZMainWindow window;
     EXPECT_EQ(window.headerBar(), nullptr);
     ZListCommand* list = minihost::buildRibbon(
-        &window, {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"), QStringLiteral("CT_TextTool")});
+        &window,
+        {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"), QStringLiteral("CT_TextTool")});
     ZRbTabWidget* header = window.headerBar();
     ASSERT_NE(header, nullptr);
     ZRbSubTabBar* bar = header->subTabBar();

@@ -12,7 +12,9 @@
 
 namespace {
 
-QString hello() { return QCoreApplication::translate("Greeting", "hello"); }
+QString hello() {
+    return QCoreApplication::translate("Greeting", "hello");
+}
 
 class Translators : public ::testing::Test {
 protected:
@@ -40,7 +42,8 @@ TEST_F(Translators, LoadsTheLanguageFolderFirst) {
     EXPECT_EQ(hello(), QStringLiteral("bonjour"));
     EXPECT_EQ(translators.d_func()->installedCount(mui()), 1);
     ASSERT_EQ(translators.d_func()->loadedFiles.size(), 1);
-    EXPECT_TRUE(translators.d_func()->loadedFiles.first().endsWith(QStringLiteral("/fr_FR/greeting.qm")));
+    EXPECT_TRUE(
+        translators.d_func()->loadedFiles.first().endsWith(QStringLiteral("/fr_FR/greeting.qm")));
     translators.uninstallTranslation(mui());
     EXPECT_EQ(hello(), QStringLiteral("hello"));
     EXPECT_EQ(translators.d_func()->installedCount(mui()), 0);

@@ -13,10 +13,11 @@
 
 class RibbonFixture : public ::testing::Test {
 public:
-    static ZxApplication* app() { return qobject_cast<ZxApplication*>(QCoreApplication::instance()); }
+    static ZxApplication* app() {
+        return qobject_cast<ZxApplication*>(QCoreApplication::instance());
+    }
 
 protected:
-
     // Gives the host a main window whose ribbon lists `tabIds`, with tab `current` current.
     void showRibbon(const QStringList& tabIds, int current) {
         window = std::make_unique<ZMainWindow>();
@@ -26,7 +27,9 @@ protected:
     }
     // The Home, Text Tool and Insert tabs with `tabId` current.
     void showTab(const QString& tabId) {
-        showRibbon({QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool"), QStringLiteral("CT_Insert")}, 0);
+        showRibbon(
+            {QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool"), QStringLiteral("CT_Insert")},
+            0);
         ASSERT_TRUE(minihost::setCurrentTabById(window.get(), tabId));
     }
     void TearDown() override {

@@ -46,7 +46,8 @@ TEST_F(UsageEvents, HomeTabPostsTheHomeEventWithItsArguments) {
     ASSERT_EQ(events().size(), 1);
     const UsageEvent& event = events().first();
     EXPECT_EQ(event.name, QStringLiteral("nvo_phoneticsymbol_home"));
-    EXPECT_EQ(event.parameters, (QHash<QString, QString>{{QStringLiteral("action"), QStringLiteral("onekey")}}));
+    EXPECT_EQ(event.parameters,
+              (QHash<QString, QString>{{QStringLiteral("action"), QStringLiteral("onekey")}}));
     EXPECT_EQ(event.reserved1, 0u);
     EXPECT_EQ(event.reserved2, 0u);
     EXPECT_EQ(event.probability, 1);
@@ -58,7 +59,8 @@ TEST_F(UsageEvents, TextToolTabPostsTheTextToolEvent) {
     postUsageEvent(QStringLiteral("action"), QStringLiteral("symbol"));
     ASSERT_EQ(events().size(), 1);
     EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_texttool"));
-    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")), QStringLiteral("symbol"));
+    EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
+              QStringLiteral("symbol"));
 }
 
 TEST_F(UsageEvents, NeitherHomeNorTextToolPostsNothing) {

@@ -7,7 +7,9 @@ AddonSession::AddonSession() = default;
 
 // The entry object goes first: its destructor releases the add-on's model while the module is
 // still loaded (the module itself stays loaded until the process ends, as in any host).
-AddonSession::~AddonSession() { m_entry.reset(); }
+AddonSession::~AddonSession() {
+    m_entry.reset();
+}
 
 bool AddonSession::open() {
     if (!m_module.load(minihost::addonModulePath(QStringLiteral("zphoneticsymbol")))) return false;

@@ -33,7 +33,8 @@ int runTrigger(const QStringList& arguments) {
             return 0;
         }
         if (argument == QLatin1String("--tab")) {
-            if (i + 1 >= arguments.size()) return reportError(argument, QStringLiteral("needs a tab id"));
+            if (i + 1 >= arguments.size())
+                return reportError(argument, QStringLiteral("needs a tab id"));
             tab = arguments.at(++i);
         } else if (action.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
             action = argument;
@@ -41,21 +42,24 @@ int runTrigger(const QStringList& arguments) {
             return reportError(argument, QStringLiteral("unexpected argument"));
         }
     }
-    if (action.isEmpty()) return reportError(QStringLiteral("trigger"), QStringLiteral("needs an ACTION"));
+    if (action.isEmpty())
+        return reportError(QStringLiteral("trigger"), QStringLiteral("needs an ACTION"));
 
     auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
     ZMainWindow window;
     minihost::buildRibbon(&window, {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"),
                                     QStringLiteral("CT_TextTool")});
     if (!minihost::setCurrentTabById(&window, tab))
-        return reportError(tab, QStringLiteral("no such ribbon tab (CT_Home, CT_Insert, CT_TextTool)"));
+        return reportError(tab,
+                           QStringLiteral("no such ribbon tab (CT_Home, CT_Insert, CT_TextTool)"));
     app->d_func()->setCurrentMainWindow(&window);
 
     {
         AddonSession session;
         if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
         if (!session.trigger(action))
-            return reportError(QStringLiteral("add-on"), QStringLiteral("the entry object has no trigger method"));
+            return reportError(QStringLiteral("add-on"),
+                               QStringLiteral("the entry object has no trigger method"));
     }
 
     for (const UsageEvent& event : app->coreApplication()->getDcInfo()->d_func()->events) {

@@ -19,7 +19,8 @@ struct Subcommand {
 // Every subcommand, in the order --help lists them.
 const Subcommand kSubcommands[] = {
     {"trigger", "trigger ACTION [--tab TAB_ID]",
-     "run one add-on command (PhoneticOneKey, PhoneticSymbol) in an empty host and show what it did",
+     "run one add-on command (PhoneticOneKey, PhoneticSymbol) in an empty host and show what it "
+     "did",
      runTrigger},
     {"show", "show DECK",
      "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
