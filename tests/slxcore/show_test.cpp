@@ -25,12 +25,6 @@ Captured run(const QStringList& args) {
                                               QFileDevice::ExeOwner);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
-    // In sanitizer builds, LeakSanitizer must not add its summary of Qt's suppressed start-up
-    // allocations to the program's standard error.
-    const QString lsan = environment.value(QStringLiteral("LSAN_OPTIONS"));
-    environment.insert(QStringLiteral("LSAN_OPTIONS"),
-                       (lsan.isEmpty() ? QString() : lsan + QLatin1Char(':')) +
-                           QStringLiteral("print_suppressions=0"));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(ZPHONETIC_PROGRAM), QStringList{QStringLiteral("show")} + args);
