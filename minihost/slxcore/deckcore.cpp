@@ -107,6 +107,12 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
         if (std::strcmp(localName(slide->doc.document_element()), "sld") != 0)
             package.fail(QStringLiteral("part \"%1\" is not a slide")
                              .arg(QString::fromStdString(slide->partName)));
+        // An edited slide is written as UTF-8, whatever it was read as: its declaration says so.
+        pugi::xml_node declaration = slide->doc.first_child();
+        if (declaration.type() == pugi::node_declaration)
+            if (pugi::xml_attribute encoding = declaration.attribute("encoding");
+                encoding && QByteArray(encoding.value()).toUpper() != "UTF-8")
+                encoding.set_value("UTF-8");
         core->slides.push_back(std::move(slide));
     }
     return core;

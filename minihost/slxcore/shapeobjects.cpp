@@ -13,19 +13,6 @@ namespace minihost {
 const GUID IID_DeckView = {0x6E1B2C3D, 0x4A5F, 0x4E60,
                            {0x8B, 0x71, 0x9C, 0x2D, 0x3E, 0x4F, 0x5A, 0x6B}};
 
-QString journalText(const QString& text) {
-    QString out = QStringLiteral("\"");
-    for (QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            out += QLatin1Char('\\') + QString(c);
-        else if (c.unicode() < 0x20)
-            out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
-        else
-            out += c;
-    }
-    return out + QLatin1Char('"');
-}
-
 ViewObject::ViewObject(std::shared_ptr<DeckCore> core)
     : HostObject("DocumentView", nullptr, true),
       m_core(std::move(core)),

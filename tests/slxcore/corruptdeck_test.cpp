@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <random>
 
 #include "decktestutil.h"
 #include "minihost/slxcore/deck.h"
@@ -166,6 +167,41 @@ TEST(CorruptDeck, DamagedData) {
     zip[at + 1] = 'q';
     EXPECT_EQ(refusal(zip),
               QStringLiteral("part \"ppt/slides/slide1.xml\" is damaged (checksum mismatch)"));
+}
+
+// Random damage, to the archive's bytes and to the XML inside a sound archive: every outcome is
+// a deck that works or an error naming the deck, never a crash (the sanitizer build watches).
+TEST(CorruptDeck, RandomDamageIsRefusedOrRead) {
+    std::mt19937 random(20261121);
+    const Parts parts = blankParts();
+    auto spoil = [&](QByteArray bytes, int flips) {
+        for (int i = 0; i < flips && !bytes.isEmpty(); ++i)
+            bytes[static_cast<int>(random() % bytes.size())] = static_cast<char>(random() & 0xFF);
+        return bytes;
+    };
+    auto check = [&](const QByteArray& bytes) {
+        QString error;
+        auto deck = minihost::Deck::load(bytes, QStringLiteral("random.pptx"), &error);
+        if (!deck) {
+            EXPECT_TRUE(error.startsWith(QStringLiteral("random.pptx: "))) << error.toStdString();
+            return;
+        }
+        for (int slide = 1; slide <= deck->slideCount(); ++slide) deck->shapes(slide);
+        deck->addTextBox(1, QStringLiteral("汉字"), QRectF(0, 0, 10, 10));
+        const QByteArray written = deck->toBytes(&error);
+        if (!written.isEmpty()) {
+            EXPECT_TRUE(minihost::Deck::load(written, QStringLiteral("again"), &error));
+        }
+    };
+    const QByteArray zip = decktest::makeZip(parts, true);
+    for (int i = 0; i < 150; ++i) check(spoil(zip, 1 + i % 4));
+    for (const QString& name : {QStringLiteral("ppt/slides/slide1.xml"),
+                                QStringLiteral("ppt/presentation.xml"),
+                                QStringLiteral("ppt/_rels/presentation.xml.rels"),
+                                QStringLiteral("_rels/.rels"), QStringLiteral("ppt/theme/theme1.xml")})
+        for (int i = 0; i < 60; ++i)
+            check(decktest::makeZip(replaced(parts, name, spoil(decktest::partOf(parts, name), 1 + i % 3))));
+    EXPECT_EQ(minihost::liveObjectCount(), 0);
 }
 
 TEST(CorruptDeck, MissingFile) {

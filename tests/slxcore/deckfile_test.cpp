@@ -222,6 +222,26 @@ TEST(DeckFile, NewIdIsAboveEveryNumericIdOfThePart) {
     EXPECT_EQ(all.last().name, QStringLiteral("TextBox %1").arg(all.last().id - 1));
 }
 
+TEST(DeckFile, ASlideReadAsUtf16IsWrittenAsUtf8AndSaysSo) {
+    const decktest::Parts parts = decktest::blankParts();
+    QByteArray slide = decktest::partOf(parts, QStringLiteral("ppt/slides/slide1.xml"));
+    slide.replace("encoding=\"UTF-8\"", "encoding=\"UTF-16\"");
+    const QString text = QString::fromUtf8(slide);
+    QByteArray utf16("\xFF\xFE", 2);  // little-endian, with its byte order mark
+    utf16.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+    auto deck = loadBytes(decktest::makeZip(
+        decktest::replaced(parts, QStringLiteral("ppt/slides/slide1.xml"), utf16)));
+    ASSERT_TRUE(deck);
+    deck->addTextBox(1, QStringLiteral("汉字"), QRectF(0, 0, 100, 40));
+    QString error;
+    const QByteArray written = deck->toBytes(&error);
+    EXPECT_TRUE(slideXml(written, 1).startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\""))
+        << slideXml(written, 1).left(80).toStdString();
+    auto reread = loadBytes(written);
+    ASSERT_TRUE(reread);
+    EXPECT_EQ(reread->shapes(1).first().text, QStringLiteral("汉字"));
+}
+
 TEST(DeckFile, SavingReplacesTheTargetOnlyWhenComplete) {
     QTemporaryDir dir;
     const QString target = dir.filePath(QStringLiteral("out.pptx"));
