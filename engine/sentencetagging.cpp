@@ -8,13 +8,8 @@
 #include "engine/providers.h"
 #include "engine/readingblock.h"
 #include "engine/taggablerange.h"
+#include "engine/taggerentrypoints.h"
 #include "nvo/platform.h"
-
-namespace {
-
-constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
-
-}  // namespace
 
 void tagText(HMODULE* library, IZApplication* coreApplication, BSTR text, ReadingBlock** block) {
     if (!block) return;
@@ -31,13 +26,11 @@ void tagText(HMODULE* library, IZApplication* coreApplication, BSTR text, Readin
     }
     BstrHolder filtered;
     *filtered.put() = _XSysAllocStringLen(kept.data(), static_cast<unsigned int>(kept.size()));
-    const unsigned int filteredLength = _XSysStringLen(filtered.get());
-    bool taggable = filteredLength > 0;
-    for (unsigned int i = 0; taggable && i < filteredLength; ++i)
-        taggable = isTaggable(filtered.get()[i]);
-    if (!taggable) return;
+    // Null when memory ran out; empty when nothing was taggable. Either way there is nothing to
+    // ask.
+    if (_XSysStringLen(filtered.get()) == 0) return;
 
-    ReadingBlockPtr result(_nvo_QueryFeatureState(kFeatureTaggingLibrary) == 0
+    ReadingBlockPtr result(_nvo_QueryFeatureState(taggerabi::kFeatureTaggingLibrary) == 0
                                ? tagWithHostService(coreApplication, filtered.get())
                                : tagWithLibrary(library, filtered.get()));
     if (result && !removed.empty()) result.reset(widenBlock(*result, removed));

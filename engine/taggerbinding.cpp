@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
 constexpr std::int32_t kDirTaggingLibrary = 2;
 constexpr std::int32_t kDirDictionaries = 27;
 constexpr std::int32_t kPathCapacity = 4096;
@@ -38,7 +37,7 @@ std::u16string directory(std::int32_t dirId, char16_t (&buffer)[kPathCapacity]) 
 bool loadPinyinTagger(PinyinTaggerHandle& handle, IZApplication* coreApplication) {
     if (handle.library) return true;
     if (!handle.coreApplication) handle.coreApplication = coreApplication;
-    if (_nvo_QueryFeatureState(kFeatureTaggingLibrary) == 0) {
+    if (_nvo_QueryFeatureState(taggerabi::kFeatureTaggingLibrary) == 0) {
         handle.library = nullptr;  // the host's reading service answers instead
         return true;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The tagging library's entry points as the engine calls them: their UTF-16 names and types.
-// Private to the engine.
+// The tagging library as the engine calls it: the host feature that selects it, its entry
+// points' UTF-16 names and their types. Private to the engine.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,9 @@
 #include "nvo/runtime.h"
 
 namespace taggerabi {
+
+// Host feature: on, the tagging library reads; off, the host's reading service does.
+inline constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
 
 using LoadPinYinLibraryFn = int (*)(void* hostInterface);
 using OpenDictionaryFn = int (*)(const char16_t* pinyinDic, const char16_t* firstRules,

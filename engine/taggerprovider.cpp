@@ -37,7 +37,7 @@ ReadingBlock* tagWithLibrary(HMODULE* library, const char16_t* filtered) {
 
     const std::u16string reference(filtered);
     std::u16string answer;
-    // Kept from the host's own engine: this exact pair is tagged one character at a time.
+    // Deliberate: this exact pair, and no other text, is tagged one character at a time.
     if (reference == u"\u4E00\u4E8C") {
         answer = tagSentence(module, tagger, u"\u4E00");
         answer += tagSentence(module, tagger, u"\u4E8C");

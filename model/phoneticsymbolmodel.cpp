@@ -3,6 +3,8 @@
 // entry's (entry/modellifecycle.cpp); the commands belong to their own folders.
 #include "model/phoneticsymbolmodel.h"
 
+#include "dialog/phoneticsymbolwebwindow.h"
+
 ZPhoneticSymbolModel::ZPhoneticSymbolModel() : QObject(nullptr) {}
 
 ZPhoneticSymbolModel* ZPhoneticSymbolModel::instance() {
@@ -14,9 +16,6 @@ ZPhoneticSymbolModel* ZPhoneticSymbolModel::instance() {
 
 void ZPhoneticSymbolModel::onWindowClose() {
     if (!dialog) return;
-    // Only the dialog's signalClose leads here (the dialog opener connects it), so the sender is
-    // the window in `dialog`; going through sender() keeps the model free of the dialog's
-    // declarations.
-    if (QObject* window = sender()) window->deleteLater();
+    dialog->deleteLater();
     dialog = nullptr;
 }

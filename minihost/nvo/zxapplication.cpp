@@ -59,8 +59,19 @@ void ZxApplicationPrivate::recordUrl(const QUrl& url) {
     std::fprintf(stderr, "zphonetic: open in browser: %s\n", url.toString().toUtf8().constData());
 }
 
+namespace {
+
+// Web pages (the add-on's dialog) share OpenGL contexts with the widgets; the attribute must be
+// set before the application object exists, or the web engine warns when the add-on loads it.
+int& beforeApplication(int& argc) {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    return argc;
+}
+
+}  // namespace
+
 ZxApplication::ZxApplication(int& argc, char** argv)
-    : QApplication(argc, argv),
+    : QApplication(beforeApplication(argc), argv),
       d(std::make_unique<ZxApplicationPrivate>(isHeadlessPlatform(platformName()))) {}
 
 ZxApplication::~ZxApplication() = default;

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The stand-in host's own controls over its web framework, for host programs and tests: whether
-// pages are rendered at all, which profiles they use, driving a page's bridge from native code,
-// and what "open in the browser" does in a headless host.
+// pages are rendered at all, which profiles they use, and driving a page's bridge from native
+// code. (What "open in the browser" does in a headless host is ZxApplication's.)
 #pragma once
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 #include <QVariant>
 #include <QVariantMap>
 
@@ -54,13 +53,5 @@ ZHOST_API QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QStri
 // when the widget is closed or not rendered.
 ZHOST_API bool waitForPageAttribute(nvolite::ZxCommonWebWidget* widget, const QString& name,
                                     const QString& value, int timeoutMs);
-
-// Makes QDesktopServices::openUrl record http and https URLs instead of starting a browser, and
-// print each one to standard error as "open in browser: <url>" when `print` is true. For
-// headless hosts and tests; stays in force until the application object is destroyed.
-ZHOST_API void recordOpenedUrls(bool print);
-// The URLs recorded so far, in order, as QUrl::toString() gives them.
-ZHOST_API QStringList openedUrls();
-ZHOST_API void clearOpenedUrls();
 
 }  // namespace minihost

@@ -363,14 +363,21 @@ TEST_F(TextAccess, ThreeCharactersMakeABox48Wide) {
 TEST_F(TextAccess, WidthProductOf850StaysAnd851IsCut) {
     slxoldapi::Shape* shape = nullptr;
     startJournal();
-    // 84 characters x 10 = 850 exactly; 70 characters x 12 = 852.
+    // (84 + 1) x 10 = 850 stays; (22 + 1) x 37 = 851 and (70 + 1) x 12 = 852 become 850.
     insertReadingTextBox(&app, QString(84, QChar('x')), nullptr, 0, 0, &shape, 10);
+    shape->Release();
+    insertReadingTextBox(&app, QString(22, QChar('x')), nullptr, 0, 0, &shape, 37);
     shape->Release();
     insertReadingTextBox(&app, QString(70, QChar('x')), nullptr, 0, 0, &shape, 12);
     shape->Release();
-    const QStringList journal = deck->journal();
-    EXPECT_TRUE(journal.contains(QStringLiteral("Shapes.AddTextbox(1, 0, 0, 850, 700)")));
-    EXPECT_EQ(journal.filter(QStringLiteral("AddTextbox(1, 0, 0, 850, 700)")).size(), 2);
+    EXPECT_EQ(deck->journal().filter(QStringLiteral("AddTextbox")),
+              QStringList({"Shapes.AddTextbox(1, 0, 0, 850, 700)",
+                           "Shapes.AddTextbox(1, 0, 0, 850, 700)",
+                           "Shapes.AddTextbox(1, 0, 0, 850, 700)"}));
+    insertReadingTextBox(&app, QString(83, QChar('x')), nullptr, 0, 0, &shape, 10);
+    shape->Release();
+    EXPECT_EQ(deck->journal().filter(QStringLiteral("AddTextbox")).last(),
+              QStringLiteral("Shapes.AddTextbox(1, 0, 0, 840, 700)"));
 }
 
 TEST_F(TextAccess, StyleIsAppliedToTheEmptyBoxBeforeTheTextGoesIn) {

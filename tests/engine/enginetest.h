@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The engine's test fixture: the test tagging library as libPinyinTagger.so in directory 2, a
-// dictionary directory 27, feature 0x1000018 on, and a core application whose reading service
-// answers from its own script. Every test ends with the library unloaded and every reference
-// the engine took on the core application given back.
+// dictionary directory 27, feature 0x1000018 on, and the host's core application offering the
+// host's reading service, backed by a scripted reading function. Every test ends with the
+// library unloaded, every reference the engine took on the core application given back and no
+// reading service left alive.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <QStringList>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +18,10 @@
 #include "engine/readings.h"
 #include "engine/sentencetagging.h"
 #include "engine/taggerbinding.h"
-#include "fakecoreapplication.h"
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/zcoreapplication_p.h"
+#include "nvo/readingservice.h"
 #include "taggerdoublelibrary.h"
 
 inline std::vector<std::string> utf8(const QStringList& list) {
@@ -26,9 +30,62 @@ inline std::vector<std::string> utf8(const QStringList& list) {
     return result;
 }
 
+// An object that answers IUnknown only: a service that cannot be queried for anything.
+class PlainUnknown final : public IUnknown {
+public:
+    HRESULT QueryInterface(REFIID iid, void** out) override {
+        *out = nullptr;
+        if (iid != IID_IUnknown) return E_NOINTERFACE;
+        *out = this;
+        AddRef();
+        return S_OK;
+    }
+    std::uint32_t AddRef() override { return ++references; }
+    std::uint32_t Release() override { return --references; }
+    int references = 0;
+};
+
+// The reading service's script: a reading per character; a text with any other character has
+// no readings. Records every text it is asked to read.
+class ScriptedReadings {
+public:
+    explicit ScriptedReadings(std::map<char16_t, QString> readings)
+        : m_readings(std::move(readings)) {}
+    bool operator()(const QString& text, QVector<minihost::HostReading>& out) {
+        texts.append(text);
+        for (QChar character : text) {
+            const auto found = m_readings.find(character.unicode());
+            if (found == m_readings.end()) return false;
+            out.append({found->second, 1});
+        }
+        return true;
+    }
+    QStringList texts;
+
+private:
+    std::map<char16_t, QString> m_readings;
+};
+
+// Fails the test when a reading service outlives it. Declared first in the fixture, so it is
+// checked after every other member is gone.
+struct ReadingServiceLeakCheck {
+    ~ReadingServiceLeakCheck() {
+        EXPECT_EQ(minihost::liveReadingServices(), 0) << "a reading service was leaked";
+    }
+};
+
 class EngineTest : public ::testing::Test {
 protected:
     static constexpr char kDictionaries[] = "/opt/zphonetic/dict";
+
+    EngineTest() {
+        IUnknown* service = minihost::createReadingService(
+            [this](const QString& text, QVector<minihost::HostReading>& out) {
+                return serviceScript(text, out);
+            });
+        app.d_func()->registerService(SID_ZReadingService, service);
+        service->Release();
+    }
 
     void SetUp() override {
         ASSERT_TRUE(tagger.isLoaded()) << "the test tagging library did not load";
@@ -56,8 +113,8 @@ protected:
     void TearDown() override {
         unloadPinyinTagger(handle);
         EXPECT_EQ(handle.library, nullptr);
-        EXPECT_EQ(app.references, 0) << "a reference to the core application was not released";
-        EXPECT_EQ(minihost::liveReadingServices(), 1) << "a reading service was leaked";
+        EXPECT_EQ(app.d_func()->references, 0u)
+            << "a reference to the core application was not released";
         minihost::resetFeatureStates();
         minihost::resetDirectories();
     }
@@ -79,9 +136,11 @@ protected:
         return readings;
     }
 
+    ReadingServiceLeakCheck leakCheck;
     TaggerDoubleLibrary tagger;
-    FakeCoreApplication app{{{u'中', QStringLiteral("zhōng")},
-                             {u'国', QStringLiteral("guó")},
-                             {u'刚', QStringLiteral("gang")}}};
+    ScriptedReadings serviceScript{{{u'中', QStringLiteral("zhōng")},
+                                    {u'国', QStringLiteral("guó")},
+                                    {u'刚', QStringLiteral("gang")}}};
+    ZCoreApplication app;
     PinyinTaggerHandle handle;
 };

@@ -217,7 +217,7 @@ TEST_F(SentenceTaggingTest, FeatureOffNeverCallsTheLibrary) {
     ASSERT_TRUE(readings);
     EXPECT_EQ(utf8(*readings), (Readings{"", "zhōng", "guó"}));
     EXPECT_TRUE(tagger.journal().empty());
-    EXPECT_EQ(app.serviceTexts, QStringList{QStringLiteral("中国")});
+    EXPECT_EQ(serviceScript.texts, QStringList{QStringLiteral("中国")});
 }
 
 TEST_F(SentenceTaggingTest, TheHostBlockCarriesTheServiceLayout) {
@@ -258,12 +258,12 @@ TEST_F(SentenceTaggingTest, FeatureOffWideningInsertsGroupSizesOfOne) {
 TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
     EXPECT_FALSE(tag(QStringLiteral("中人")));  // the service has no reading for 人
-    app.offerService = false;
-    EXPECT_FALSE(tag(QStringLiteral("中国")));
     PlainUnknown plain;
-    app.plainService = &plain;
+    app.d_func()->registerService(SID_ZReadingService, &plain);
     EXPECT_FALSE(tag(QStringLiteral("中国")));
+    app.d_func()->unregisterService(SID_ZReadingService);
     EXPECT_EQ(plain.references, 0);
+    EXPECT_FALSE(tag(QStringLiteral("中国")));
     EXPECT_TRUE(tagger.journal().empty());
 }
 

@@ -20,7 +20,6 @@ TEST_F(TaggerBindingTest, LoadsTheLibraryAndOpensTheThreeDictionaries) {
     EXPECT_EQ(handle.coreApplication, &app);
     EXPECT_EQ(tagger.journal(),
               (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/")}));
-    EXPECT_EQ(app.serviceQueries, 1);
 }
 
 TEST_F(TaggerBindingTest, ASecondLoadDoesNotTouchTheLibrary) {
@@ -30,7 +29,6 @@ TEST_F(TaggerBindingTest, ASecondLoadDoesNotTouchTheLibrary) {
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, cell);
     EXPECT_EQ(tagger.journal(), afterFirst);
-    EXPECT_EQ(app.serviceQueries, 1);
 }
 
 TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
@@ -39,19 +37,19 @@ TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
     EXPECT_EQ(handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
     EXPECT_TRUE(tagger.journal().empty());
-    EXPECT_EQ(app.serviceQueries, 0);
 }
 
 TEST_F(TaggerBindingTest, TheFirstCoreApplicationStays) {
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
-    FakeCoreApplication other;
+    ZCoreApplication other;  // offers no reading service
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     EXPECT_TRUE(loadPinyinTagger(handle, &other));
     EXPECT_EQ(handle.coreApplication, &app);
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
-    load();
-    EXPECT_EQ(app.serviceQueries, 1);
-    EXPECT_EQ(other.serviceQueries, 0);
+    ASSERT_TRUE(loadPinyinTagger(handle, &other));
+    EXPECT_EQ(handle.coreApplication, &app);
+    // The interface came from the first application's reading service.
+    EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary host");
 }
 
 TEST_F(TaggerBindingTest, DirectoryWithAndWithoutTrailingSlashGiveTheSamePaths) {
@@ -97,20 +95,21 @@ TEST_F(TaggerBindingTest, AMissingLibraryFailsAndLeavesTheHandleEmpty) {
     EXPECT_EQ(handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
     EXPECT_TRUE(tagger.journal().empty());
-    EXPECT_EQ(app.serviceQueries, 0);
 }
 
 TEST_F(TaggerBindingTest, NoReadingServiceHandsTheLibraryNull) {
-    app.offerService = false;
+    app.d_func()->unregisterService(SID_ZReadingService);
     load();
     EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
 }
 
 TEST_F(TaggerBindingTest, AServiceWithoutTheHostInterfaceHandsTheLibraryNull) {
     PlainUnknown plain;
-    app.plainService = &plain;
+    app.d_func()->registerService(SID_ZReadingService, &plain);
     load();
     EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
+    EXPECT_EQ(plain.references, 1);  // the application's own
+    app.d_func()->unregisterService(SID_ZReadingService);
     EXPECT_EQ(plain.references, 0);
 }
 
@@ -135,7 +134,15 @@ TEST_F(TaggerBindingTest, UnloadClosesTheDictionariesAndALaterLoadLoadsAgain) {
               (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/"),
                        "CloseDictionary", "LoadPinYinLibrary host",
                        openDictionary("/opt/zphonetic/dict/")}));
-    EXPECT_EQ(app.serviceQueries, 2);
+}
+
+TEST_F(TaggerBindingTest, ALibraryWithoutItsEntryPointsIsDeliberatelyNotGuardedAgainst) {
+    // A broken installation: the library loads but has no OpenDictionary. The binding calls the
+    // missing entry point anyway, as designed, and the process dies.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    minihost::setDirectory(minihost::kDirTaggingLibrary,
+                           QStringLiteral(ZPHONETIC_BROKEN_TAGGER_DIR));
+    EXPECT_DEATH(loadPinyinTagger(handle, &app), "");
 }
 
 }  // namespace

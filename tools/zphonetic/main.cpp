@@ -24,6 +24,12 @@ const Subcommand kSubcommands[] = {
     {"show", "show DECK",
      "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
      runShow},
+    {"readings", "readings TEXT [--json]",
+     "what the pinyin dialog shows for TEXT: each character, its reading in context, its readings",
+     runReadings},
+    {"apply", "apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...",
+     "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
+     runApply},
     {"onekey", "onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]",
      "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
      runOneKey},
@@ -67,11 +73,14 @@ int main(int argc, char** argv) {
         if (std::strcmp(first, subcommand.name) != 0) continue;
         // A command line program: headless unless the user asks for a platform.
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-        ZxApplication app(argc, argv);
+        // The subcommand's arguments are its own: Qt must not take "--style N" (apply) as its
+        // widget style, so the application sees only the program's name.
+        QStringList arguments;
+        for (int i = 2; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+        int applicationArgc = 1;
+        ZxApplication app(applicationArgc, argv);
         ZxApplication::setApplicationName(QStringLiteral("zphonetic"));
         ZxApplication::setApplicationVersion(QStringLiteral(ZPHONETIC_VERSION));
-        QStringList arguments = ZxApplication::arguments();
-        arguments.erase(arguments.begin(), arguments.begin() + 2);
         return subcommand.run(arguments);
     }
     return reportError(QString::fromLocal8Bit(first),

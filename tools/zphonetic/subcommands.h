@@ -15,5 +15,9 @@ int runTrigger(const QStringList& arguments);
 // zphonetic show DECK: every slide with its shapes (each with the id that selects it), their
 // boxes, texts and formats.
 int runShow(const QStringList& arguments);
+// zphonetic readings TEXT [--json]
+int runReadings(const QStringList& arguments);
+// zphonetic apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...
+int runApply(const QStringList& arguments);
 // zphonetic onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]
 int runOneKey(const QStringList& arguments);

@@ -33,7 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(answer.find(u'a') == std::u16string::npos && answer.find(u'g') == std::u16string::npos);
 
     const ParsedAnswer parsed = parseAnswer(answer, reference);
-    const auto total = std::accumulate(parsed.lengths.begin(), parsed.lengths.end(), std::size_t{0});
+    const auto total =
+        std::accumulate(parsed.lengths.begin(), parsed.lengths.end(), std::size_t{0});
     check(total == parsed.joined.size());
     check(parsed.lengths.size() <= reference.size());
     if (parsed.status != AnswerStatus::Parsed) {

@@ -62,6 +62,9 @@ TAGGER_EXPORT int LoadPinYinLibrary(void* hostInterface) {
     return 0;
 }
 
+// The broken variant stands for an installation whose library lacks its dictionary entry
+// points, which the add-on deliberately does not guard against.
+#ifndef TAGGER_DOUBLE_BROKEN
 TAGGER_EXPORT int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
                                  const char16_t* secondRules) {
     record(u"OpenDictionary " + std::u16string(pinyinDic) + u'|' + std::u16string(firstRules) +
@@ -73,6 +76,7 @@ TAGGER_EXPORT int CloseDictionary() {
     record(u"CloseDictionary");
     return 0;
 }
+#endif
 
 TAGGER_EXPORT int GetPinyinObject(void** tagger) {
     if (!tagger) return -1;

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "minihost/nvo/taggerreadings.h"
+
+#include <QDir>
+#include <cstdio>
+#include <exception>
+#include <memory>
+
+#include "Tagger.h"
+#include "minihost/nvo/hostconfig.h"
+
+namespace minihost {
+namespace {
+
+using zphonetic::tagger::Dictionaries;
+using zphonetic::tagger::Tagger;
+
+// The dictionaries, opened once per function; a failure is reported once and remembered.
+struct EngineState {
+    std::unique_ptr<Tagger> tagger;
+    bool failed = false;
+
+    Tagger* open() {
+        if (tagger || failed) return tagger.get();
+        const QDir directory(minihost::directory(kDirDictionaries));
+        const auto path = [&](const char* name) {
+            return QDir::toNativeSeparators(directory.filePath(QLatin1String(name)))
+                .toLocal8Bit()
+                .toStdString();
+        };
+        try {
+            tagger = std::make_unique<Tagger>(std::make_shared<const Dictionaries>(
+                path("Pinyin.dic"), path("firrule.dic"), path("secrule.dic")));
+        } catch (const std::exception& error) {
+            failed = true;
+            // The dictionaries' own errors name the file and what is wrong with it.
+            std::fprintf(stderr, "zphonetic: %s\n", error.what());
+        }
+        return tagger.get();
+    }
+};
+
+}  // namespace
+
+ReadingFunction engineReadingFunction() {
+    auto state = std::make_shared<EngineState>();
+    return [state](const QString& text, QVector<HostReading>& readings) {
+        Tagger* tagger = state->open();
+        if (!tagger) return false;
+        const auto& syllables = tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),
+                                                 static_cast<std::size_t>(text.size()));
+        for (const auto* syllable : syllables)
+            readings.append({syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
+        return true;
+    };
+}
+
+}  // namespace minihost

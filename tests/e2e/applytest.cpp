@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+// zphonetic apply and readings, run as a user runs them: on decks the tests write with the real
+// writer, each layout with each bracket kind, the results re-read from the file and opened by
+// LibreOffice.
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "minihost/slxcore/deck.h"
+
+namespace {
+
+QString u(const char* text) { return QString::fromUtf8(text); }
+
+struct ProgramRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+class Apply : public testing::Test {
+protected:
+    // A one-slide deck with one text box holding `text`; its shape id in *id.
+    QString deckWith(const QString& name, const QString& text, int* id = nullptr) {
+        auto deck = minihost::Deck::create(1);
+        const int box = deck->addTextBox(1, text, QRectF(100, 100, 400, 60));
+        if (id)
+            *id = box;
+        const QString path = dir.filePath(name);
+        QString error;
+        EXPECT_TRUE(deck->save(path, &error)) << error.toStdString();
+        return path;
+    }
+
+    ProgramRun zphonetic(const QStringList& arguments) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("ZPHONETIC_HOME"), dir.filePath(QStringLiteral("home")));
+        environment.insert(QStringLiteral("ZPHONETIC_UI_LANGUAGE"), QStringLiteral("en_US"));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(ZPHONETIC_PROGRAM), arguments);
+        ProgramRun run;
+        if (!process.waitForFinished(120000))
+            return run;
+        run.exitCode = process.exitCode();
+        run.out = QString::fromUtf8(process.readAllStandardOutput());
+        run.err = QString::fromUtf8(process.readAllStandardError());
+        return run;
+    }
+
+    // The texts of slide 1's shapes, re-read from `path`.
+    QStringList texts(const QString& path) {
+        QString error;
+        auto deck = minihost::Deck::loadFile(path, &error);
+        EXPECT_TRUE(deck) << error.toStdString();
+        QStringList result;
+        if (deck)
+            for (const minihost::ShapeInfo& shape : deck->shapes(1))
+                result << shape.text;
+        return result;
+    }
+
+    QTemporaryDir dir;
+};
+
+struct Layout {
+    int style;
+    int bracket;
+    QStringList expected;  // slide 1's texts after applying to 你好
+};
+
+TEST_F(Apply, EveryLayoutWithEveryBracketKind) {
+    int id = 0;
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"), &id);
+    const char* open[] = {"", "（", "[", "", "/", "{"};
+    const char* close[] = {"", "）", "]", "", "/", "}"};
+    QStringList written;
+    for (int bracket = 1; bracket <= 5; ++bracket) {
+        const QString o = u(open[bracket]), c = u(close[bracket]);
+        const QString group = o + u("nǐ hǎo") + c;
+        const Layout layouts[] = {
+            {1, bracket, {u("你好") + group}},
+            {2, bracket, {u("你") + o + u("nǐ") + c + u("好") + o + u("hǎo") + c}},
+            {3, bracket, {u("你好"), group}},
+        };
+        for (const Layout& layout : layouts) {
+            const QString output = dir.filePath(QStringLiteral("out-%1-%2.pptx").arg(layout.style).arg(bracket));
+            const ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                                       QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id),
+                                       QStringLiteral("--style"), QString::number(layout.style),
+                                       QStringLiteral("--bracket"), QString::number(bracket)});
+            ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+            EXPECT_EQ(texts(output), layout.expected)
+                << "style " << layout.style << ", bracket " << bracket;
+            written << output;
+        }
+    }
+    EXPECT_EQ(texts(input), QStringList{u("你好")});  // the input is untouched
+
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    if (soffice.isEmpty())
+        GTEST_SKIP() << "soffice not found: LibreOffice check skipped";
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(soffice, QStringList{QStringLiteral("--headless"),
+                                       QStringLiteral("-env:UserInstallation=file://") + dir.filePath("profile"),
+                                       QStringLiteral("--convert-to"), QStringLiteral("pdf"),
+                                       QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
+                          written);
+    ASSERT_TRUE(process.waitForFinished(300000)) << "soffice did not finish";
+    EXPECT_EQ(process.exitCode(), 0) << process.readAll().toStdString();
+    for (const QString& deck : written)
+        EXPECT_GT(QFileInfo(dir.filePath("pdf/") + QFileInfo(deck).completeBaseName() + ".pdf").size(), 1000)
+            << "LibreOffice made no PDF of " << deck.toStdString();
+}
+
+TEST_F(Apply, PicksReplaceTheReadingsInContext) {
+    int id = 0;
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("都得"), &id);
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    const ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+                               QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("2"),
+                               QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id), QStringLiteral("--pick"),
+                               u("0=dū"), QStringLiteral("--pick"), u("1=děi")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(texts(output), QStringList{u("都得[dū děi]")});
+}
+
+TEST_F(Apply, ErrorsNameTheFileAndLeaveTheInputUntouched) {
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"));
+    QFile file(input);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray original = file.readAll();
+    file.close();
+
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    ProgramRun run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+                         QStringLiteral("1")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_EQ(run.err.trimmed().split('\n').constLast(),
+              "zphonetic: " + input + ": needs --style N and --bracket N");
+
+    run = zphonetic({QStringLiteral("apply"), dir.filePath("missing.pptx"), QStringLiteral("-o"), output,
+                     QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains("zphonetic: " + dir.filePath("missing.pptx") + ": ")) << run.err.toStdString();
+
+    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--select"),
+                     QStringLiteral("99"), QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"),
+                     QStringLiteral("1")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains("zphonetic: " + input + ": shapes 99 cannot be selected on slide 1"))
+        << run.err.toStdString();
+
+    run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+                     QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1"), QStringLiteral("--pick"),
+                     u("7=nǐ")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains("zphonetic: --pick: no character at index 7 (the dialog shows 2)"))
+        << run.err.toStdString();
+
+    EXPECT_FALSE(QFileInfo::exists(output));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), original);
+}
+
+TEST_F(Apply, ReadingsShowsWhatTheDialogShows) {
+    ProgramRun run = zphonetic({QStringLiteral("readings"), u("你A好")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(run.out, u("0\t你\tnǐ\tnǐ\n1\tA\t\t\n2\t好\thǎo\thǎo hào\n"));
+    run = zphonetic({QStringLiteral("readings"), u("你"), QStringLiteral("--json")});
+    ASSERT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.out.contains("\"callstatus\" : \"ok\"")) << run.out.toStdString();
+    run = zphonetic({QStringLiteral("readings"), QStringLiteral("abc")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains("zphonetic: abc: nothing to annotate")) << run.err.toStdString();
+}
+
+}  // namespace

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The engine over the project's own tagging library and dictionaries, loaded exactly as a host
+// loads them (directories 2 and 27, dlopen), and over the host's reading service backed by the
+// same tagging engine: both providers must agree.
+#include <gtest/gtest.h>
+
+#include <QStringList>
+#include <string>
+#include <vector>
+
+#include "engine/readings.h"
+#include "engine/taggerbinding.h"
+#include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/taggerreadings.h"
+#include "minihost/nvo/zcoreapplication_p.h"
+#include "nvo/readingservice.h"
+
+namespace {
+
+std::vector<std::string> utf8(const QStringList& list) {
+    std::vector<std::string> result;
+    for (const QString& item : list) result.push_back(item.toStdString());
+    return result;
+}
+
+using Readings = std::vector<std::string>;
+
+class RealTaggerTest : public ::testing::Test {
+protected:
+    RealTaggerTest() {
+        IUnknown* service = minihost::createReadingService(minihost::engineReadingFunction());
+        app.d_func()->registerService(SID_ZReadingService, service);
+        service->Release();
+    }
+
+    void SetUp() override {
+        minihost::resetFeatureStates();
+        minihost::setDirectory(minihost::kDirTaggingLibrary,
+                               QStringLiteral(ZPHONETIC_REAL_TAGGER_DIR));
+        minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral(ZPHONETIC_REAL_DICT_DIR));
+        ASSERT_TRUE(loadPinyinTagger(handle, &app));
+        ASSERT_NE(handle.library, nullptr);
+    }
+
+    void TearDown() override {
+        unloadPinyinTagger(handle);
+        EXPECT_EQ(app.d_func()->references, 0u);
+        minihost::resetFeatureStates();
+        minihost::resetDirectories();
+    }
+
+    QStringList readingsOf(const QString& text) {
+        QMap<QChar, QStringList> candidates;
+        QStringList readings;
+        tagAlternatives(&handle, text, candidates);
+        tagReadings(&handle, text, &candidates, readings);
+        return readings;
+    }
+
+    ZCoreApplication app;
+    PinyinTaggerHandle handle;
+};
+
+TEST_F(RealTaggerTest, ASentenceGetsOneReadingPerCharacter) {
+    EXPECT_EQ(utf8(readingsOf(QStringLiteral("我是中国人。"))),
+              (Readings{"wǒ", "shì", "zhōnɡ", "ɡuó", "rén", ""}));
+}
+
+TEST_F(RealTaggerTest, ALonePolyphonicCharacterHasSeveralCandidates) {
+    QMap<QChar, QStringList> candidates;
+    tagAlternatives(&handle, QStringLiteral("长"), candidates);
+    const QStringList alternatives = candidates.value(QChar(u'长'));
+    EXPECT_TRUE(alternatives.contains(QStringLiteral("chánɡ")));
+    EXPECT_TRUE(alternatives.contains(QStringLiteral("zhǎnɡ")));
+}
+
+TEST_F(RealTaggerTest, OneTwoAndOneTwoThree) {
+    EXPECT_EQ(utf8(readingsOf(QStringLiteral("一二"))), (Readings{"yī", "èr"}));
+    EXPECT_EQ(readingsOf(QStringLiteral("一二三")).size(), 3);
+}
+
+TEST_F(RealTaggerTest, TheHostServiceAgreesWithTheLibrary) {
+    const QString text = QStringLiteral("他长大了，银行在前面。");
+    const QStringList fromLibrary = readingsOf(text);
+    ASSERT_EQ(fromLibrary.size(), text.size());
+    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    QStringList fromService = readingsOf(text);
+    // Only the library path writes the single-storey letter forms.
+    for (QString& reading : fromService)
+        reading.replace(QLatin1Char('a'), QChar(0x0251)).replace(QLatin1Char('g'), QChar(0x0261));
+    EXPECT_EQ(utf8(fromService), utf8(fromLibrary));
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// The add-on's "PhoneticSymbol" dialog, opened without rendering its page and driven through its
+// bridge exactly as the page would drive it.
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+class AddonSession;
+namespace nvolite {
+class ZxCommonWebWidget;
+}
+
+class DialogBridge {
+public:
+    DialogBridge() = default;
+    ~DialogBridge() { finish(); }
+    DialogBridge(const DialogBridge&) = delete;
+    DialogBridge& operator=(const DialogBridge&) = delete;
+
+    // Triggers "PhoneticSymbol" in `session`. False with errorString() set when no dialog opened
+    // (the add-on's warning, when it showed one) or when it opened on its guide view (nothing
+    // selected, or no tagging library).
+    bool open(AddonSession& session);
+    QString errorString() const { return m_error; }
+
+    // Calls `method` with `arguments` (sent as the JSON object the page would send) and returns
+    // the result text. False with errorString() set when the bridge answered an error.
+    bool call(const QString& method, const QVariantMap& arguments, QString* result);
+
+    // Lets the window's queued close run, and closes it if it is still open.
+    void finish();
+
+private:
+    nvolite::ZxCommonWebWidget* m_window = nullptr;
+    QString m_error;
+};
