@@ -68,14 +68,15 @@ protected:
 
     QString path(const QString& name) const { return dir.filePath(name); }
 
-    // A two-slide deck: slide 1 with 2 text boxes (ids given back), slide 2 with one and a box
-    // without Chinese.
+    // A two-slide deck: slide 1 with 2 text boxes (ids given back); slide 2 with one, a box
+    // without Chinese (id 3) and an empty one (id 4).
     QString writeDeck() {
         auto deck = minihost::Deck::create(2);
         first = deck->addTextBox(1, QStringLiteral("我们学习汉语"), QRectF(40, 40, 500, 60));
         second = deck->addTextBox(1, QStringLiteral("中国"), QRectF(40, 140, 500, 60));
         deck->addTextBox(2, QStringLiteral("你好"), QRectF(40, 40, 500, 60));
         deck->addTextBox(2, QStringLiteral("Page 2"), QRectF(40, 140, 500, 60));
+        deck->addTextBox(2, QString(), QRectF(40, 240, 500, 60));
         QString error;
         EXPECT_TRUE(deck->save(path(QStringLiteral("in.pptx")), &error)) << error.toStdString();
         return path(QStringLiteral("in.pptx"));
@@ -222,6 +223,8 @@ TEST_F(OneKeyCommand, ErrorsNameWhatIsWrongAndTouchNothing) {
          QStringLiteral("--slide: \"0\" is not a slide number (1, 2, ...)")},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("9")},
          in + QStringLiteral(": slide 1 has no shape 9")},
+        {{in, o, out, QStringLiteral("--slide"), QStringLiteral("2"), QStringLiteral("--select"), QStringLiteral("4")},
+         in + QStringLiteral(": shape 4 on slide 2 holds no text")},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("%1:4+5").arg(first)},
          in + QStringLiteral(": shape %1 on slide 1 has 6 units of text: 4+5 is outside it").arg(first)},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("two")},
