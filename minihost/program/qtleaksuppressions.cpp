@@ -10,6 +10,11 @@ __attribute__((visibility("default"), used)) const char* __lsan_default_suppress
     return "leak:QGuiApplicationPrivate::createPlatformIntegration\n";
 }
 
+// Quiet about the suppressions it used: programs' standard error is part of what tests check.
+__attribute__((visibility("default"), used)) const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
+
 // Qt is built without frame pointers, so the fast unwinder stops one frame into Qt and the
 // suppression above would never see the function it names. The environment's ASAN_OPTIONS
 // still override this.

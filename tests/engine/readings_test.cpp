@@ -50,6 +50,14 @@ TEST_F(ReadingsTest, APolyphonicCharacterHasEveryCandidateButOneReadingInContext
     EXPECT_EQ(utf8(readings), (Readings{"zhǎnɡ", "dà"}));
 }
 
+TEST_F(ReadingsTest, ALoneChineseCharacterKeepsEveryCandidateInTheList) {
+    // As designed: the text reaching the tagger is one character, so its answer is split into
+    // candidates, and the list is longer than the text.
+    tagAlternatives(&handle, QStringLiteral("长"), candidates);
+    EXPECT_TRUE(tagReadings(&handle, QStringLiteral("长"), &candidates, readings));
+    EXPECT_EQ(utf8(readings), (Readings{"chánɡ", "zhǎnɡ"}));
+}
+
 TEST_F(ReadingsTest, U9FA5IsChineseButU9FA6AndExtensionAAreNot) {
     const QString text = QString::fromUtf16(u"\u9FA5\u9FA6\u3400");
     tagAlternatives(&handle, text, candidates);

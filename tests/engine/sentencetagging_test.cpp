@@ -1,8 +1,54 @@
 // SPDX-License-Identifier: MIT
 // tagText through the real dlopen binding and through the host's reading service.
+#include <cstring>
+
 #include "enginetest.h"
 
 namespace {
+
+// A reading service that answers every text with a fixed status and, optionally, a one-reading
+// record: for the provider's success rule (status exactly 0 and a record).
+class FixedStatusTagger final : public IZReadingTagger {
+public:
+    FixedStatusTagger(HRESULT status, bool withRecord)
+        : m_status(status), m_withRecord(withRecord) {}
+    HRESULT QueryInterface(REFIID iid, void** out) override {
+        *out = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IZReadingTagger) return E_NOINTERFACE;
+        *out = this;
+        AddRef();
+        return S_OK;
+    }
+    std::uint32_t AddRef() override { return ++references; }
+    std::uint32_t Release() override { return --references; }
+    HRESULT TagText(const char16_t*, std::int32_t, std::uint32_t,
+                    ZReadingRecord** record) override {
+        *record = nullptr;
+        if (m_withRecord) {
+            // One block, as the interface promises: header, then "zhōng", then the two arrays.
+            auto* bytes =
+                static_cast<unsigned char*>(_XCoTaskMemAlloc(sizeof(ZReadingRecord) + 16 + 8));
+            auto* answer = reinterpret_cast<ZReadingRecord*>(bytes);
+            answer->output = reinterpret_cast<char16_t*>(bytes + sizeof(ZReadingRecord));
+            std::memcpy(answer->output, u"zh\u014Dng", 6 * sizeof(char16_t));
+            answer->outputLength = 5;
+            answer->reserved = nullptr;
+            answer->itemCount = 1;
+            answer->itemValues =
+                reinterpret_cast<std::uint32_t*>(bytes + sizeof(ZReadingRecord) + 16);
+            answer->itemValues[0] = 1;
+            answer->itemLengths = reinterpret_cast<std::int32_t*>(answer->itemValues + 1);
+            answer->itemLengths[0] = 5;
+            *record = answer;
+        }
+        return m_status;
+    }
+    int references = 0;
+
+private:
+    HRESULT m_status;
+    bool m_withRecord;
+};
 
 using Journal = std::vector<std::string>;
 using Readings = std::vector<std::string>;
@@ -265,6 +311,23 @@ TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
     EXPECT_EQ(plain.references, 0);
     EXPECT_FALSE(tag(QStringLiteral("中国")));
     EXPECT_TRUE(tagger.journal().empty());
+}
+
+TEST_F(SentenceTaggingTest, OnlyStatusZeroWithARecordIsAnAnswer) {
+    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    FixedStatusTagger succeeds(S_OK, true);
+    app.d_func()->registerService(SID_ZReadingService, &succeeds);
+    EXPECT_EQ(utf8(tag(QStringLiteral("中")).value_or(QStringList())), (Readings{"zhōng"}));
+    // S_FALSE is not a failure to the object model, but it is no answer here; the record it
+    // came with is freed all the same (the leak checker sees to that).
+    FixedStatusTagger notExactlyZero(S_FALSE, true);
+    app.d_func()->registerService(SID_ZReadingService, &notExactlyZero);
+    EXPECT_FALSE(tag(QStringLiteral("中")));
+    FixedStatusTagger noRecord(S_OK, false);
+    app.d_func()->registerService(SID_ZReadingService, &noRecord);
+    EXPECT_FALSE(tag(QStringLiteral("中")));
+    app.d_func()->unregisterService(SID_ZReadingService);
+    EXPECT_EQ(succeeds.references + notExactlyZero.references + noRecord.references, 0);
 }
 
 TEST_F(SentenceTaggingTest, FeatureOffWithoutACoreApplicationGivesNoBlock) {

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <map>
+#include <set>
 #include <string>
 
 #include "nvo/readingservice.h"
@@ -16,7 +17,7 @@ namespace {
 struct Script {
     std::map<char16_t, std::u16string> readings;
     std::map<std::u16string, std::u16string> answers;
-    std::map<std::u16string, bool> nullAnswers;
+    std::set<std::u16string> nullAnswers;  // texts answered with a null buffer
     bool nullObject = false;
     std::u16string journal;
     int liveObjects = 0;
@@ -128,7 +129,7 @@ TAGGER_EXPORT void TaggerDouble_SetReading(char16_t character, const char16_t* r
 TAGGER_EXPORT void TaggerDouble_SetAnswer(const char16_t* text, const char16_t* answer,
                                           std::int32_t length) {
     if (!answer) {
-        script().nullAnswers[text] = true;
+        script().nullAnswers.insert(text);
         return;
     }
     script().answers[text] = std::u16string(answer, static_cast<std::size_t>(length));
