@@ -27,6 +27,8 @@ missing=()
 command -v node >/dev/null || missing+=(nodejs)
 command -v npm >/dev/null || missing+=(npm)
 for p in "${packages[@]}"; do
+    # A nodejs that bundles its own npm (as some vendors' packages do) conflicts with Debian's npm.
+    [ "$p" = npm ] && command -v npm >/dev/null && continue
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done
 if [ ${#missing[@]} -gt 0 ]; then

@@ -20,8 +20,12 @@
 
 namespace {
 
-const QString kWarning = QStringLiteral("please select one character at least");
-const QString kStepName = QStringLiteral("set phonetic symbol");
+// The two texts as the add-on shows them: through its translation, which the host installs while
+// an entry object lives (the user's language decides which one).
+QString warning() {
+    return QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least");
+}
+QString stepName() { return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol"); }
 
 class OneKey : public RibbonFixture {
 protected:
@@ -128,7 +132,7 @@ TEST_F(OneKey, TextSelectedInOneBoxGivesOneBoxOfTheRunsReadingsSelectedAfterward
     // The text path reads no frame, so every frame call here is the command's own.
     EXPECT_EQ(callsOf(kWritingCalls + QStringList{QStringLiteral("Shape.get_TextFrame"),
                                                   QStringLiteral("TextFrame.get_TextRange")}),
-              QStringList({QStringLiteral("Transaction.start(\"set phonetic symbol\")"),
+              QStringList({QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
                            QStringLiteral("Shapes.AddTextbox(1, 400, 250, 84, 700)"),
                            QStringLiteral("Shape.get_TextFrame"),
                            QStringLiteral("TextFrame.get_TextRange"),
@@ -137,8 +141,8 @@ TEST_F(OneKey, TextSelectedInOneBoxGivesOneBoxOfTheRunsReadingsSelectedAfterward
                            QStringLiteral("TextFrame.get_TextRange"),
                            QStringLiteral("TextFrame.put_AutoSize(1)"),
                            QStringLiteral("Shape.Select(-1)"),
-                           QStringLiteral("Transaction.commit(\"set phonetic symbol\")")}));
-    EXPECT_EQ(deck->undoSteps(), QStringList{kStepName});
+                           QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
+    EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});
     EXPECT_TRUE(messages().isEmpty());
     ASSERT_EQ(events().size(), 1);
     EXPECT_EQ(events()[0].name, QStringLiteral("nvo_phoneticsymbol_home"));
@@ -168,7 +172,7 @@ TEST_F(OneKey, ThreeShapesGiveThreeStackedBoxesAllSelectedAndOneUndoRemovesThem)
                            QStringLiteral("Shape.Select(-1)"), QStringLiteral("Shape.Select(0)"),
                            QStringLiteral("Shape.Select(0)")}));
     EXPECT_EQ(deck->selectedShapes(), (QList<int>{made[0].id, made[1].id, made[2].id}));
-    EXPECT_EQ(deck->undoSteps(), QStringList{kStepName});
+    EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});
 
     ASSERT_TRUE(deck->undo());
     EXPECT_EQ(deck->shapes(1).size(), 3);
@@ -185,12 +189,12 @@ TEST_F(OneKey, AnOpenHostTransactionIsRenamedAndNeitherStartedNorCommitted) {
 
     EXPECT_TRUE(callsOf({QStringLiteral("Transaction.")}).isEmpty()) << deck->journal().join(u'\n').toStdString();
     ASSERT_TRUE(ZFormatStaticTransGuard::instance()->isActive());
-    EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), kStepName);
+    EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), stepName());
     EXPECT_EQ(newShapes(1).size(), 1);
     EXPECT_TRUE(deck->undoSteps().isEmpty());  // still open: the host closes it
 
     ASSERT_TRUE(minihost::commitHostTransaction());
-    EXPECT_EQ(deck->undoSteps(), QStringList{kStepName});
+    EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});
     ASSERT_TRUE(deck->undo());
     EXPECT_EQ(deck->shapes(1).size(), 1);
 }
@@ -202,11 +206,11 @@ TEST_F(OneKey, NonChineseTextWarnsAfterAnEmptyCommit) {
 
     EXPECT_EQ(newShapes(1).size(), 0);
     EXPECT_EQ(callsOf(kWritingCalls),
-              QStringList({QStringLiteral("Transaction.start(\"set phonetic symbol\")"),
-                           QStringLiteral("Transaction.commit(\"set phonetic symbol\")")}));
+              QStringList({QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
+                           QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
     EXPECT_TRUE(deck->undoSteps().isEmpty());  // nothing changed, nothing to undo
     ASSERT_EQ(messages().size(), 1);
-    EXPECT_EQ(messages()[0].text, kWarning);
+    EXPECT_EQ(messages()[0].text, warning());
     EXPECT_EQ(messages()[0].flags, 48u);
     EXPECT_EQ(events().size(), 1);
 }
@@ -222,15 +226,15 @@ TEST_F(OneKey, WhenTheLastBoxFailsTheWarningFollowsTheCommitAndEarlierBoxesStay)
     ASSERT_EQ(newShapes(2).size(), 1);
     EXPECT_EQ(newShapes(2)[0].text, QStringLiteral("nǐ hǎo"));
     EXPECT_EQ(callsOf(kWritingCalls),
-              QStringList({QStringLiteral("Transaction.start(\"set phonetic symbol\")"),
+              QStringList({QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
                            QStringLiteral("Shapes.AddTextbox(1, 400, 250, 84, 700)"),
                            QStringLiteral("TextRange.put_Text(\"nǐ hǎo\")"),
                            QStringLiteral("TextFrame.put_AutoSize(1)"), QStringLiteral("Shape.Select(-1)"),
-                           QStringLiteral("Transaction.commit(\"set phonetic symbol\")")}));
-    EXPECT_EQ(deck->undoSteps(), QStringList{kStepName});  // committed, not rolled back
+                           QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
+    EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});  // committed, not rolled back
     EXPECT_EQ(deck->selectedShapes(), QList<int>{newShapes(2)[0].id});
     ASSERT_EQ(messages().size(), 1);
-    EXPECT_EQ(messages()[0].text, kWarning);
+    EXPECT_EQ(messages()[0].text, warning());
     EXPECT_EQ(messages()[0].flags, 48u);
     core()->d_func()->setActiveView(deck->view());
 }
@@ -263,7 +267,7 @@ TEST_F(OneKey, NothingSelectedWarnsWithoutOpeningATransaction) {
     oneKey();
 
     ASSERT_EQ(messages().size(), 1);
-    EXPECT_EQ(messages()[0].text, kWarning);
+    EXPECT_EQ(messages()[0].text, warning());
     EXPECT_EQ(messages()[0].flags, 0x30u);
     EXPECT_TRUE(callsOf({QStringLiteral("Transaction.")}).isEmpty());
     EXPECT_EQ(deck->shapes(1).size(), 1);

@@ -69,9 +69,11 @@ bool parseSelection(const QString& spec, Selection* selection) {
     if (match.hasMatch()) {
         int id = 0;
         selection->textRun = true;
-        return parseNumber(match.captured(1), &id) && (selection->shapes = {id}, true) &&
-               parseNumber(match.captured(2), &selection->start) &&
-               parseNumber(match.captured(3), &selection->length);
+        if (!parseNumber(match.captured(1), &id) || !parseNumber(match.captured(2), &selection->start) ||
+            !parseNumber(match.captured(3), &selection->length))
+            return false;
+        selection->shapes = {id};
+        return true;
     }
     if (!shapes.match(spec).hasMatch()) return false;
     for (const QString& part : spec.split(QLatin1Char(','))) {
@@ -145,7 +147,8 @@ QString select(minihost::Deck& deck, const QString& spec) {
         auto found = std::find_if(shapes.cbegin(), shapes.cend(),
                                   [id](const minihost::ShapeInfo& shape) { return shape.id == id; });
         if (found == shapes.cend()) return QStringLiteral("slide %1 has no shape %2").arg(slide).arg(id);
-        if (!found->hasTextFrame) return QStringLiteral("shape %1 on slide %2 holds no text").arg(id).arg(slide);
+        if (!found->hasTextFrame || (!selection.textRun && found->text.isEmpty()))
+            return QStringLiteral("shape %1 on slide %2 holds no text").arg(id).arg(slide);
         if (selection.textRun && selection.start + qint64(selection.length) > found->text.size())
             return QStringLiteral("shape %1 on slide %2 has %3 units of text: %4+%5 is outside it")
                 .arg(id).arg(slide).arg(found->text.size()).arg(selection.start).arg(selection.length);
