@@ -60,17 +60,22 @@ void readSelectedTexts(IZApplication* coreApp, QStringList& out) {
     if (FAILED(selection->get_ShapeRange(shapes.put())) || !shapes ||
         FAILED(shapes->get_Count(&count)))
         return;
-    // A shape whose text cannot be had (a picture has no frame) is skipped like an empty one.
+    // An empty shape is skipped; a call that fails (a picture has no text frame) ends the walk,
+    // and what was read so far stands.
     for (std::int32_t i = 1; i <= count; ++i) {
         ComPtr<Shape> shape;
         ComPtr<TextFrame> frame;
         ComPtr<TextRange> whole;
+        std::int32_t length = 0;
         if (FAILED(itemAt(shapes.get(), i, shape.put())) || !shape ||
             FAILED(shape->get_TextFrame(frame.put())) || !frame ||
-            FAILED(frame->get_TextRange(whole.put())) || !whole || lengthOf(whole.get()) < 1)
-            continue;
+            FAILED(frame->get_TextRange(whole.put())) || !whole ||
+            FAILED(whole->get_Length(&length)))
+            return;
+        if (length < 1) continue;
         BstrHolder text;
-        if (SUCCEEDED(whole->get_Text(text.put()))) out << text.toQString();
+        if (FAILED(whole->get_Text(text.put()))) return;
+        out << text.toQString();
     }
 }
 

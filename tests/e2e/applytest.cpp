@@ -91,7 +91,7 @@ TEST_F(Apply, EveryLayoutWithEveryBracketKind) {
                 dir.filePath(QStringLiteral("out-%1-%2.pptx").arg(layout.style).arg(bracket));
             const ProgramRun run =
                 zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
-                           QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id),
+                           QStringLiteral("--select"), QStringLiteral("%1:0+2").arg(id),
                            QStringLiteral("--style"), QString::number(layout.style),
                            QStringLiteral("--bracket"), QString::number(bracket)});
             ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
@@ -129,7 +129,7 @@ TEST_F(Apply, PicksReplaceTheReadingsInContext) {
     const ProgramRun run = zphonetic(
         {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
          QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("2"),
-         QStringLiteral("--select"), QStringLiteral("%1:0:2").arg(id), QStringLiteral("--pick"),
+         QStringLiteral("--select"), QStringLiteral("%1:0+2").arg(id), QStringLiteral("--pick"),
          u("0=dū"), QStringLiteral("--pick"), u("1=děi")});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(texts(output), QStringList{u("都得[dū děi]")});
@@ -161,7 +161,7 @@ TEST_F(Apply, ErrorsNameTheFileAndLeaveTheInputUntouched) {
                      QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1")});
     EXPECT_NE(run.exitCode, 0);
     EXPECT_TRUE(
-        run.err.contains("zphonetic: " + input + ": shapes 99 cannot be selected on slide 1"))
+        run.err.contains("zphonetic: " + input + ": slide 1 has no shape 99"))
         << run.err.toStdString();
 
     run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,

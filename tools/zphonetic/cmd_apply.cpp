@@ -15,6 +15,7 @@
 #include "minihost/nvo/zcoreapplication_p.h"
 #include "minihost/slxcore/deck.h"
 #include "nvo/zapplication.h"
+#include "deckselection.h"
 #include "subcommands.h"
 
 namespace {
@@ -26,63 +27,19 @@ void printHelp() {
         "Selects text on a slide of DECK (default: slide 1, every shape with text, or the whole\n"
         "text of the only one), runs the pinyin dialog's command and confirms it as its page\n"
         "would, then writes the deck to OUT.\n"
-        "  --select SPEC     shapes \"ID[,ID...]\" (ids as 'zphonetic show' lists them), or a run\n"
-        "                    of text \"ID:START:LENGTH\" (UTF-16 units, from 0)\n"
+        "  --slide N         the slide to work on (from 1; default 1)\n"
+        "%s"
         "  --style N         1 readings after the text, 2 after each character, 3 own text box\n"
         "  --bracket N       1 （）, 2 [], 3 none and bold, 4 //, 5 {}\n"
         "  --pick I=READING  the reading of the character at index I instead of the one in "
-        "context\n");
+        "context\n",
+        kSelectHelp);
 }
 
 bool toInt(const QString& text, int* value) {
     bool ok = false;
     *value = text.toInt(&ok);
     return ok;
-}
-
-// Makes the selection SPEC on the deck's current slide; an error text, or empty on success.
-QString select(minihost::Deck& deck, const QString& spec) {
-    if (spec.isEmpty()) {
-        QList<int> withText;
-        for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide()))
-            if (shape.hasTextFrame && !shape.text.isEmpty()) withText << shape.id;
-        if (withText.isEmpty())
-            return QStringLiteral("slide %1 has no shape with text").arg(deck.currentSlide());
-        // The add-on reads one selected shape only through a text selection in it: a lone shape
-        // gets its whole text selected instead.
-        if (withText.size() == 1)
-            return deck.selectText(withText.first(), 0,
-                                   deck.text(deck.currentSlide(), withText.first()).size())
-                       ? QString()
-                       : QStringLiteral("the text of shape %1 cannot be selected")
-                             .arg(withText.first());
-        return deck.selectShapes(withText)
-                   ? QString()
-                   : QStringLiteral("the shapes with text cannot be selected");
-    }
-    const QStringList run = spec.split(QLatin1Char(':'));
-    if (run.size() == 3) {
-        int id = 0, start = 0, length = 0;
-        if (!toInt(run[0], &id) || !toInt(run[1], &start) || !toInt(run[2], &length))
-            return QStringLiteral("\"%1\" is not ID:START:LENGTH").arg(spec);
-        return deck.selectText(id, start, length) ? QString()
-                                                  : QStringLiteral("no text run %1 on slide %2")
-                                                        .arg(spec)
-                                                        .arg(deck.currentSlide());
-    }
-    QList<int> ids;
-    for (const QString& part : spec.split(QLatin1Char(','))) {
-        int id = 0;
-        if (!toInt(part, &id)) return QStringLiteral("\"%1\" is not a list of shape ids").arg(spec);
-        ids << id;
-    }
-    return deck.selectShapes(ids)
-               ? QString()
-               : QStringLiteral(
-                     "shapes %1 cannot be selected on slide %2 (unknown, or without "
-                     "text)")
-                     .arg(spec)
-                     .arg(deck.currentSlide());
 }
 
 }  // namespace
@@ -149,7 +106,7 @@ int runApply(const QStringList& arguments) {
         return reportError(
             input,
             QStringLiteral("no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
-    error = select(*deck, spec);
+    error = selectOnDeck(*deck, spec, DefaultSelection::TextOfALoneShape);
     if (!error.isEmpty()) return reportError(input, error);
 
     auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());

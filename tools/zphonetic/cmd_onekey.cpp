@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "addonsession.h"
+#include "deckselection.h"
 #include "minihost/nvo/ribbon_p.h"
 #include "minihost/nvo/zcoreapplication_p.h"
 #include "minihost/nvo/zxapplication_p.h"
@@ -28,16 +29,12 @@ void printHelp() {
         "writes the deck to OUT. DECK itself is never changed; OUT must be another file.\n\n"
         "  -o, --output OUT  where to write the deck (written whole, then renamed into place)\n"
         "  --slide N         the slide to work on (from 1; default 1)\n"
-        "  --select SPEC     what to select on that slide (default: every shape with text):\n"
-        "                      3,5,7    the whole shapes 3, 5 and 7, by the ids that\n"
-        "                               'zphonetic show' lists\n"
-        "                      3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2\n"
-        "                               (counted from 0); 3:2+0 is a bare cursor, which makes\n"
-        "                               the add-on take the shape's whole text\n"
+        "%s"
         "  --all-slides      run the command on every slide, each time with every shape with\n"
         "                    text selected; a progress bar on a terminal\n\n"
         "Prints each new text box (slide, shape id, text). When the add-on finds nothing to\n"
-        "annotate it shows its warning, and the deck is written all the same.\n");
+        "annotate it shows its warning, and the deck is written all the same.\n",
+        kSelectHelp);
 }
 
 struct Options {
@@ -48,40 +45,10 @@ struct Options {
     bool allSlides = false;
 };
 
-// The run of text "ID:START+LENGTH", or the whole shapes "ID[,ID...]".
-struct Selection {
-    QList<int> shapes;
-    bool textRun = false;
-    int start = 0;
-    int length = 0;
-};
-
 bool parseNumber(const QString& text, int* value) {
     bool ok = false;
     *value = text.toInt(&ok);
     return ok;
-}
-
-bool parseSelection(const QString& spec, Selection* selection) {
-    static const QRegularExpression run(QStringLiteral("^(\\d+):(\\d+)\\+(\\d+)$"));
-    static const QRegularExpression shapes(QStringLiteral("^\\d+(,\\d+)*$"));
-    const QRegularExpressionMatch match = run.match(spec);
-    if (match.hasMatch()) {
-        int id = 0;
-        selection->textRun = true;
-        if (!parseNumber(match.captured(1), &id) || !parseNumber(match.captured(2), &selection->start) ||
-            !parseNumber(match.captured(3), &selection->length))
-            return false;
-        selection->shapes = {id};
-        return true;
-    }
-    if (!shapes.match(spec).hasMatch()) return false;
-    for (const QString& part : spec.split(QLatin1Char(','))) {
-        int id = 0;
-        if (!parseNumber(part, &id)) return false;
-        selection->shapes << id;
-    }
-    return true;
 }
 
 // Returns 0, or the exit status of the error it reported.
@@ -123,41 +90,6 @@ bool sameFile(const QString& a, const QString& b) {
     const QFileInfo second(b);
     if (first.exists() && second.exists()) return first.canonicalFilePath() == second.canonicalFilePath();
     return first.absoluteFilePath() == second.absoluteFilePath();
-}
-
-// Selects on the deck's current slide what `spec` names; an empty `spec` selects every shape
-// with text. Returns an empty string, or what is wrong with `spec` on this slide.
-QString select(minihost::Deck& deck, const QString& spec) {
-    const int slide = deck.currentSlide();
-    const QList<minihost::ShapeInfo> shapes = deck.shapes(slide);
-    if (spec.isEmpty()) {
-        QList<int> withText;
-        for (const minihost::ShapeInfo& shape : shapes)
-            if (shape.hasTextFrame && !shape.text.isEmpty()) withText << shape.id;
-        if (withText.isEmpty())
-            deck.clearSelection();
-        else
-            deck.selectShapes(withText);
-        return {};
-    }
-    Selection selection;
-    if (!parseSelection(spec, &selection))
-        return QStringLiteral("--select \"%1\" is neither shape ids (3,5) nor a run of text (3:2+4)").arg(spec);
-    for (int id : selection.shapes) {
-        auto found = std::find_if(shapes.cbegin(), shapes.cend(),
-                                  [id](const minihost::ShapeInfo& shape) { return shape.id == id; });
-        if (found == shapes.cend()) return QStringLiteral("slide %1 has no shape %2").arg(slide).arg(id);
-        if (!found->hasTextFrame || (!selection.textRun && found->text.isEmpty()))
-            return QStringLiteral("shape %1 on slide %2 holds no text").arg(id).arg(slide);
-        if (selection.textRun && selection.start + qint64(selection.length) > found->text.size())
-            return QStringLiteral("shape %1 on slide %2 has %3 units of text: %4+%5 is outside it")
-                .arg(id).arg(slide).arg(found->text.size()).arg(selection.start).arg(selection.length);
-    }
-    const bool selected = selection.textRun
-                              ? deck.selectText(selection.shapes.first(), selection.start, selection.length)
-                              : deck.selectShapes(selection.shapes);
-    if (!selected) return QStringLiteral("the shapes %1 on slide %2 cannot be selected").arg(spec).arg(slide);
-    return {};
 }
 
 // Draws "[#####     ] 12/200 slides" over itself on a terminal.
@@ -236,7 +168,7 @@ int runCommands(minihost::Deck& deck, const Options& options, int slide) {
             // A slide without text is left alone: selecting nothing would only make it warn.
             if (!slideHasText(deck, current)) continue;
             deck.setCurrentSlide(current);
-            select(deck, {});
+            selectOnDeck(deck, {}, DefaultSelection::ShapesWithText);
             if (!run.runOnCurrentSlide())
                 return reportError(QStringLiteral("add-on"), QStringLiteral("the entry object has no trigger method"));
         }
@@ -247,7 +179,7 @@ int runCommands(minihost::Deck& deck, const Options& options, int slide) {
         }
     } else {
         deck.setCurrentSlide(slide);
-        const QString wrong = select(deck, options.select);
+        const QString wrong = selectOnDeck(deck, options.select, DefaultSelection::ShapesWithText);
         if (!wrong.isEmpty()) return reportError(options.deck, wrong);
         if (!run.runOnCurrentSlide())
             return reportError(QStringLiteral("add-on"), QStringLiteral("the entry object has no trigger method"));
