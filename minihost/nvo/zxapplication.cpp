@@ -87,7 +87,11 @@ ZxApplication::ZxApplication(int& argc, char** argv)
     : QApplication(beforeApplication(argc), argv),
       d(std::make_unique<ZxApplicationPrivate>(isHeadlessPlatform(platformName()))) {}
 
-ZxApplication::~ZxApplication() = default;
+ZxApplication::~ZxApplication() {
+    // Windows closed last (a dialog deletes itself later) go now, while the web profiles and the
+    // rest of the application they use still exist.
+    sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 ZMainWindow* ZxApplication::currentMainWindow() const {
     return d->mainWindow.data();
