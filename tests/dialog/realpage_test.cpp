@@ -74,6 +74,36 @@ TEST_F(RealPage, ConfirmingWritesThePagesChoiceAsOneUndoStep) {
     model()->bracketType = -1;
 }
 
+TEST_F(RealPage, PickedReadingsAndLayoutAreWhatIsWritten) {
+    const int box = selectBox(QString::fromUtf8("都得"));
+    ZPhoneticSymbolWebWindow* window = openDialog();
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(minihost::waitForPageAttribute(window, "data-rendered", "pinyin", kTimeout));
+    bool ok = false;
+    // As a user would: the other reading of each polyphone, readings after the text, square
+    // brackets, then OK.
+    minihost::runPageScript(window, QString::fromUtf8(R"js(
+        function pick(index, reading) {
+            var choice = document.querySelector('select.reading-choice[data-index="' + index + '"]');
+            choice.value = reading;
+            choice.dispatchEvent(new Event('change', {bubbles: true}));
+        }
+        pick(0, 'dū');
+        pick(1, 'děi');
+        document.querySelector('.layouts input[value="1"]').click();
+        document.querySelector('.brackets input[value="2"]').click();
+        document.querySelector('button.confirm').click();
+    )js"), kTimeout, &ok);
+    ASSERT_TRUE(ok);
+    ASSERT_TRUE(waitForClose());
+    EXPECT_EQ(deck->text(1, box), QString::fromUtf8("都得[dū děi]"));
+    EXPECT_EQ(model()->styleType, 1);
+    EXPECT_EQ(model()->bracketType, 2);
+    EXPECT_EQ(deck->undoSteps(), QStringList{"set phonetic symbol"});
+    model()->styleType = -1;
+    model()->bracketType = -1;
+}
+
 TEST_F(RealPage, EscapeClosesWithoutWriting) {
     const int box = selectBox(QString::fromUtf8("你好"));
     ZPhoneticSymbolWebWindow* window = openDialog();
