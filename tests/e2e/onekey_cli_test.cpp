@@ -202,7 +202,7 @@ TEST_F(OneKeyCommand, TextWithoutChineseGetsTheWarningAndTheDeckIsWrittenAsItWas
 TEST_F(OneKeyCommand, HelpDocumentsTheSelectionSyntax) {
     const Outcome run = zphonetic({QStringLiteral("--help")});
     EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.out.startsWith(QStringLiteral("Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SPEC]\n")));
+    EXPECT_TRUE(run.out.startsWith(QStringLiteral("Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION]\n")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("3,5,7    the whole shapes 3, 5 and 7")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("--all-slides")));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// zphonetic apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N
+// zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N
 // [--pick INDEX=READING]...: the dialog's round trip on a deck. The deck's selection is made, the
 // real add-on runs "PhoneticSymbol", and the program then acts as the dialog's page through the
 // bridge: it asks for the readings, applies the picks, confirms with the layout and brackets,
@@ -22,7 +22,7 @@ namespace {
 
 void printHelp() {
     std::printf(
-        "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N\n"
+        "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N\n"
         "                       [--pick INDEX=READING]...\n\n"
         "Selects text on a slide of DECK (default: slide 1, every shape with text, or the whole\n"
         "text of the only one), runs the pinyin dialog's command and confirms it as its page\n"
@@ -45,7 +45,7 @@ bool toInt(const QString& text, int* value) {
 }  // namespace
 
 int runApply(const QStringList& arguments) {
-    QString input, output, spec;
+    QString input, output, wanted;
     int slide = 1, style = 0, bracket = 0;
     bool haveStyle = false, haveBracket = false;
     QMap<int, QString> picks;
@@ -68,7 +68,7 @@ int runApply(const QStringList& arguments) {
                 return reportError(
                     argument, QStringLiteral("\"%1\" is not a slide number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--select")) {
-            spec = arguments.at(++i);
+            wanted = arguments.at(++i);
         } else if (argument == QLatin1String("--style")) {
             haveStyle = toInt(arguments.at(++i), &style);
             if (!haveStyle)
@@ -106,7 +106,7 @@ int runApply(const QStringList& arguments) {
         return reportError(
             input,
             QStringLiteral("no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
-    error = selectOnDeck(*deck, spec, DefaultSelection::TextOfALoneShape);
+    error = selectOnDeck(*deck, wanted, DefaultSelection::TextOfALoneShape);
     if (!error.isEmpty()) return reportError(input, error);
 
     auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());

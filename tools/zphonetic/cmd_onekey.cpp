@@ -22,7 +22,7 @@ namespace {
 
 void printHelp() {
     std::printf(
-        "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SPEC]\n"
+        "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION]\n"
         "       zphonetic onekey DECK -o OUT --all-slides\n\n"
         "Opens DECK, selects text on a slide as a user would, runs the add-on's \"PhoneticOneKey\"\n"
         "command (one new text box with the pinyin of each selected text, at 400, 250 pt) and\n"

@@ -8,7 +8,8 @@
 #include "minihost/slxcore/deck.h"
 
 const char kSelectHelp[] =
-    "  --select SPEC     what to select on that slide (default: every shape with text):\n"
+    "  --select SELECTION\n"
+    "                    what to select on that slide (default: every shape with text):\n"
     "                      3,5,7    the whole shapes 3, 5 and 7, by the ids that\n"
     "                               'zphonetic show' lists\n"
     "                      3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2\n"
@@ -24,10 +25,10 @@ struct Selection {
     int length = 0;
 };
 
-bool parseSelection(const QString& spec, Selection* selection) {
+bool parseSelection(const QString& wanted, Selection* selection) {
     static const QRegularExpression run(QStringLiteral("^(\\d{1,9}):(\\d{1,9})\\+(\\d{1,9})$"));
     static const QRegularExpression shapes(QStringLiteral("^\\d{1,9}(,\\d{1,9})*$"));
-    const QRegularExpressionMatch match = run.match(spec);
+    const QRegularExpressionMatch match = run.match(wanted);
     if (match.hasMatch()) {
         selection->textRun = true;
         selection->shapes = {match.captured(1).toInt()};
@@ -35,8 +36,8 @@ bool parseSelection(const QString& spec, Selection* selection) {
         selection->length = match.captured(3).toInt();
         return true;
     }
-    if (!shapes.match(spec).hasMatch()) return false;
-    for (const QString& part : spec.split(QLatin1Char(','))) selection->shapes << part.toInt();
+    if (!shapes.match(wanted).hasMatch()) return false;
+    for (const QString& part : wanted.split(QLatin1Char(','))) selection->shapes << part.toInt();
     return true;
 }
 
@@ -62,13 +63,13 @@ QString selectDefault(minihost::Deck& deck, DefaultSelection fallback) {
 
 }  // namespace
 
-QString selectOnDeck(minihost::Deck& deck, const QString& spec, DefaultSelection fallback) {
-    if (spec.isEmpty()) return selectDefault(deck, fallback);
+QString selectOnDeck(minihost::Deck& deck, const QString& wanted, DefaultSelection fallback) {
+    if (wanted.isEmpty()) return selectDefault(deck, fallback);
     const int slide = deck.currentSlide();
     const QList<minihost::ShapeInfo> shapes = deck.shapes(slide);
     Selection selection;
-    if (!parseSelection(spec, &selection))
-        return QStringLiteral("--select \"%1\" is neither shape ids (3,5) nor a run of text (3:2+4)").arg(spec);
+    if (!parseSelection(wanted, &selection))
+        return QStringLiteral("--select \"%1\" is neither shape ids (3,5) nor a run of text (3:2+4)").arg(wanted);
     for (int id : selection.shapes) {
         auto found = std::find_if(shapes.cbegin(), shapes.cend(),
                                   [id](const minihost::ShapeInfo& shape) { return shape.id == id; });
@@ -82,6 +83,6 @@ QString selectOnDeck(minihost::Deck& deck, const QString& spec, DefaultSelection
     const bool selected = selection.textRun
                               ? deck.selectText(selection.shapes.first(), selection.start, selection.length)
                               : deck.selectShapes(selection.shapes);
-    if (!selected) return QStringLiteral("the shapes %1 on slide %2 cannot be selected").arg(spec).arg(slide);
+    if (!selected) return QStringLiteral("the shapes %1 on slide %2 cannot be selected").arg(wanted).arg(slide);
     return {};
 }

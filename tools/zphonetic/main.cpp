@@ -32,10 +32,10 @@ const Subcommand kSubcommands[] = {
     {"readings", "readings TEXT [--json]",
      "what the pinyin dialog shows for TEXT: each character, its reading in context, its readings",
      runReadings},
-    {"apply", "apply DECK -o OUT [--slide N] [--select SPEC] --style N --bracket N [--pick I=READING]...",
+    {"apply", "apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick I=READING]...",
      "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
      runApply},
-    {"onekey", "onekey DECK -o OUT [--slide N] [--select SPEC] [--all-slides]",
+    {"onekey", "onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides]",
      "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
      runOneKey},
 };
