@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // zphonetic: runs the pinyin add-on from the command line, loaded exactly as a host loads it.
+#include <QDir>
+#include <QFile>
 #include <QStringList>
+#include <unistd.h>
 #include <cstdio>
 #include <cstring>
 
@@ -78,6 +81,16 @@ int main(int argc, char** argv) {
         if (std::strcmp(first, subcommand.name) != 0) continue;
         // A command line program: headless unless the user asks for a platform.
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+        // The web engine the add-on brings wants a private runtime directory; without one Qt
+        // makes the same one itself, but warns on every run.
+        if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+            const QString runtime =
+                QDir::tempPath() + QStringLiteral("/runtime-") + QString::number(getuid());
+            if (QDir().mkpath(runtime) &&
+                QFile::setPermissions(runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                   QFileDevice::ExeOwner))
+                qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
+        }
         // The subcommand's arguments are its own: Qt must not take "--style N" (apply) as its
         // widget style, so the application sees only the program's name.
         QStringList arguments;
