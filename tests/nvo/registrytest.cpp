@@ -7,21 +7,13 @@
 #include "common/bstrholder.h"
 #include "common/comptr.h"
 #include "minihost/nvo/hoststore.h"
+#include "identityfixture.h"
 #include "minihost/nvo/registry.h"
 #include "nvo/platform.h"
 
 namespace {
 
-class Registry : public ::testing::Test {
-protected:
-    void TearDown() override {
-        QFile::remove(minihost::registryPath());
-        QFile::remove(minihost::commonSettingsPath());
-        minihost::setRegistryAvailable(true);
-        minihost::setUserInformationAvailable(true);
-        EXPECT_EQ(minihost::liveIdentityObjects(), 0);
-    }
-};
+using Registry = HostIdentityTest;
 
 }  // namespace
 

@@ -7,6 +7,7 @@
 
 #include "minihost/nvo/dcinfo_p.h"
 #include "minihost/nvo/hoststore.h"
+#include "identityfixture.h"
 #include "minihost/nvo/registry.h"
 #include "minihost/nvo/zcoreapplication_p.h"
 #include "nvo/platform.h"
@@ -24,15 +25,8 @@ protected:
     }
 };
 
-class ClientInfoTest : public ::testing::Test {
+class ClientInfoTest : public HostIdentityTest {
 protected:
-    void TearDown() override {
-        QFile::remove(minihost::registryPath());
-        QFile::remove(minihost::commonSettingsPath());
-        minihost::setRegistryAvailable(true);
-        minihost::setUserInformationAvailable(true);
-        EXPECT_EQ(minihost::liveIdentityObjects(), 0);
-    }
     static void setInfoGuid(const QString& value) {
         minihost::setRegistryValue(ZRegScopeUser, QString(), QStringLiteral("infoGUID"), value);
     }
