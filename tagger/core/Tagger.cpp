@@ -70,8 +70,8 @@ void Tagger::segment(const char16_t* text, size_t n) {
     for (size_t i = 0; i < n;) {
         const size_t len = length_[i];
         if (len > 1) {
+            words.readWord(node_[i], len, &readings_[i]);
             for (size_t k = 0; k < len; ++k) {
-                readings_[i + k] = words.reading(node_[i], k);
                 alone_[i + k] = 0;
                 if (text[i + k] == kBu) toneChanges_.push_back(i + k);
             }

@@ -15,9 +15,8 @@ constexpr uint32_t kCodeSection = 3;
 constexpr uint32_t kCharSection = 4;
 constexpr uint32_t kStateSection = 5;
 constexpr uint32_t kReadingSection = 6;
-constexpr uint32_t kFilterSection = 7;
+constexpr uint32_t kLongReadingSection = 7;
 constexpr size_t kUnits = 0x10000;
-constexpr size_t kFilterWords = (size_t{1} << 23) / 64;
 constexpr size_t kMaxBase = (size_t{1} << 21) - 1;
 constexpr size_t kMaxInlineSyllable = 0x7FFF;
 // Bases tried before the search for later states starts further on in the table.
@@ -216,31 +215,21 @@ std::vector<uint8_t> compileWords(std::vector<WordEntry> entries) {
         }
     }
 
-    std::vector<uint64_t> filter(kFilterWords, 0);
-    for (size_t t = 0; t < states.size(); ++t) {
-        const uint32_t parentPlusOne = states[t].parentPlusOne;
-        if (parentPlusOne <= 1) continue;  // free, or a child of the root
-        const uint32_t parent = parentPlusOne - 1;
-        const size_t bit = WordDictionary::transitionBit(parent, static_cast<uint32_t>(t - states[parent].base));
-        filter[bit / 64] |= uint64_t{1} << (bit % 64);
-    }
-
-    std::vector<uint8_t> codeBytes, charBytes, stateBytes, filterBytes;
+    std::vector<uint8_t> codeBytes, charBytes, stateBytes, readingBytes;
     for (uint16_t c : codes) appendLe<uint16_t>(codeBytes, c);
     for (uint16_t c : charOfCode) appendLe<uint16_t>(charBytes, c);
     for (const State& s : states) {
-        appendLe<uint32_t>(stateBytes, s.base << 11 | s.cost);
-        appendLe<uint32_t>(stateBytes, s.parentPlusOne | (s.word ? WordDictionary::kWordBit : 0));
-        appendLe<uint32_t>(stateBytes, s.readings);
+        const uint32_t up = s.parentPlusOne | (s.word ? WordDictionary::kWordBit : 0);
+        appendLe<uint64_t>(stateBytes, uint64_t{up} << 32 | s.base << 11 | s.cost);
+        appendLe<uint32_t>(readingBytes, s.readings);
     }
-    for (uint64_t w : filter) appendLe<uint64_t>(filterBytes, w);
     ContainerWriter writer(std::string_view(kWordMagic, 8));
     syllables.writeTo(writer);
     writer.addSection(kCodeSection, 2, std::move(codeBytes));
     writer.addSection(kCharSection, 2, std::move(charBytes));
-    writer.addSection(kStateSection, 4, std::move(stateBytes));
-    writer.addSection(kReadingSection, 2, std::move(longReadings));
-    writer.addSection(kFilterSection, 8, std::move(filterBytes));
+    writer.addSection(kStateSection, 8, std::move(stateBytes));
+    writer.addSection(kReadingSection, 4, std::move(readingBytes));
+    writer.addSection(kLongReadingSection, 2, std::move(longReadings));
     return writer.finish();
 }
 
@@ -249,35 +238,34 @@ WordDictionary::WordDictionary(const uint8_t* data, size_t size)
       syllables_(file_),
       codes_(file_.array<uint16_t>(kCodeSection)),
       chars_(file_.array<uint16_t>(kCharSection)),
-      states_(file_.array<uint32_t>(kStateSection)),
-      ids_(file_.array<uint16_t>(kReadingSection)),
-      filter_(file_.array<uint64_t>(kFilterSection)) {
+      states_(file_.array<uint64_t>(kStateSection)),
+      readings_(file_.array<uint32_t>(kReadingSection)),
+      ids_(file_.array<uint16_t>(kLongReadingSection)) {
     if (codes_.size() != kUnits) throw FormatError("character code table has the wrong size");
-    if (states_.size() == 0 || states_.size() % 3 != 0) {
-        throw FormatError("state section is not whole states");
+    if (states_.size() == 0) throw FormatError("state section has no root");
+    if (readings_.size() != states_.size()) {
+        throw FormatError("reading section does not have one entry per state");
     }
-    if (filter_.size() != kFilterWords) throw FormatError("word-start filter has the wrong size");
 }
 
 std::vector<WordEntry> WordDictionary::toEntries() const {
     std::vector<WordEntry> out;
-    const size_t stateCount = states_.size() / 3;
-    for (size_t t = 1; t < stateCount; ++t) {
+    for (size_t t = 1; t < states_.size(); ++t) {
         if (!isWord(static_cast<uint32_t>(t))) continue;
         // Climb to the root: each parent's base tells which code, so which character, led here.
         std::u16string path;
         for (size_t s = t; s != kRoot;) {
-            const uint32_t parentPlusOne = states_.at(3 * s + 1) & ~kWordBit;
+            const uint32_t up = parentPlusOne(states_.at(s));
             const uint64_t base =
-                parentPlusOne == 0 ? 0 : states_.at(3 * size_t{parentPlusOne - 1}) >> 11;
-            if (parentPlusOne == 0 || path.size() >= kMaxWordLength || base >= s ||
+                up == 0 ? 0 : static_cast<uint32_t>(states_.at(size_t{up} - 1)) >> 11;
+            if (up == 0 || path.size() >= kMaxWordLength || base >= s ||
                 s - base >= chars_.size()) {
                 throw FormatError("state " + std::to_string(t) +
                                   " does not lead back to the root (a loop, a free slot, or a "
                                   "path longer than " + std::to_string(kMaxWordLength) + ")");
             }
             path.insert(path.begin(), static_cast<char16_t>(chars_.at(s - base)));
-            s = parentPlusOne - 1;
+            s = up - 1;
         }
         WordEntry e{path, {}, cost(static_cast<uint32_t>(t))};
         for (size_t k = 0; k < path.size(); ++k) {

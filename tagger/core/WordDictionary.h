@@ -3,27 +3,27 @@
 
 // The word dictionary ("firrule.dic"): words with the reading of each of their characters and a
 // cost (the word's negative log probability in 64ths of a nat, 0..2047, lower = more frequent),
-// as a double-array trie. Following a character from a state reads one 12-byte state, which also
-// holds the word's cost and, for words of one or two characters, their syllables: the segmenter
-// touches little memory per character.
+// as a double-array trie. Following a character from a state reads one 8-byte state, which also
+// holds the word's cost: the segmenter touches as little memory per character as it can, since
+// the states that running text visits lie scattered over the table and most such reads wait for
+// memory.
 //
 // Text form, one word per line, sorted by UTF-16 code units:   银行<TAB>yín háng<TAB>450
 // Sections besides the syllable table:
 //   3  u16[65536]  code of each character (1..K, most frequent in words first; 0 = in no word)
 //   4  u16[K + 1]  the character of each code
-//   5  u32[3 * S]  states; state 0 is the root. Per state:
+//   5  u64[S]      states; state 0 is the root. Per state, from the low bits:
 //                    base << 11 | cost           (the child by code c is base + c, if its parent
 //                                                 is this state)
-//                    parent + 1 | kWordBit        (parent + 1 = 0: a free slot; kWordBit: the path
-//                                                 to this state is a word)
-//                    readings: for a word of one or two characters its syllable indices
-//                    (15 bits each, first in the low bits); for a longer one kLongBit | start
-//                    of its syllable indices in section 6
-//   6  u16[]       syllable indices of the words of three or more characters
-//   7  u64[2^17]   a 2^23-bit filter of the transitions below the root (transitionBit()): a
-//                  clear bit means there is no such transition, which spares reading a state
-//                  that is most likely not in the processor's caches
+//                    (parent + 1 | kWordBit) << 32  (parent + 1 = 0: a free slot; kWordBit: the
+//                                                 path to this state is a word)
+//   6  u32[S]      readings of the word of each state: for a word of one or two characters its
+//                  syllable indices (15 bits each, first in the low bits); for a longer one
+//                  kLongBit | start of its syllable indices in section 7. Read only for the
+//                  words of the best path, so kept apart from the states.
+//   7  u16[]       syllable indices of the words of three or more characters
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -63,44 +63,57 @@ public:
     // The state reached from `state` by character `c`, or 0 when no word continues that way.
     uint32_t next(uint32_t state, char16_t c) const {
         const uint32_t code = codes_.at(c);
-        const uint32_t base = states_.at(3 * size_t{state}) >> 11;
+        const uint32_t base = static_cast<uint32_t>(states_.at(state)) >> 11;
         if (code == 0 || base == 0) return 0;  // base 0: a state without children
-        if (state != kRoot) {
-            const size_t bit = transitionBit(state, code);
-            if (!((filter_.at(bit / 64) >> (bit % 64)) & 1)) return 0;
-        }
         const uint64_t t = uint64_t{base} + code;
-        const uint32_t parent = states_.at(3 * t + 1) & ~kWordBit;
-        return parent == uint64_t{state} + 1 ? static_cast<uint32_t>(t) : 0;
+        return parentPlusOne(states_.at(t)) == uint64_t{state} + 1 ? static_cast<uint32_t>(t) : 0;
     }
     // True when the path to `state` is a word; its cost and the syllable of its k-th character.
-    bool isWord(uint32_t state) const { return states_.at(3 * size_t{state} + 1) & kWordBit; }
+    bool isWord(uint32_t state) const { return (states_.at(state) >> 32) & kWordBit; }
     uint16_t cost(uint32_t state) const {
-        return static_cast<uint16_t>(states_.at(3 * size_t{state}) & kMaxWordCost);
+        return static_cast<uint16_t>(states_.at(state) & kMaxWordCost);
     }
     const Syllable* reading(uint32_t state, size_t k) const {
         if (!isWord(state)) return nullptr;
-        const uint32_t r = states_.at(3 * size_t{state} + 2);
+        const uint32_t r = readings_.at(state);
         if (r & kLongBit) return syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
         return k < 2 ? syllables_.get((r >> (15 * k)) & 0x7FFF) : nullptr;
+    }
+
+    // The syllables of the word of `state`, of `length` >= 2 characters, into out[0, length):
+    // what reading(state, k) gives for each k, in one read of the word's readings.
+    void readWord(uint32_t state, size_t length, const Syllable** out) const {
+        if (!isWord(state)) {
+            std::fill(out, out + length, nullptr);
+            return;
+        }
+        const uint32_t r = readings_.at(state);
+        if (r & kLongBit) {
+            for (size_t k = 0; k < length; ++k) {
+                out[k] = syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
+            }
+            return;
+        }
+        out[0] = syllables_.get(r & 0x7FFF);
+        out[1] = syllables_.get((r >> 15) & 0x7FFF);
+        std::fill(out + 2, out + length, nullptr);
     }
 
     // Every word, sorted; a damaged trie (a loop, a reading out of range) throws FormatError.
     std::vector<WordEntry> toEntries() const;
 
-    // The filter bit of the transition from `state` by character code `code`.
-    static size_t transitionBit(uint32_t state, uint32_t code) {
-        return static_cast<size_t>((uint64_t{state} << 16 | code) * 0x9E3779B97F4A7C15ULL >> 41);
+private:
+    static uint32_t parentPlusOne(uint64_t state) {
+        return static_cast<uint32_t>(state >> 32) & ~kWordBit;
     }
 
-private:
     ContainerView file_;
     SyllableTable syllables_;
     LeArray<uint16_t> codes_;
     LeArray<uint16_t> chars_;
-    LeArray<uint32_t> states_;
+    LeArray<uint64_t> states_;
+    LeArray<uint32_t> readings_;
     LeArray<uint16_t> ids_;
-    LeArray<uint64_t> filter_;
 };
 
 }  // namespace zphonetic::tagger

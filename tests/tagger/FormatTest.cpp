@@ -61,8 +61,8 @@ TEST(Format, WrongMagicAndVersionAreRefused) {
     EXPECT_EQ(errorOf(bytes), "bad magic at offset 0: expected \"ZPYCHARS\"");
     EXPECT_EQ(errorOf(tiny::wordBytes()), "bad magic at offset 0: expected \"ZPYCHARS\"");
     bytes = tiny::charBytes();
-    bytes[8] = 2;
-    EXPECT_EQ(errorOf(bytes), "format version 2 at offset 8, expected 1");
+    bytes[8] = 1;  // the previous format
+    EXPECT_EQ(errorOf(bytes), "format version 1 at offset 8, expected 2");
 }
 
 TEST(Format, AnyFlippedPayloadByteFailsTheChecksum) {
@@ -115,9 +115,9 @@ TEST(Format, OffsetsInsideSectionsAreCheckedOnRead) {
     EXPECT_LE(broken.count(u'行' - 1), 40u);
 }
 
-TEST(Format, ATrieWithALoopIsRefusedByTheDecompiler) {
-    // States 2 and 3 are each other's parent: the engine's walk is bounded by the text, but a
-    // climb from either towards the root never ends.
+// A word dictionary of four slots whose states 2 and 3 are each other's parent, with
+// `readingCount` entries in its reading section (one per state is right).
+std::vector<uint8_t> loopTrie(size_t readingCount) {
     ContainerWriter writer("ZPYWORDS");
     writer.addSection(1, 4, {0, 0, 0, 0, 1, 0, 0, 0});
     writer.addSection(2, 2, {'a', 0});
@@ -125,23 +125,23 @@ TEST(Format, ATrieWithALoopIsRefusedByTheDecompiler) {
     codes[2 * 0x4E00] = 1;  // 一 has code 1
     writer.addSection(3, 2, codes);
     writer.addSection(4, 2, {0, 0, 0x00, 0x4E});
-    std::vector<uint8_t> states;
-    const uint32_t rows[4][3] = {{5 << 11, 0, 0},                    // root: child 一 at slot 6
-                                 {0, 0, 0},                          // free
-                                 {2 << 11 | 100, 4 | 0x80000000u, 0},  // a word, parent 3
-                                 {1 << 11, 3, 0}};                   // parent 2
-    for (const auto& row : rows) {
-        for (uint32_t v : row) appendLe<uint32_t>(states, v);
-    }
-    writer.addSection(5, 4, states);
-    writer.addSection(6, 2, {});
-    std::vector<uint8_t> filter(8 << 17, 0);
-    for (uint32_t from : {2u, 3u}) {
-        const size_t bit = WordDictionary::transitionBit(from, 1);
-        filter[bit / 8] |= static_cast<uint8_t>(1u << (bit % 8));
-    }
-    writer.addSection(7, 8, filter);
-    const auto bytes = writer.finish();
+    std::vector<uint8_t> states, readings;
+    const uint64_t rows[4] = {5 << 11,                                  // root: child 一 at slot 6
+                              0,                                        // free
+                              uint64_t{4 | 0x80000000u} << 32 | 2 << 11 | 100,  // a word, parent 3
+                              uint64_t{3} << 32 | 1 << 11};             // parent 2
+    for (uint64_t row : rows) appendLe<uint64_t>(states, row);
+    for (size_t i = 0; i < readingCount; ++i) appendLe<uint32_t>(readings, 0);
+    writer.addSection(5, 8, states);
+    writer.addSection(6, 4, readings);
+    writer.addSection(7, 2, {});
+    return writer.finish();
+}
+
+TEST(Format, ATrieWithALoopIsRefusedByTheDecompiler) {
+    // The engine's walk is bounded by the text, but a climb from either state towards the root
+    // never ends.
+    const auto bytes = loopTrie(4);
     WordDictionary dict(bytes.data(), bytes.size());
     EXPECT_EQ(dict.next(WordDictionary::kRoot, u'一'), 0u);  // slot 6 lies past the states
     EXPECT_EQ(dict.next(2, u'一'), 3u);
@@ -153,6 +153,16 @@ TEST(Format, ATrieWithALoopIsRefusedByTheDecompiler) {
         EXPECT_EQ(std::string(e.what()),
                   "state 2 does not lead back to the root (a loop, a free slot, or a path longer "
                   "than 64)");
+    }
+}
+
+TEST(Format, AWordDictionaryWithoutAReadingPerStateIsRefused) {
+    const auto bytes = loopTrie(3);
+    try {
+        WordDictionary dict(bytes.data(), bytes.size());
+        FAIL() << "a reading section one short was accepted";
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "reading section does not have one entry per state");
     }
 }
 

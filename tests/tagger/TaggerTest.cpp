@@ -30,6 +30,20 @@ TEST(Tagger, WordsGiveTheirReadings) {
     EXPECT_EQ(tag("银行行长"), "银/yín行/háng行/háng长/zhǎng");
 }
 
+TEST(Tagger, AWordOfThreeCharactersGivesEachItsOwnReading) {
+    // Words of three or more characters keep their syllables apart from the states; these
+    // readings are none of the characters' defaults.
+    using namespace zphonetic::tagger;
+    const std::string words = std::string(tiny::kWords) + "大大行\tdài dài háng\t10\n";
+    Tagger tagger(std::make_shared<const Dictionaries>(
+        tiny::charBytes(), compileWords(parseWordText(words)), tiny::ruleBytes()));
+    const std::u16string text = tiny::u16("看大大行");
+    size_t length = 0;
+    char16_t* answer = tagger.answer(text.data(), text.size(), length);
+    EXPECT_EQ(tiny::u8(std::u16string(answer, length)), "看/kàn大/dài大/dài行/háng");
+    delete[] answer;
+}
+
 TEST(Tagger, ACharacterAloneTakesItsOwnWordReadingThenItsDefault) {
     EXPECT_EQ(tag("还行"), "还/hái行/xíng");  // word entries of their own
     EXPECT_EQ(tag("看天"), "看/kàn天/tiān");  // no word: first reading in Pinyin.dic
