@@ -23,7 +23,6 @@
 //                  words of the best path, so kept apart from the states.
 //   7  u16[]       syllable indices of the words of three or more characters
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -74,35 +73,25 @@ public:
         return static_cast<uint16_t>(states_.at(state) & kMaxWordCost);
     }
     const Syllable* reading(uint32_t state, size_t k) const {
-        if (!isWord(state)) return nullptr;
-        const uint32_t r = readings_.at(state);
-        if (r & kLongBit) return syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
-        return k < 2 ? syllables_.get((r >> (15 * k)) & 0x7FFF) : nullptr;
+        return isWord(state) ? syllableOf(readings_.at(state), k) : nullptr;
     }
-
-    // The syllables of the word of `state`, of `length` >= 2 characters, into out[0, length):
-    // what reading(state, k) gives for each k, in one read of the word's readings.
+    // The syllables of the word of `state` into out[0, length): what reading(state, k) gives
+    // for each k, with one read of the word's readings.
     void readWord(uint32_t state, size_t length, const Syllable** out) const {
-        if (!isWord(state)) {
-            std::fill(out, out + length, nullptr);
-            return;
-        }
-        const uint32_t r = readings_.at(state);
-        if (r & kLongBit) {
-            for (size_t k = 0; k < length; ++k) {
-                out[k] = syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
-            }
-            return;
-        }
-        out[0] = syllables_.get(r & 0x7FFF);
-        out[1] = syllables_.get((r >> 15) & 0x7FFF);
-        std::fill(out + 2, out + length, nullptr);
+        const bool word = isWord(state);
+        const uint32_t r = word ? readings_.at(state) : 0;
+        for (size_t k = 0; k < length; ++k) out[k] = word ? syllableOf(r, k) : nullptr;
     }
 
     // Every word, sorted; a damaged trie (a loop, a reading out of range) throws FormatError.
     std::vector<WordEntry> toEntries() const;
 
 private:
+    // Syllable k of a word whose reading entry (section 6) is r.
+    const Syllable* syllableOf(uint32_t r, size_t k) const {
+        if (r & kLongBit) return syllables_.get(ids_.at(size_t{r & ~kLongBit} + k, 0xFFFF));
+        return k < 2 ? syllables_.get((r >> (15 * k)) & 0x7FFF) : nullptr;
+    }
     static uint32_t parentPlusOne(uint64_t state) {
         return static_cast<uint32_t>(state >> 32) & ~kWordBit;
     }
