@@ -88,6 +88,16 @@ public:
     // application's user would have left it (not journalled, not undoable). Returns its id.
     int addTextBox(int slide, const QString& text, const QRectF& box);
 
+    // Where a shape is on `slide`, in points: its own box, or for a placeholder without one the
+    // box it inherits from its layout or master. A null rectangle when neither is known.
+    QRectF placeOf(int slide, int shapeId) const;
+    // Moves and resizes a shape as a user dragging it would: its box becomes `box` (points on the
+    // slide), except that a shape that follows its text takes the height its text needs at the
+    // new width. An undo step named "Move" of its own, or part of the host's open step. False,
+    // and no change, for an unknown shape, one that inherits its place from the layout, or a
+    // negative size.
+    bool setShapeBox(int slide, int shapeId, const QRectF& box);
+
     // The deck as a .pptx, or an empty array and `*error`.
     QByteArray toBytes(QString* error) const;
     bool save(const QString& path, QString* error) const;

@@ -58,6 +58,9 @@ public:
                       const RangeState* except);
     // Resizes the shape when it follows its text.
     void fit(int slide, int id) const;
+    // Where the shape is on the slide: its own box, else (a placeholder) the box of the matching
+    // placeholder of the slide's layout, else of the layout's master. Not known when none has one.
+    Box placeOf(int slide, int id) const;
 
     // ---- selection of the view (on currentSlide)
     std::vector<int> selectedShapeIds() const;  // the text's shape for a text selection
@@ -86,6 +89,9 @@ public:
     std::vector<int> selectedShapes;
     bool textSelected = false;
     int textShape = 0, textStart = 0, textLength = 0;
+
+    // Layouts and masters read by placeOf, by part name.
+    mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> inheritedParts;
 
     std::vector<std::weak_ptr<RangeState>> ranges;
     std::vector<UndoStep> done, undone;

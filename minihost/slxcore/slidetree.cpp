@@ -172,6 +172,20 @@ void setHeight(const ShapeNode& shape, float points) {
     setExtent(shape, "cy", shape.placement.scaleY, points);
 }
 
+void setOffset(const ShapeNode& shape, float left, float top) {
+    pugi::xml_node xfrm = ensureTransform(shape.element);
+    pugi::xml_node off = child(xfrm, "off");
+    if (!off) off = xfrm.prepend_child("a:off");
+    const Placement& p = shape.placement;
+    const auto set = [&](const char* attr, double offset, double scale, float points) {
+        pugi::xml_attribute a = off.attribute(attr);
+        if (!a) a = off.append_attribute(attr);
+        a.set_value(static_cast<long long>(std::llround((points * kEmuPerPoint - offset) / scale)));
+    };
+    set("x", p.offsetX, p.scaleX, left);
+    set("y", p.offsetY, p.scaleY, top);
+}
+
 int nextShapeId(const pugi::xml_document& slide) {
     long long best = 0;
     maxNumericId(slide, best);

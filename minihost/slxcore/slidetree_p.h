@@ -46,6 +46,8 @@ struct Box {
 Box geometry(const ShapeNode& shape);
 void setWidth(const ShapeNode& shape, float points);
 void setHeight(const ShapeNode& shape, float points);
+// Puts the shape's top left corner at (`left`, `top`), points on the slide.
+void setOffset(const ShapeNode& shape, float left, float top);
 
 // One more than the largest numeric id anywhere in the part.
 int nextShapeId(const pugi::xml_document& slide);
