@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QHash>
 #include <QMap>
 #include <cstring>
@@ -26,6 +27,53 @@ struct Config {
 Config& config() {
     static Config instance;
     return instance;
+}
+
+// Where directory `dirId` (2 or 27) comes from, in the order directory() asks.
+enum class DirectorySource { Program, Environment, Settings, BesidePrograms };
+
+const char* environmentVariable(int dirId) {
+    return dirId == kDirTaggingLibrary ? "ZPHONETIC_TAGGER_DIR"
+           : dirId == kDirDictionaries ? "ZPHONETIC_DICT_DIR"
+                                       : nullptr;
+}
+
+QString settingKey(int dirId) {
+    return dirId == kDirTaggingLibrary ? QStringLiteral("directories/tagger")
+                                       : QStringLiteral("directories/dictionaries");
+}
+
+DirectorySource directorySource(int dirId) {
+    if (config().directories.contains(dirId)) return DirectorySource::Program;
+    if (!qEnvironmentVariableIsEmpty(environmentVariable(dirId))) return DirectorySource::Environment;
+    if (!hostSetting(settingKey(dirId)).toString().isEmpty()) return DirectorySource::Settings;
+    return DirectorySource::BesidePrograms;
+}
+
+// "<what> is missing ...: <fix>" for the file `path` of directory `dirId`, or "" when it is there.
+QString checkFile(int dirId, const QString& path, const QString& what, const QString& target) {
+    const QFileInfo file(path);
+    if (file.isFile() && file.isReadable()) return QString();
+    const QString missing = what + QStringLiteral(" is missing");
+    switch (directorySource(dirId)) {
+    case DirectorySource::Program:
+        return missing + QStringLiteral(": the host program chose this directory");
+    case DirectorySource::Environment: {
+        const QString variable = QLatin1String(environmentVariable(dirId));
+        return missing + QStringLiteral(" (set by %1): point %1 at the directory that holds it, "
+                                        "or unset it")
+                             .arg(variable);
+    }
+    case DirectorySource::Settings:
+        return missing + QStringLiteral(" (host setting \"%1\" in %2): correct the setting, or "
+                                        "remove it")
+                             .arg(settingKey(dirId), commonSettingsPath());
+    case DirectorySource::BesidePrograms:
+        break;
+    }
+    return missing + QStringLiteral(": build it (cmake --build BUILD --target %1) or reinstall "
+                                    "zphonetic, or set %2 to the directory that holds it")
+                         .arg(target, QLatin1String(environmentVariable(dirId)));
 }
 
 QString besideHostPrograms(const char* relative) {
@@ -59,16 +107,11 @@ void setDirectory(int dirId, const QString& path) {
 QString directory(int dirId) {
     const auto set = config().directories.constFind(dirId);
     if (set != config().directories.cend()) return *set;
-    const char* variable = dirId == kDirTaggingLibrary ? "ZPHONETIC_TAGGER_DIR"
-                           : dirId == kDirDictionaries ? "ZPHONETIC_DICT_DIR"
-                                                       : nullptr;
+    const char* variable = environmentVariable(dirId);
     if (!variable) return QString();
     const QString fromEnvironment = qEnvironmentVariable(variable);
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
-    const QString fromSettings =
-        hostSetting(dirId == kDirTaggingLibrary ? QStringLiteral("directories/tagger")
-                                                : QStringLiteral("directories/dictionaries"))
-            .toString();
+    const QString fromSettings = hostSetting(settingKey(dirId)).toString();
     if (!fromSettings.isEmpty()) return fromSettings;
     return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic"
                                                           : "share/zphonetic/dict");
@@ -76,6 +119,27 @@ QString directory(int dirId) {
 
 void resetDirectories() {
     config().directories.clear();
+}
+
+QString missingReadingFile(QString* problem) {
+    const auto inDirectory = [](int dirId, const char* name) {
+        return QDir::cleanPath(directory(dirId) + QLatin1Char('/') + QLatin1String(name));
+    };
+    if (featureState(kFeatureTaggingLibrary)) {
+        const QString library = inDirectory(kDirTaggingLibrary, "libPinyinTagger.so");
+        *problem = checkFile(kDirTaggingLibrary, library, QStringLiteral("the tagging library"),
+                             QStringLiteral("PinyinTagger"));
+        if (!problem->isEmpty()) return library;
+    }
+    for (const char* name : {"Pinyin.dic", "firrule.dic", "secrule.dic"}) {
+        const QString dictionary = inDirectory(kDirDictionaries, name);
+        *problem = checkFile(kDirDictionaries, dictionary,
+                             QStringLiteral("the dictionary %1 of the tagging library")
+                                 .arg(QLatin1String(name)),
+                             QStringLiteral("zphonetic_dictionaries"));
+        if (!problem->isEmpty()) return dictionary;
+    }
+    return QString();
 }
 
 void setScaleFactor(double factor) {

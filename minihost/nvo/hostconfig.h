@@ -34,6 +34,15 @@ ZHOST_API QString directory(int dirId);
 // Forgets what was set for every directory.
 ZHOST_API void resetDirectories();
 
+// What a host program checks before a command that needs readings: the tagging library
+// libPinyinTagger.so in directory 2 (only while feature 0x1000018 is on: off, the host's reading
+// service answers) and the dictionaries Pinyin.dic, firrule.dic and secrule.dic in directory 27,
+// each a readable file. An empty string when they are all there; else the path of the first
+// missing one, and in `*problem` what it is and the fix, which depends on where the directory
+// came from, e.g. "the tagging library is missing (set by ZPHONETIC_TAGGER_DIR): point
+// ZPHONETIC_TAGGER_DIR at the directory that holds it, or unset it".
+ZHOST_API QString missingReadingFile(QString* problem);
+
 // ZLiteStyle::dpiScaled multiplies by this: what was set here, else the host setting
 // "ui/scaleFactor", else 1.
 ZHOST_API void setScaleFactor(double factor);

@@ -135,6 +135,40 @@ TEST_F(Apply, PicksReplaceTheReadingsInContext) {
     EXPECT_EQ(texts(output), QStringList{u("都得[dū děi]")});
 }
 
+TEST_F(Apply, PlaceBelowMovesTheOwnTextBoxUnderItsText) {
+    int id = 0;
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("银行行长"), &id);
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    const ProgramRun run = zphonetic(
+        {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+         QStringLiteral("3"), QStringLiteral("--bracket"), QStringLiteral("3"),
+         QStringLiteral("--place"), QStringLiteral("below")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QString error;
+    const auto deck = minihost::Deck::loadFile(output, &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    const QList<minihost::ShapeInfo> shapes = deck->shapes(1);
+    ASSERT_EQ(shapes.size(), 2);
+    EXPECT_EQ(shapes[1].text, u("yín hánɡ hánɡ zhǎnɡ"));
+    // The source is at 100, 100, 400 x 60: the readings right under it, as wide.
+    EXPECT_EQ(shapes[1].box.topLeft(), QPointF(100, 160));
+    EXPECT_EQ(shapes[1].box.width(), 400);
+}
+
+TEST_F(Apply, PlaceIsForTheOwnTextBoxOnly) {
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"));
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    const ProgramRun run = zphonetic(
+        {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
+         QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1"),
+         QStringLiteral("--place"), QStringLiteral("below")});
+    EXPECT_NE(run.exitCode, 0);
+    EXPECT_TRUE(run.err.contains(
+        "zphonetic: --place: moves the readings' own text box: give it with --style 3"))
+        << run.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(output));
+}
+
 TEST_F(Apply, ErrorsNameTheFileAndLeaveTheInputUntouched) {
     const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"));
     QFile file(input);

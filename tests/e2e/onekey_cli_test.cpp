@@ -18,38 +18,17 @@
 #include <string>
 
 #include "decktestutil.h"
+#include "onekeyrun.h"
 #include "qtprinters.h"
 #include "minihost/slxcore/deck.h"
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    QString out;
-    QString err;
-};
+using onekeytest::errorLine;
+using onekeytest::Outcome;
 
 Outcome zphonetic(const QStringList& arguments) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.insert(QStringLiteral("ZPHONETIC_UI_LANGUAGE"), QStringLiteral("en_US"));
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic"),
-                  QStringList{QStringLiteral("onekey")} + arguments);
-    Outcome run;
-    if (!process.waitForFinished(120000)) return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
-}
-
-// The first line that zphonetic itself wrote to standard error (Qt may add lines of its own).
-QString errorLine(const QString& err) {
-    for (const QString& line : err.split(QLatin1Char('\n')))
-        if (line.startsWith(QStringLiteral("zphonetic: "))) return line;
-    return {};
+    return onekeytest::runOneKey(arguments);
 }
 
 // The texts of the shapes of `slide` in `after` that `before` does not have, in order.
@@ -187,25 +166,43 @@ TEST_F(OneKeyCommand, AllSlidesWorksThroughEverySlideWithAPlainLineWithoutATermi
                             {QStringLiteral("ppt/slides/slide1.xml"), QStringLiteral("ppt/slides/slide2.xml")});
 }
 
-TEST_F(OneKeyCommand, TextWithoutChineseGetsTheWarningAndTheDeckIsWrittenAsItWas) {
+TEST_F(OneKeyCommand, TextWithoutChineseGetsTheWarningAndFailsWritingNothing) {
     const QString in = writeDeck();
     const QString out = path(QStringLiteral("out.pptx"));
     const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--slide"), QStringLiteral("2"),
                                    QStringLiteral("--select"), QStringLiteral("3")});  // "Page 2"
-    ASSERT_EQ(run.status, 0) << run.err.toStdString();
-    // The warning, in the language the add-on's translation gives it.
+    EXPECT_EQ(run.status, 1);
+    // The add-on's warning, in the language its translation gives it, then the host's verdict.
     EXPECT_TRUE(run.err.contains(QStringLiteral("zphonetic: message (flags 0x30): "))) << run.err.toStdString();
-    EXPECT_EQ(run.out, QStringLiteral("wrote %1: 0 new text boxes on 1 slide\n").arg(out));
-    EXPECT_EQ(decktest::readFile(out), decktest::readFile(in));  // nothing edited: the same bytes
+    EXPECT_TRUE(run.err.endsWith(QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written\n").arg(in)))
+        << run.err.toStdString();
+    EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
+    EXPECT_FALSE(QFile::exists(out));
+}
+
+TEST_F(OneKeyCommand, AllSlidesOfADeckWithoutChineseFailsWritingNothing) {
+    auto deck = minihost::Deck::create(2);
+    deck->addTextBox(1, QStringLiteral("Page 1"), QRectF(40, 40, 500, 60));
+    deck->addTextBox(2, QStringLiteral("Page 2"), QRectF(40, 40, 500, 60));
+    const QString in = path(QStringLiteral("latin.pptx"));
+    ASSERT_TRUE(deck->save(in, nullptr));
+    const QString out = path(QStringLiteral("out.pptx"));
+    const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(errorLine(run.err),
+              QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written").arg(in))
+        << run.err.toStdString();
+    EXPECT_FALSE(QFile::exists(out));
 }
 
 TEST_F(OneKeyCommand, HelpDocumentsTheSelectionSyntax) {
     const Outcome run = zphonetic({QStringLiteral("--help")});
     EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.out.startsWith(QStringLiteral("Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION]\n")));
+    EXPECT_TRUE(run.out.startsWith(QStringLiteral("Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("3,5,7    the whole shapes 3, 5 and 7")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("--all-slides")));
+    EXPECT_TRUE(run.out.contains(QStringLiteral("--place WHERE     where the new text boxes go")));
 }
 
 // Every error: its exact message, a non-zero status, the input as it was and no output.

@@ -10,12 +10,11 @@
 #include <QMap>
 #include <cstdio>
 
-#include "addonsession.h"
-#include "dialogbridge.h"
-#include "minihost/nvo/zcoreapplication_p.h"
-#include "minihost/slxcore/deck.h"
-#include "nvo/zapplication.h"
+#include "deckhost.h"
 #include "deckselection.h"
+#include "dialogbridge.h"
+#include "minihost/slxcore/deck.h"
+#include "placement.h"
 #include "subcommands.h"
 
 namespace {
@@ -23,7 +22,7 @@ namespace {
 void printHelp() {
     std::printf(
         "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N\n"
-        "                       [--pick INDEX=READING]...\n\n"
+        "                       [--pick INDEX=READING]... [--place WHERE]\n\n"
         "Selects text on a slide of DECK (default: slide 1, every shape with text, or the whole\n"
         "text of the only one), runs the pinyin dialog's command and confirms it as its page\n"
         "would, then writes the deck to OUT.\n"
@@ -32,9 +31,22 @@ void printHelp() {
         "  --style N         1 readings after the text, 2 after each character, 3 own text box\n"
         "  --bracket N       1 （）, 2 [], 3 none and bold, 4 //, 5 {}\n"
         "  --pick I=READING  the reading of the character at index I instead of the one in "
-        "context\n",
-        kSelectHelp);
+        "context\n"
+        "%s"
+        "                    (with --style 3)\n",
+        kSelectHelp, kPlaceHelp);
 }
+
+struct Options {
+    QString input;
+    QString output;
+    QString select;
+    int slide = 1;
+    int style = 0;
+    int bracket = 0;
+    QMap<int, QString> picks;  // character index -> reading
+    Placement place = Placement::Addon;
+};
 
 bool toInt(const QString& text, int* value) {
     bool ok = false;
@@ -42,40 +54,33 @@ bool toInt(const QString& text, int* value) {
     return ok;
 }
 
-}  // namespace
-
-int runApply(const QStringList& arguments) {
-    QString input, output, wanted;
-    int slide = 1, style = 0, bracket = 0;
+// Returns 0, or the exit status of the error it reported.
+int parseArguments(const QStringList& arguments, Options* options) {
     bool haveStyle = false, haveBracket = false;
-    QMap<int, QString> picks;
     for (int i = 0; i < arguments.size(); ++i) {
         const QString& argument = arguments.at(i);
-        if (argument == QLatin1String("--help")) {
-            printHelp();
-            return 0;
-        }
         const bool takesValue =
             argument == QLatin1String("-o") || argument == QLatin1String("--slide") ||
             argument == QLatin1String("--select") || argument == QLatin1String("--style") ||
-            argument == QLatin1String("--bracket") || argument == QLatin1String("--pick");
+            argument == QLatin1String("--bracket") || argument == QLatin1String("--pick") ||
+            argument == QLatin1String("--place");
         if (takesValue && i + 1 >= arguments.size())
             return reportError(argument, QStringLiteral("needs a value"));
         if (argument == QLatin1String("-o")) {
-            output = arguments.at(++i);
+            options->output = arguments.at(++i);
         } else if (argument == QLatin1String("--slide")) {
-            if (!toInt(arguments.at(++i), &slide))
+            if (!toInt(arguments.at(++i), &options->slide))
                 return reportError(
                     argument, QStringLiteral("\"%1\" is not a slide number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--select")) {
-            wanted = arguments.at(++i);
+            options->select = arguments.at(++i);
         } else if (argument == QLatin1String("--style")) {
-            haveStyle = toInt(arguments.at(++i), &style);
+            haveStyle = toInt(arguments.at(++i), &options->style);
             if (!haveStyle)
                 return reportError(argument,
                                    QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
         } else if (argument == QLatin1String("--bracket")) {
-            haveBracket = toInt(arguments.at(++i), &bracket);
+            haveBracket = toInt(arguments.at(++i), &options->bracket);
             if (!haveBracket)
                 return reportError(argument,
                                    QStringLiteral("\"%1\" is not a number").arg(arguments.at(i)));
@@ -86,48 +91,40 @@ int runApply(const QStringList& arguments) {
             if (equals < 1 || !toInt(pick.left(equals), &index) || index < 0)
                 return reportError(argument,
                                    QStringLiteral("\"%1\" is not INDEX=READING").arg(pick));
-            picks.insert(index, pick.mid(equals + 1));
-        } else if (input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
-            input = argument;
+            options->picks.insert(index, pick.mid(equals + 1));
+        } else if (argument == QLatin1String("--place")) {
+            const QString value = arguments.at(++i);
+            if (!parsePlacement(value, &options->place))
+                return reportError(argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
+        } else if (options->input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
+            options->input = argument;
         } else {
             return reportError(argument, QStringLiteral("unexpected argument"));
         }
     }
-    if (input.isEmpty())
+    if (options->input.isEmpty())
         return reportError(QStringLiteral("apply"), QStringLiteral("needs a DECK"));
-    if (output.isEmpty()) return reportError(input, QStringLiteral("needs -o OUT"));
+    if (options->output.isEmpty()) return reportError(options->input, QStringLiteral("needs -o OUT"));
     if (!haveStyle || !haveBracket)
-        return reportError(input, QStringLiteral("needs --style N and --bracket N"));
+        return reportError(options->input, QStringLiteral("needs --style N and --bracket N"));
+    if (options->place != Placement::Addon && options->style != 3)
+        return reportError(QStringLiteral("--place"),
+                           QStringLiteral("moves the readings' own text box: give it with --style 3"));
+    return 0;
+}
 
-    QString error;
-    std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(input, &error);
-    if (!deck) return reportError(input, error);
-    if (!deck->setCurrentSlide(slide))
-        return reportError(
-            input,
-            QStringLiteral("no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
-    error = selectOnDeck(*deck, wanted, DefaultSelection::TextOfALoneShape);
-    if (!error.isEmpty()) return reportError(input, error);
-
-    auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
-    ZCoreApplicationPrivate* core = app->coreApplication()->d_func();
-    core->setActiveView(deck->view());
-    struct ViewReset {  // the deck goes before the application: the host forgets its view first
-        ZCoreApplicationPrivate* core;
-        ~ViewReset() { core->setActiveView(nullptr); }
-    } viewReset{core};
-
-    AddonSession session;
-    if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
+// The page's part: asks the dialog for the readings, applies the picks and confirms with the
+// layout and brackets. Returns 0, or the exit status of the error it reported.
+int answerDialog(AddonSession& session, const Options& options) {
     DialogBridge dialog;
-    if (!dialog.open(session)) return reportError(input, dialog.errorString());
+    if (!dialog.open(session)) return reportError(options.input, dialog.errorString());
     QString reply;
     if (!dialog.call(QStringLiteral("getPhoneticText"), {}, &reply))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
     const QJsonValue result =
         QJsonDocument::fromJson(reply.toUtf8()).object().value(QStringLiteral("result"));
     if (!result.isObject())
-        return reportError(input, QStringLiteral("the dialog has nothing to annotate"));
+        return reportError(options.input, QStringLiteral("the dialog has nothing to annotate"));
 
     // As the page does: one element per entry, the chosen reading, "" for a character without one.
     const QJsonArray phonetic = result.toObject()
@@ -135,6 +132,7 @@ int runApply(const QStringList& arguments) {
                                     .toObject()
                                     .value(QStringLiteral("phonetic"))
                                     .toArray();
+    QMap<int, QString> picks = options.picks;
     QJsonArray items;
     for (const QJsonValue& value : phonetic) {
         const QJsonObject entry = value.toObject();
@@ -152,15 +150,68 @@ int runApply(const QStringList& arguments) {
                                .arg(picks.firstKey())
                                .arg(phonetic.size()));
     const QVariantMap confirm{
-        {QStringLiteral("styleType"), style},
-        {QStringLiteral("bracketType"), bracket},
+        {QStringLiteral("styleType"), options.style},
+        {QStringLiteral("bracketType"), options.bracket},
         {QStringLiteral("phonetic"),
          QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
     if (!dialog.call(QStringLiteral("setPhoneticText"), confirm, nullptr))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
     dialog.finish();
-    if (!deck->save(output, &error)) return reportError(output, error);
-    for (const minihost::ShapeInfo& shape : deck->shapes(deck->currentSlide()))
+    return 0;
+}
+
+// The shape the dialog reads, before it runs (it selects the box it makes): the first selected
+// shape with text.
+int dialogSource(const minihost::Deck& deck) {
+    for (const int id : deck.selectedShapes())
+        if (!deck.text(deck.currentSlide(), id).isEmpty()) return id;
+    return 0;
+}
+
+// The text boxes the dialog made (layout 3), each for `source`.
+QList<MadeBox> madeBoxes(const minihost::Deck& deck, const QList<int>& before, int source) {
+    const int slide = deck.currentSlide();
+    QList<MadeBox> made;
+    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
+        if (!before.contains(shape.id)) made.append({shape.id, source});
+    return made;
+}
+
+}  // namespace
+
+int runApply(const QStringList& arguments) {
+    if (arguments.contains(QStringLiteral("--help"))) {
+        printHelp();
+        return 0;
+    }
+    Options options;
+    if (const int status = parseArguments(arguments, &options)) return status;
+
+    DeckHost host;
+    if (const int status = host.open(options.input, options.slide)) return status;
+    minihost::Deck& deck = host.deck();
+    const QString wrong = selectOnDeck(deck, options.select, DefaultSelection::TextOfALoneShape);
+    if (!wrong.isEmpty()) return reportError(options.input, wrong);
+
+    QList<int> before;
+    for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide())) before << shape.id;
+    const int steps = deck.undoSteps().size();
+    const int source = dialogSource(deck);
+    if (const int status = answerDialog(host.addon(), options)) return status;
+    if (deck.undoSteps().size() == steps)
+        return reportError(options.input, QStringLiteral("the dialog wrote no readings: nothing written"));
+    if (options.place != Placement::Addon) {
+        const QList<MadeBox> made = madeBoxes(deck, before, source);
+        if (made.size() != 1 || !made.first().source)
+            return reportError(QStringLiteral("--place"),
+                               QStringLiteral("no one new text box of readings to place"));
+        const QString problem = placeBoxes(host, made, options.place);
+        if (!problem.isEmpty()) return reportError(QStringLiteral("--place"), problem);
+    }
+
+    QString error;
+    if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
+    for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide()))
         if (shape.hasTextFrame)
             std::printf("shape %d: %s\n", shape.id, shape.text.toUtf8().constData());
     return 0;

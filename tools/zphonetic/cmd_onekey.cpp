@@ -4,37 +4,33 @@
 #include <unistd.h>
 
 #include <QFileInfo>
-#include <QRegularExpression>
-#include <algorithm>
 #include <cstdio>
-#include <memory>
 
-#include "addonsession.h"
+#include "deckhost.h"
 #include "deckselection.h"
-#include "minihost/nvo/ribbon_p.h"
-#include "minihost/nvo/zcoreapplication_p.h"
-#include "minihost/nvo/zxapplication_p.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
+#include "placement.h"
 #include "subcommands.h"
 
 namespace {
 
 void printHelp() {
     std::printf(
-        "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION]\n"
-        "       zphonetic onekey DECK -o OUT --all-slides\n\n"
+        "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n"
+        "       zphonetic onekey DECK -o OUT --all-slides [--place WHERE]\n\n"
         "Opens DECK, selects text on a slide as a user would, runs the add-on's \"PhoneticOneKey\"\n"
         "command (one new text box with the pinyin of each selected text, at 400, 250 pt) and\n"
         "writes the deck to OUT. DECK itself is never changed; OUT must be another file.\n\n"
         "  -o, --output OUT  where to write the deck (written whole, then renamed into place)\n"
         "  --slide N         the slide to work on (from 1; default 1)\n"
         "%s"
-        "  --all-slides      run the command on every slide, each time with every shape with\n"
-        "                    text selected; a progress bar on a terminal\n\n"
-        "Prints each new text box (slide, shape id, text). When the add-on finds nothing to\n"
-        "annotate it shows its warning, and the deck is written all the same.\n",
-        kSelectHelp);
+        "  --all-slides      run the command on every slide with Chinese text, each time with\n"
+        "                    every shape with text selected; a progress bar on a terminal\n"
+        "%s\n"
+        "Prints each new text box (slide, shape id, text). When the selection has no Chinese\n"
+        "text, nothing is written and the status is 1.\n",
+        kSelectHelp, kPlaceHelp);
 }
 
 struct Options {
@@ -43,8 +39,8 @@ struct Options {
     int slide = 0;  // 0: not given
     QString select;
     bool allSlides = false;
+    Placement place = Placement::Addon;
 };
-
 bool parseNumber(const QString& text, int* value) {
     bool ok = false;
     *value = text.toInt(&ok);
@@ -58,7 +54,8 @@ int parseArguments(const QStringList& arguments, Options* options) {
         const bool takesValue = argument == QLatin1String("-o") ||
                                 argument == QLatin1String("--output") ||
                                 argument == QLatin1String("--slide") ||
-                                argument == QLatin1String("--select");
+                                argument == QLatin1String("--select") ||
+                                argument == QLatin1String("--place");
         if (takesValue && i + 1 >= arguments.size())
             return reportError(argument, QStringLiteral("needs a value"));
         if (argument == QLatin1String("-o") || argument == QLatin1String("--output")) {
@@ -69,6 +66,10 @@ int parseArguments(const QStringList& arguments, Options* options) {
                 return reportError(argument, QStringLiteral("\"%1\" is not a slide number (1, 2, ...)").arg(value));
         } else if (argument == QLatin1String("--select")) {
             options->select = arguments.at(++i);
+        } else if (argument == QLatin1String("--place")) {
+            const QString value = arguments.at(++i);
+            if (!parsePlacement(value, &options->place))
+                return reportError(argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
         } else if (argument == QLatin1String("--all-slides")) {
             options->allSlides = true;
         } else if (options->deck.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
@@ -101,26 +102,54 @@ void drawProgress(int done, int total) {
     std::fflush(stderr);
 }
 
+// Whether a slide has a text the command would read: Chinese in some shape.
+bool slideHasChinese(const minihost::Deck& deck, int slide) {
+    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
+        if (shape.hasTextFrame && containsChinese(shape.text)) return true;
+    return false;
+}
+
 class OneKeyRun {
 public:
-    OneKeyRun(minihost::Deck& deck, AddonSession& session) : m_deck(deck), m_session(session) {}
+    OneKeyRun(DeckHost& host, Placement place) : m_host(host), m_place(place) {}
     // With a progress bar on the terminal, the bar's line is cleared before anything else is
     // printed (the add-on's warnings included), and drawn again after.
     void showProgress(int total) { m_progressTotal = total; }
 
-    // Runs the command on the current slide (its selection already made) and prints the boxes it
-    // added. False when the add-on could not be triggered.
-    bool runOnCurrentSlide() {
-        const int slide = m_deck.currentSlide();
+    // Runs the command on the current slide (its selection already made), places and prints the
+    // boxes it added. "" or what went wrong.
+    QString runOnCurrentSlide() {
+        minihost::Deck& deck = m_host.deck();
+        const int slide = deck.currentSlide();
         QList<int> before;
-        for (const minihost::ShapeInfo& shape : m_deck.shapes(slide)) before << shape.id;
+        for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
+        // The selected texts the add-on reads, in the order it makes their boxes.
+        QList<int> sources;
+        for (const int id : deck.selectedShapes())
+            if (containsChinese(deck.text(slide, id))) sources << id;
+        m_chineseSelections += sources.isEmpty() ? 0 : 1;
         if (m_progressTotal) std::fputs("\r\033[K", stderr);
-        if (!m_session.trigger(QStringLiteral("PhoneticOneKey"))) return false;
+        if (!m_host.addon().trigger(QStringLiteral("PhoneticOneKey")))
+            return QStringLiteral("the entry object has no trigger method");
         ++m_commands;
-        for (const minihost::ShapeInfo& shape : m_deck.shapes(slide)) {
-            if (before.contains(shape.id)) continue;
+        QList<MadeBox> made;
+        for (const minihost::ShapeInfo& shape : deck.shapes(slide))
+            if (!before.contains(shape.id)) made.append({shape.id, 0});
+        if (m_place != Placement::Addon && !made.isEmpty()) {
+            if (made.size() != sources.size())
+                return QStringLiteral("--place: %1 new text boxes for %2 Chinese texts on slide %3: "
+                                      "which box belongs to which text is unclear")
+                    .arg(made.size())
+                    .arg(sources.size())
+                    .arg(slide);
+            for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
+            const QString problem = placeBoxes(m_host, made, m_place);
+            if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
+        }
+        for (const MadeBox& box : made) {
             ++m_boxes;
-            std::printf("slide %d: new text box %d: \"%s\"\n", slide, shape.id, shape.text.toUtf8().constData());
+            std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
+                        deck.text(slide, box.box).toUtf8().constData());
         }
         // The add-on must give back every object it took; say so when it did not.
         if (minihost::liveObjectCount() != 0) {
@@ -130,33 +159,32 @@ public:
             m_leaked = true;
         }
         if (m_progressTotal) drawProgress(slide, m_progressTotal);
-        return true;
+        return QString();
     }
 
     int commands() const { return m_commands; }
     int boxes() const { return m_boxes; }
     bool leaked() const { return m_leaked; }
+    // Why nothing was written when no box was made.
+    QString nothingWritten() const {
+        return m_chineseSelections ? QStringLiteral("the add-on wrote no readings: nothing written")
+                                   : QStringLiteral("the selection has no Chinese text: nothing written");
+    }
 
 private:
-    minihost::Deck& m_deck;
-    AddonSession& m_session;
+    DeckHost& m_host;
+    Placement m_place;
     int m_commands = 0;
     int m_boxes = 0;
+    int m_chineseSelections = 0;
     bool m_leaked = false;
     int m_progressTotal = 0;
 };
 
-bool slideHasText(const minihost::Deck& deck, int slide) {
-    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
-        if (shape.hasTextFrame && !shape.text.isEmpty()) return true;
-    return false;
-}
-
-// Loads the add-on, runs the command where `options` say, and writes the deck.
-int runCommands(minihost::Deck& deck, const Options& options, int slide) {
-    AddonSession session;
-    if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
-    OneKeyRun run(deck, session);
+// Runs the command where `options` say, and writes the deck when it made boxes.
+int runCommands(DeckHost& host, const Options& options) {
+    minihost::Deck& deck = host.deck();
+    OneKeyRun run(host, options.place);
     if (options.allSlides) {
         const int total = deck.slideCount();
         const bool terminal = isatty(fileno(stderr));
@@ -165,12 +193,12 @@ int runCommands(minihost::Deck& deck, const Options& options, int slide) {
             drawProgress(0, total);
         }
         for (int current = 1; current <= total; ++current) {
-            // A slide without text is left alone: selecting nothing would only make it warn.
-            if (!slideHasText(deck, current)) continue;
+            // A slide without Chinese text is left alone: the command would only warn there.
+            if (!slideHasChinese(deck, current)) continue;
             deck.setCurrentSlide(current);
             selectOnDeck(deck, {}, DefaultSelection::ShapesWithText);
-            if (!run.runOnCurrentSlide())
-                return reportError(QStringLiteral("add-on"), QStringLiteral("the entry object has no trigger method"));
+            const QString problem = run.runOnCurrentSlide();
+            if (!problem.isEmpty()) return reportError(options.deck, problem);
         }
         // The bar ends at the full count, slides without text included.
         if (terminal) {
@@ -178,18 +206,15 @@ int runCommands(minihost::Deck& deck, const Options& options, int slide) {
             std::fputc('\n', stderr);
         }
     } else {
-        deck.setCurrentSlide(slide);
         const QString wrong = selectOnDeck(deck, options.select, DefaultSelection::ShapesWithText);
         if (!wrong.isEmpty()) return reportError(options.deck, wrong);
-        if (!run.runOnCurrentSlide())
-            return reportError(QStringLiteral("add-on"), QStringLiteral("the entry object has no trigger method"));
+        const QString problem = run.runOnCurrentSlide();
+        if (!problem.isEmpty()) return reportError(options.deck, problem);
     }
+    if (run.boxes() == 0) return reportError(options.deck, run.nothingWritten());
 
     QString error;
-    if (!deck.save(options.output, &error)) {
-        const QString prefix = options.output + QStringLiteral(": ");
-        return reportError(options.output, error.startsWith(prefix) ? error.mid(prefix.size()) : error);
-    }
+    if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
     std::printf("wrote %s: %d new text %s on %d %s\n", options.output.toUtf8().constData(),
                 run.boxes(), run.boxes() == 1 ? "box" : "boxes", run.commands(),
                 run.commands() == 1 ? "slide" : "slides");
@@ -208,27 +233,7 @@ int runOneKey(const QStringList& arguments) {
     if (sameFile(options.deck, options.output))
         return reportError(options.output, QStringLiteral("is the input deck: write the result to another file"));
 
-    QString error;
-    std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(options.deck, &error);
-    if (!deck) {
-        // The deck's errors already start with the file's name.
-        const QString prefix = options.deck + QStringLiteral(": ");
-        return reportError(options.deck, error.startsWith(prefix) ? error.mid(prefix.size()) : error);
-    }
-    const int slide = options.slide ? options.slide : 1;
-    if (slide > deck->slideCount())
-        return reportError(options.deck, QStringLiteral("there is no slide %1 (the deck has %2)").arg(slide).arg(deck->slideCount()));
-
-    // A host window with the Home tab current, the deck as the active presentation.
-    auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
-    ZMainWindow window;
-    minihost::buildRibbon(&window, {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"),
-                                    QStringLiteral("CT_TextTool")});
-    minihost::setCurrentTabById(&window, QStringLiteral("CT_Home"));
-    app->d_func()->setCurrentMainWindow(&window);
-    app->coreApplication()->d_func()->setActiveView(deck->view());
-    const int status = runCommands(*deck, options, slide);
-    app->coreApplication()->d_func()->setActiveView(nullptr);
-    app->d_func()->setCurrentMainWindow(nullptr);
-    return status;
+    DeckHost host;
+    if (const int status = host.open(options.deck, options.slide ? options.slide : 1)) return status;
+    return runCommands(host, options);
 }

@@ -41,11 +41,7 @@ int runShow(const QStringList& args) {
     if (args.size() != 1) return reportError(QStringLiteral("show"), QStringLiteral("usage: zphonetic show DECK"));
     QString error;
     const std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(args.first(), &error);
-    if (!deck) {
-        // The deck's errors already start with the file's name.
-        const QString prefix = args.first() + QStringLiteral(": ");
-        return reportError(args.first(), error.startsWith(prefix) ? error.mid(prefix.size()) : error);
-    }
+    if (!deck) return reportFileError(args.first(), error);
     QTextStream out(stdout);
     const int slides = deck->slideCount();
     out << args.first() << ": " << slides << (slides == 1 ? " slide" : " slides") << ", "

@@ -7,10 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "minihost/nvo/readingservice.h"
-#include "minihost/nvo/taggerreadings.h"
-#include "minihost/nvo/zcoreapplication_p.h"
-#include "nvo/readingservice.h"
+#include "deckhost.h"
 #include "nvo/zapplication.h"
 #include "subcommands.h"
 
@@ -57,12 +54,6 @@ void printHelp() {
 
 }  // namespace
 
-int reportError(const QString& subject, const QString& what) {
-    std::fprintf(stderr, "zphonetic: %s: %s\n", subject.toLocal8Bit().constData(),
-                 what.toLocal8Bit().constData());
-    return 1;
-}
-
 int main(int argc, char** argv) {
     if (argc < 2) {
         printHelp();
@@ -99,11 +90,7 @@ int main(int argc, char** argv) {
         ZxApplication app(applicationArgc, argv);
         ZxApplication::setApplicationName(QStringLiteral("zphonetic"));
         ZxApplication::setApplicationVersion(QStringLiteral(ZPHONETIC_VERSION));
-        // With feature 0x1000018 off (host setting features/taggingLibrary=false) the add-on asks
-        // the host's reading service instead of the tagging library: the same engine answers.
-        IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
-        app.coreApplication()->d_func()->registerService(SID_ZReadingService, readings);
-        readings->Release();
+        registerReadingService();
         return subcommand.run(arguments);
     }
     return reportError(QString::fromLocal8Bit(first),

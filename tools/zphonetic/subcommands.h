@@ -6,9 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-// Prints "zphonetic: <subject>: <what>" to standard error and returns 1 (the exit status of a
-// failed subcommand). `subject` is the file (or argument) concerned.
-int reportError(const QString& subject, const QString& what);
+#include "reporterror.h"
 
 // zphonetic trigger ACTION [--tab TAB_ID]
 int runTrigger(const QStringList& arguments);

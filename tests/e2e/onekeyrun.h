@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// zphonetic onekey run as a user runs it, from the tests of the command line.
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+namespace onekeytest {
+
+struct Outcome {
+    int status = -1;  // -1: it crashed or did not finish
+    QString out;
+    QString err;
+};
+
+// Runs `program` (default: the zphonetic beside the test) with `arguments` after "onekey",
+// headless, in English, with `environment` added to the test's own (a variable set to "" is
+// removed).
+Outcome runOneKey(const QStringList& arguments, const QProcessEnvironment& environment = {},
+                  const QString& program = {});
+
+// The first line that zphonetic itself wrote to standard error (Qt may add lines of its own).
+QString errorLine(const QString& err);
+
+}  // namespace onekeytest

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "deckhost.h"
+
+#include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/ribbon_p.h"
+#include "minihost/nvo/taggerreadings.h"
+#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/zxapplication_p.h"
+#include "minihost/slxcore/deck.h"
+#include "nvo/readingservice.h"
+#include "reporterror.h"
+
+namespace {
+
+ZxApplication* application() {
+    return qobject_cast<ZxApplication*>(QCoreApplication::instance());
+}
+
+}  // namespace
+
+DeckHost::DeckHost() = default;
+
+// The add-on's entry object goes while the deck's view is still the active one (it releases the
+// add-on's model); then the host forgets the view and the window before the deck goes.
+DeckHost::~DeckHost() {
+    m_addon.reset();
+    if (m_viewActive) application()->coreApplication()->d_func()->setActiveView(nullptr);
+    if (m_window) application()->d_func()->setCurrentMainWindow(nullptr);
+}
+
+int DeckHost::open(const QString& path, int slide) {
+    // Before anything else: without these the add-on would only say that the selection holds no
+    // character, and the command would write a deck without readings.
+    QString problem;
+    const QString missing = minihost::missingReadingFile(&problem);
+    if (!missing.isEmpty()) return reportError(missing, problem);
+
+    QString error;
+    m_deck = minihost::Deck::loadFile(path, &error);
+    if (!m_deck) return reportFileError(path, error);
+    if (!m_deck->setCurrentSlide(slide))
+        return reportError(path, QStringLiteral("there is no slide %1 (the deck has %2)")
+                                     .arg(slide)
+                                     .arg(m_deck->slideCount()));
+
+    m_window = std::make_unique<ZMainWindow>();
+    minihost::buildRibbon(m_window.get(), {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"),
+                                           QStringLiteral("CT_TextTool")});
+    minihost::setCurrentTabById(m_window.get(), QStringLiteral("CT_Home"));
+    application()->d_func()->setCurrentMainWindow(m_window.get());
+    application()->coreApplication()->d_func()->setActiveView(m_deck->view());
+    m_viewActive = true;
+
+    m_addon = std::make_unique<AddonSession>();
+    if (!m_addon->open()) return reportError(QStringLiteral("add-on"), m_addon->errorString());
+    return 0;
+}
+
+IZApplication* DeckHost::coreApplication() const {
+    return application()->coreApplication();
+}
+
+void registerReadingService() {
+    // With feature 0x1000018 off (host setting features/taggingLibrary=false) the add-on asks
+    // the host's reading service instead of the tagging library: the same engine answers.
+    IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
+    application()->coreApplication()->d_func()->registerService(SID_ZReadingService, readings);
+    readings->Release();
+}
