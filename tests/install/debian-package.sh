@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# cpack -G DEB builds the Debian package; its run-time dependencies name the libraries the
+# programs need, and its zphonetic, unpacked into a throwaway root, runs there.
+#   debian-package.sh BUILD_DIR SOURCE_DIR
+set -euo pipefail
+build=$1 source=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+. "$(dirname "$0")/runinstalled.sh"
+
+cpack -G DEB --config "$build/CPackConfig.cmake" -B "$work/package" >"$work/cpack.txt" 2>&1 ||
+    { cat "$work/cpack.txt" >&2; exit 1; }
+deb=$(ls "$work"/package/zphonetic_*.deb)
+depends=$(dpkg-deb -f "$deb" Depends)
+echo "$(basename "$deb"): Depends: $depends"
+for needed in libqt5webenginewidgets5 libqt5widgets5 libzip4 libpugixml1v5 libjsoncpp25; do
+    grep -q "$needed" <<<"$depends" || { echo "FAIL: $needed is not a dependency" >&2; exit 1; }
+done
+dpkg -x "$deb" "$work/root"
+run_installed "$work/root/usr/bin/zphonetic" "$build" "$source" "$work"
