@@ -12,6 +12,8 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
 set(CPACK_PACKAGE_CONTACT "zphonetic developers <zphonetic@localhost>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# The build's debugging information stays in the build tree.
+set(CPACK_STRIP_FILES TRUE)
 set(CPACK_DEBIAN_PACKAGE_SECTION text)
 # dpkg-shlibdeps finds the host libraries in the package itself through the programs' RUNPATH
 # ($ORIGIN/../lib), and every other library in the Debian package that provides it.
