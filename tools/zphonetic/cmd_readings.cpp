@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "addonsession.h"
+#include "deckhost.h"
 #include "dialogbridge.h"
 #include "subcommands.h"
 
@@ -47,6 +48,7 @@ int runReadings(const QStringList& arguments) {
     if (!haveText || text.isEmpty())
         return reportError(QStringLiteral("readings"), QStringLiteral("needs a TEXT"));
 
+    if (const int status = checkReadingFiles()) return status;
     AddonSession session;
     if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
     // Without a presentation the command opens the dialog on its guide; its bridge still answers

@@ -30,11 +30,7 @@ DeckHost::~DeckHost() {
 }
 
 int DeckHost::open(const QString& path, int slide) {
-    // Before anything else: without these the add-on would only say that the selection holds no
-    // character, and the command would write a deck without readings.
-    QString problem;
-    const QString missing = minihost::missingReadingFile(&problem);
-    if (!missing.isEmpty()) return reportError(missing, problem);
+    if (const int status = checkReadingFiles()) return status;
 
     QString error;
     m_deck = minihost::Deck::loadFile(path, &error);
@@ -55,6 +51,14 @@ int DeckHost::open(const QString& path, int slide) {
     m_addon = std::make_unique<AddonSession>();
     if (!m_addon->open()) return reportError(QStringLiteral("add-on"), m_addon->errorString());
     return 0;
+}
+
+int checkReadingFiles() {
+    // Without these the add-on would only say that the selection holds no character, and a
+    // command would write a deck without readings.
+    QString problem;
+    const QString missing = minihost::missingReadingFile(&problem);
+    return missing.isEmpty() ? 0 : reportError(missing, problem);
 }
 
 IZApplication* DeckHost::coreApplication() const {
