@@ -41,6 +41,7 @@ struct Options {
     bool allSlides = false;
     Placement place = Placement::Addon;
 };
+
 bool parseNumber(const QString& text, int* value) {
     bool ok = false;
     *value = text.toInt(&ok);
@@ -135,17 +136,8 @@ public:
         QList<MadeBox> made;
         for (const minihost::ShapeInfo& shape : deck.shapes(slide))
             if (!before.contains(shape.id)) made.append({shape.id, 0});
-        if (m_place != Placement::Addon && !made.isEmpty()) {
-            if (made.size() != sources.size())
-                return QStringLiteral("--place: %1 new text boxes for %2 Chinese texts on slide %3: "
-                                      "which box belongs to which text is unclear")
-                    .arg(made.size())
-                    .arg(sources.size())
-                    .arg(slide);
-            for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
-            const QString problem = placeBoxes(m_host, made, m_place);
-            if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
-        }
+        const QString problem = place(made, sources);
+        if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
         for (const MadeBox& box : made) {
             ++m_boxes;
             std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
@@ -160,6 +152,19 @@ public:
         }
         if (m_progressTotal) drawProgress(slide, m_progressTotal);
         return QString();
+    }
+
+    // Moves the boxes made on the current slide, the i-th for the i-th source. "" or why not.
+    QString place(QList<MadeBox>& made, const QList<int>& sources) {
+        if (m_place == Placement::Addon || made.isEmpty()) return QString();
+        if (made.size() != sources.size())
+            return QStringLiteral("%1 new text boxes for %2 Chinese texts on slide %3: which box "
+                                  "belongs to which text is unclear")
+                .arg(made.size())
+                .arg(sources.size())
+                .arg(m_host.deck().currentSlide());
+        for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
+        return placeBoxes(m_host, made, m_place);
     }
 
     int commands() const { return m_commands; }
@@ -200,7 +205,7 @@ int runCommands(DeckHost& host, const Options& options) {
             const QString problem = run.runOnCurrentSlide();
             if (!problem.isEmpty()) return reportError(options.deck, problem);
         }
-        // The bar ends at the full count, slides without text included.
+        // The bar ends at the full count, slides without Chinese text included.
         if (terminal) {
             drawProgress(total, total);
             std::fputc('\n', stderr);
