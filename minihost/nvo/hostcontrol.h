@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 #include <QUrl>
+#include <cstdint>
 
 #include "hostexport.h"
 #include "nvo/com.h"
@@ -18,8 +19,11 @@
 class QAction;
 class QToolButton;
 class QWidget;
+class ZCoreApplication;
 class ZListCommand;
 class ZMainWindow;
+class ZRbSubTabBar;
+class ZRbTabWidget;
 class ZxApplication;
 namespace slxoldapi {
 struct DocumentView;
@@ -76,6 +80,13 @@ ZHOST_API QWidget* ribbonTabPanel(ZMainWindow* window, const QString& tabId);
 // icon above its text, both following the action. Returns the button (owned by the panel); null
 // when there is no such tab.
 ZHOST_API QToolButton* addRibbonAction(ZMainWindow* window, const QString& tabId, QAction* action);
+// Hands `window` a ribbon made of the given parts, any of which may be null: `header` as its
+// header bar, `bar` as the header bar's sub-tab bar, `command` as the bar's command object (any
+// QObject: the add-on expects a ZListCommand). For host programs that make their own ribbon, and
+// for the states a ribbon passes through while it is made (a window without a header bar, a bar
+// without a command). The parts are not drawn and stay owned by their Qt parents.
+ZHOST_API void setRibbonParts(ZMainWindow* window, ZRbTabWidget* header, ZRbSubTabBar* bar,
+                              QObject* command);
 // The tab bar the user clicks (a QTabBar inside the sub-tab bar); null without a ribbon.
 ZHOST_API QWidget* ribbonTabBar(ZMainWindow* window);
 // How many times headerBar(), subTabBar(), currentIdx(), command(), childCount() or childAt()
@@ -96,6 +107,28 @@ ZHOST_API void registerService(const GUID& serviceId, IUnknown* service);
 ZHOST_API void unregisterService(const GUID& serviceId);
 // The service offered under `serviceId`, without a new reference; null when none.
 ZHOST_API IUnknown* service(const GUID& serviceId);
+// The same for a core application a program made on its own, without a ZxApplication.
+ZHOST_API void registerService(ZCoreApplication* core, const GUID& serviceId, IUnknown* service);
+ZHOST_API void unregisterService(ZCoreApplication* core, const GUID& serviceId);
+
+// References to the core application taken by AddRef and not yet given back by Release (0 when
+// nobody holds one; the ZxApplication owns the object itself).
+ZHOST_API std::uint32_t coreApplicationReferences();
+ZHOST_API std::uint32_t coreApplicationReferences(const ZCoreApplication* core);
+
+// --- Translations and the usage collector ------------------------------------------------------
+// Translators installed under `directory` (exactly as installTranslation was given it).
+ZHOST_API int installedTranslations(const QString& directory);
+// Calls of installTranslation() and of uninstallTranslation() since the manager was made,
+// whatever they loaded or found.
+ZHOST_API int translationInstallCalls();
+ZHOST_API int translationUninstallCalls();
+// Removes the core application's translation manager (translator() answers null) or gives it a
+// new, empty one.
+ZHOST_API void setTranslatorAvailable(bool available);
+// Removes the core application's usage collector (getDcInfo() answers null) or gives it a new
+// one, which keeps no events yet.
+ZHOST_API void setUsageCollectorAvailable(bool available);
 
 // --- What the host did in the user's place -----------------------------------------------------
 // True when the host runs without a display (platform "offscreen" or "minimal").

@@ -189,6 +189,13 @@ QString currentTabId(const ZMainWindow* window) {
     return children.at(index)->property("id").toString();
 }
 
+void setRibbonParts(ZMainWindow* window, ZRbTabWidget* header, ZRbSubTabBar* bar,
+                    QObject* command) {
+    window->d_func()->headerBar = header;
+    if (header) header->d_func()->subTabBar = bar;
+    if (bar) bar->d_func()->command = command;
+}
+
 bool setRibbonTabTitle(ZMainWindow* window, const QString& tabId, const QString& title) {
     const int index = tabIndex(window, tabId);
     QTabBar* tabs = index >= 0 ? subTabBarOf(window)->d_func()->tabs : nullptr;
