@@ -80,8 +80,8 @@ public:
     ZCoreApplication* coreApplication() const;
     // Shows `text` to the user: in a GUI host a message box whose icon and buttons follow `flags`
     // (0x10 error, 0x20 question, 0x30 warning, 0x40 information icon; low nibble 0 = OK,
-    // 1 = OK/Cancel, 4 = Yes/No); a headless host prints it to standard error. Returns the button
-    // chosen (1 = OK, 2 = Cancel, 6 = Yes, 7 = No).
+    // 1 = OK/Cancel, 3 = Yes/No/Cancel, 4 = Yes/No); a headless host prints it to standard
+    // error. Returns the button chosen (1 = OK, 2 = Cancel, 6 = Yes, 7 = No).
     int messageBox(const QString& text, unsigned int flags);
 
     ZxApplicationPrivate* d_func() const { return d.get(); }

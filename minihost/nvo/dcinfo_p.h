@@ -8,16 +8,8 @@
 #include <QString>
 
 #include "hostexport.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "nvo/dcinfo.h"
-
-struct UsageEvent {
-    QString name;
-    QHash<QString, QString> parameters;
-    unsigned int reserved1 = 0;
-    unsigned int reserved2 = 0;
-    int probability = 0;
-    bool immediate = false;
-};
 
 class ZHOST_API ZDcInfoCPrivate {
 public:

@@ -18,6 +18,8 @@ QMessageBox::StandardButtons buttonsFor(unsigned int flags) {
     switch (flags & 0x0F) {
         case 1:
             return QMessageBox::Ok | QMessageBox::Cancel;
+        case 3:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
         case 4:
             return QMessageBox::Yes | QMessageBox::No;
         default:
@@ -55,7 +57,8 @@ int answerCode(int button) {
 
 }  // namespace
 
-ZxApplicationPrivate::ZxApplicationPrivate(bool headless) : m_headless(headless) {
+ZxApplicationPrivate::ZxApplicationPrivate(bool headless)
+    : showMessageBoxes(!headless), m_headless(headless) {
     if (m_headless)
         for (const char* scheme : kUrlSchemes)
             QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "recordUrl");
@@ -102,12 +105,14 @@ ZCoreApplication* ZxApplication::coreApplication() const {
 }
 
 int ZxApplication::messageBox(const QString& text, unsigned int flags) {
-    if (d->headless()) {
-        d->messages.append({text, flags});
+    d->messages.append({text, flags});
+    if (!d->showMessageBoxes) {
         std::fprintf(stderr, "zphonetic: message (flags 0x%X): %s\n", flags,
                      text.toUtf8().constData());
         if (d->headlessAnswer) return d->headlessAnswer;
-        return (flags & 0x0F) == 4 ? 6 : 1;
+        // The first button: Yes for the boxes that ask yes or no.
+        const unsigned int buttons = flags & 0x0F;
+        return buttons == 3 || buttons == 4 ? 6 : 1;
     }
     QMessageBox box(iconFor(flags), applicationName(), text, buttonsFor(flags), d->mainWindow);
     return answerCode(box.exec());

@@ -10,14 +10,9 @@
 #include <QUrl>
 
 #include "hostexport.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "nvo/ribbon.h"
 #include "nvo/zapplication.h"
-
-// One message box a headless host did not show.
-struct RecordedMessage {
-    QString text;
-    unsigned int flags = 0;
-};
 
 class ZHOST_API ZxApplicationPrivate : public QObject {
     Q_OBJECT
@@ -31,13 +26,15 @@ public:
 
     bool headless() const { return m_headless; }
 
-    // The answer a headless messageBox() gives: 0 (the default) means "the first button" (OK
-    // or Yes).
+    // The answer a messageBox() that is not shown gives: 0 (the default) means "the first
+    // button" (OK or Yes).
     int headlessAnswer = 0;
+    // Whether messageBox() shows a real box (default: unless headless).
+    bool showMessageBoxes;
 
     ZCoreApplication core;
     QPointer<ZMainWindow> mainWindow;
-    QList<RecordedMessage> messages;  // headless message boxes, oldest first
+    QList<RecordedMessage> messages;  // every message box asked for, oldest first
     QList<QUrl> openedUrls;           // headless URLs for the browser, oldest first
 
 public slots:

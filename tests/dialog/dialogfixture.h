@@ -5,12 +5,12 @@
 
 #include <gtest/gtest.h>
 #include <QCoreApplication>
+#include <QPointer>
 #include <QTemporaryDir>
 
 #include "dialog/phoneticsymbolwebwindow.h"
 #include "minihost/nvo/hostconfig.h"
-#include "minihost/nvo/zcoreapplication_p.h"
-#include "minihost/nvo/zxapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvolite/webhost.h"
 #include "minihost/slxcore/deck.h"
 #include "model/phoneticsymbolmodel.h"
@@ -19,9 +19,6 @@
 
 class DialogTest : public testing::Test {
 protected:
-    static ZxApplication* app() {
-        return static_cast<ZxApplication*>(QCoreApplication::instance());
-    }
     static ZPhoneticSymbolModel* model() { return ZPhoneticSymbolModel::instance(); }
 
     void SetUp() override {
@@ -37,10 +34,10 @@ protected:
         tagger.setReading(u'都', u"dōu dū");
         tagger.setReading(u'得', u"dé de děi");
         deck = minihost::Deck::create(1);
-        app()->coreApplication()->d_func()->setActiveView(deck->view());
+        minihost::setActiveView(deck->view());
         model()->initModel(nullptr);
-        app()->d_func()->messages.clear();
-        app()->d_func()->openedUrls.clear();
+        minihost::clearMessagesShown();
+        minihost::clearUrlsOpened();
     }
 
     void TearDown() override {
@@ -50,7 +47,7 @@ protected:
         }
         EXPECT_EQ(model()->dialog, nullptr);
         model()->releaseModel();
-        app()->coreApplication()->d_func()->setActiveView(nullptr);
+        minihost::setActiveView(nullptr);
         minihost::resetDirectories();
         minihost::setWebRendering(true);
     }

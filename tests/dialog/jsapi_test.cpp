@@ -160,12 +160,12 @@ TEST_F(JsApi, TheBrowserUrlIsBuiltOnceAndKept) {
     ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
     EXPECT_TRUE(
         minihost::callBridge(&window, "openPromeBrowser", R"({"url":""})").value("ok").toBool());
-    EXPECT_TRUE(app()->d_func()->openedUrls.isEmpty());  // an empty url is ignored
+    EXPECT_TRUE(minihost::urlsOpened().isEmpty());  // an empty url is ignored
     minihost::callBridge(&window, "openPromeBrowser",
                          R"({"url":"https://help.example.invalid/pinyin?from=home"})");
     minihost::callBridge(&window, "openPromeBrowser",
                          R"({"url":"https://help.example.invalid/other?from=texttool"})");
-    const QList<QUrl> opened = app()->d_func()->openedUrls;
+    const QList<QUrl> opened = minihost::urlsOpened();
     ASSERT_EQ(opened.size(), 2);
     const QString expected =
         "https://help.example.invalid/pinyin?from=home&app_type=client&app_name=" +

@@ -72,7 +72,7 @@ TEST_F(OpenDialog, NoSelectionOpensTheGuide) {
     ZPhoneticSymbolWebWindow* window = openDialog();
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(minihost::webWidgetUrl(window).endsWith("index.html#/guide"));
-    EXPECT_TRUE(app()->d_func()->messages.isEmpty());
+    EXPECT_TRUE(minihost::messagesShown().isEmpty());
 }
 
 TEST_F(OpenDialog, NoTaggerOpensTheGuide) {
@@ -87,9 +87,10 @@ TEST_F(OpenDialog, TextWithoutChineseWarns) {
     selectBox(QStringLiteral("abc 123"));
     model()->openPhoneticDialog();
     EXPECT_EQ(model()->dialog, nullptr);
-    ASSERT_EQ(app()->d_func()->messages.size(), 1);
-    EXPECT_EQ(app()->d_func()->messages[0].text, "please select one character at least");
-    EXPECT_EQ(app()->d_func()->messages[0].flags, 0x30u);
+    const QList<RecordedMessage> messages = minihost::messagesShown();
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages[0].text, "please select one character at least");
+    EXPECT_EQ(messages[0].flags, 0x30u);
     EXPECT_TRUE(model()->readings.isEmpty() || model()->candidates.isEmpty());
 }
 

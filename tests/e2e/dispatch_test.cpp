@@ -8,8 +8,7 @@
 #include <memory>
 
 #include "minihost/nvo/addonmodule.h"
-#include "minihost/nvo/dcinfo_p.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvolite/webhost.h"
 #include "minihost/slxcore/deck.h"
 #include "qtprinters.h"
@@ -36,18 +35,16 @@ TEST(DialogCommand, WithNothingSelectedItStillPostsTheSymbolEvent) {
     ZMainWindow window;
     minihost::buildRibbon(&window, {QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool")});
     ASSERT_TRUE(minihost::setCurrentTabById(&window, QStringLiteral("CT_TextTool")));
-    ZxApplication* app = RibbonFixture::app();
-    app->d_func()->setCurrentMainWindow(&window);
+    minihost::setCurrentMainWindow(&window);
     auto deck = minihost::Deck::create(1);
     deck->addTextBox(1, QStringLiteral("你好"), QRectF(40, 40, 400, 60));
     deck->clearSelection();
-    ZCoreApplication* core = app->coreApplication();
-    core->d_func()->setActiveView(deck->view());
-    QList<UsageEvent>& events = core->getDcInfo()->d_func()->events;
-    events.clear();
+    minihost::setActiveView(deck->view());
+    minihost::clearUsageEvents();
 
     std::unique_ptr<QObject> entry(module.createEntryObject());
     ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticSymbol")));
+    QList<UsageEvent> events = minihost::usageEvents();
     ASSERT_EQ(events.size(), 1);
     EXPECT_EQ(events[0].name, QStringLiteral("nvo_phoneticsymbol_texttool"));
     EXPECT_EQ(events[0].parameters, (QHash<QString, QString>{{QStringLiteral("action"), QStringLiteral("symbol")}}));
@@ -56,13 +53,13 @@ TEST(DialogCommand, WithNothingSelectedItStillPostsTheSymbolEvent) {
     const QList<QWidget*> windows = dialogWindows();
     ASSERT_EQ(windows.size(), 1);
     ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticSymbol")));
-    EXPECT_EQ(events.size(), 1);
+    EXPECT_EQ(minihost::usageEvents().size(), 1);
 
     windows[0]->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(dialogWindows().isEmpty());
     entry.reset();
-    core->d_func()->setActiveView(nullptr);
-    app->d_func()->setCurrentMainWindow(nullptr);
+    minihost::setActiveView(nullptr);
+    minihost::setCurrentMainWindow(nullptr);
     minihost::setWebRendering(true);
 }

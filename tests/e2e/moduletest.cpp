@@ -9,10 +9,9 @@
 #include <memory>
 
 #include "minihost/nvo/addonmodule.h"
-#include "minihost/nvo/dcinfo_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hoststore.h"
-#include "minihost/nvo/translators_p.h"
 #include "ribbonfixture.h"
 
 namespace {
@@ -23,15 +22,10 @@ protected:
         ASSERT_TRUE(module.load(minihost::addonModulePath(QStringLiteral("zphoneticsymbol"))))
             << module.errorString().toStdString();
         showTab(QStringLiteral("CT_TextTool"));
-        events().clear();
-        app()->d_func()->messages.clear();
+        minihost::clearUsageEvents();
+        minihost::clearMessagesShown();
     }
-    static QList<UsageEvent>& events() {
-        return app()->coreApplication()->getDcInfo()->d_func()->events;
-    }
-    static zrt::ZAppTranslatorsPrivate* translators() {
-        return app()->coreApplication()->translator()->d_func();
-    }
+    static QList<UsageEvent> events() { return minihost::usageEvents(); }
     std::unique_ptr<QObject> entryObject() {
         return std::unique_ptr<QObject>(module.createEntryObject());
     }
@@ -43,22 +37,22 @@ protected:
 
 TEST_F(Module, EntryObjectLifeCycle) {
     minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("zh_CN"));
-    const int installs = translators()->installCalls;
+    const int installs = minihost::translationInstallCalls();
     const int loads = minihost::loadLibraryCalls();
 
     auto entry = entryObject();
     ASSERT_NE(entry, nullptr);
     EXPECT_STREQ(entry->metaObject()->className(), "ZxPhoneticSymbolObject");
-    EXPECT_EQ(translators()->installCalls, installs + 1);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
     EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);  // the tagging library
 
     auto second = entryObject();
-    EXPECT_EQ(translators()->installCalls, installs + 1);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
     EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
     second.reset();  // releases the add-on for every entry object
 
     auto third = entryObject();
-    EXPECT_EQ(translators()->installCalls, installs + 2);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 2);
 
     // "PhoneticOneKey" with nothing selected: the event, then the translated warning.
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("PhoneticOneKey")));
@@ -66,21 +60,22 @@ TEST_F(Module, EntryObjectLifeCycle) {
     EXPECT_EQ(events().first().name, QStringLiteral("nvo_phoneticsymbol_texttool"));
     EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
               QStringLiteral("onekey"));
-    ASSERT_EQ(app()->d_func()->messages.size(), 1);
-    EXPECT_EQ(app()->d_func()->messages.first().text, QStringLiteral("请至少选择一个字符"));
-    EXPECT_EQ(app()->d_func()->messages.first().flags, 0x30u);
+    const QList<RecordedMessage> messages = minihost::messagesShown();
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages.first().text, QStringLiteral("请至少选择一个字符"));
+    EXPECT_EQ(messages.first().flags, 0x30u);
 
     // Unknown actions and another case do nothing.
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("phoneticonekey")));
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("Other")));
     EXPECT_EQ(events().size(), 1);
 
-    const int uninstalls = translators()->uninstallCalls;
+    const int uninstalls = minihost::translationUninstallCalls();
     third.reset();
     entry.reset();
-    EXPECT_EQ(translators()->uninstallCalls, uninstalls + 1);
-    EXPECT_EQ(translators()->installedCount(QCoreApplication::applicationDirPath() +
-                                            QStringLiteral("/addons/zphoneticsymbol/mui/")),
+    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls + 1);
+    EXPECT_EQ(minihost::installedTranslations(QCoreApplication::applicationDirPath() +
+                                              QStringLiteral("/addons/zphoneticsymbol/mui/")),
               0);
     minihost::setHostSetting(QStringLiteral("ui/language"), {});
 }

@@ -8,8 +8,7 @@
 #include <memory>
 
 #include "minihost/nvo/addonmodule.h"
-#include "minihost/nvo/dcinfo_p.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/hosttransaction.h"
 #include "minihost/slxcore/liveobjects.h"
@@ -36,22 +35,21 @@ protected:
         entry.reset(module.createEntryObject());
         ASSERT_NE(entry, nullptr);
         deck = minihost::Deck::create(1);
-        core()->d_func()->setActiveView(deck->view());
-        events().clear();
-        app()->d_func()->messages.clear();
+        minihost::setActiveView(deck->view());
+        minihost::clearUsageEvents();
+        minihost::clearMessagesShown();
         overReleases = minihost::overReleaseCount();
     }
     void TearDown() override {
         if (ZFormatStaticTransGuard::instance()->isActive()) minihost::rollbackHostTransaction();
-        core()->d_func()->setActiveView(nullptr);
+        minihost::setActiveView(nullptr);
         entry.reset();
         deck.reset();
         RibbonFixture::TearDown();
     }
 
-    static ZCoreApplication* core() { return app()->coreApplication(); }
-    static QList<UsageEvent>& events() { return core()->getDcInfo()->d_func()->events; }
-    static const QList<RecordedMessage>& messages() { return app()->d_func()->messages; }
+    static QList<UsageEvent> events() { return minihost::usageEvents(); }
+    static QList<RecordedMessage> messages() { return minihost::messagesShown(); }
 
     int addText(const QString& text, qreal top = 40) {
         return deck->addTextBox(1, text, QRectF(40, top, 500, 60));
@@ -184,7 +182,7 @@ TEST_F(OneKey, ThreeShapesGiveThreeStackedBoxesAllSelectedAndOneUndoRemovesThem)
 TEST_F(OneKey, AnOpenHostTransactionIsRenamedAndNeitherStartedNorCommitted) {
     const int id = addText(QStringLiteral("你好"));
     ASSERT_TRUE(deck->selectShapes({id}));
-    ASSERT_TRUE(minihost::openHostTransaction(core(), QStringLiteral("script")));
+    ASSERT_TRUE(minihost::openHostTransaction(app()->coreApplication(), QStringLiteral("script")));
     oneKey();
 
     EXPECT_TRUE(callsOf({QStringLiteral("Transaction.")}).isEmpty()) << deck->journal().join(u'\n').toStdString();
@@ -220,7 +218,7 @@ TEST_F(OneKey, WhenTheLastBoxFailsTheWarningFollowsTheCommitAndEarlierBoxesStay)
     const int second = addText(QStringLiteral("中国"), 120);
     ASSERT_TRUE(deck->selectShapes({first, second}));
     RefusingView view(deck->view(), 2);  // the second box cannot be made
-    core()->d_func()->setActiveView(&view);
+    minihost::setActiveView(&view);
     oneKey();
 
     ASSERT_EQ(newShapes(2).size(), 1);
@@ -236,7 +234,7 @@ TEST_F(OneKey, WhenTheLastBoxFailsTheWarningFollowsTheCommitAndEarlierBoxesStay)
     ASSERT_EQ(messages().size(), 1);
     EXPECT_EQ(messages()[0].text, warning());
     EXPECT_EQ(messages()[0].flags, 48u);
-    core()->d_func()->setActiveView(deck->view());
+    minihost::setActiveView(deck->view());
 }
 
 TEST_F(OneKey, ATextWithoutReadingsAfterABoxLeavesTheLastResultAndNoWarning) {

@@ -20,7 +20,8 @@
 #include "engine/taggerbinding.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/readingservice.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
+#include "nvo/zapplication.h"
 #include "nvo/readingservice.h"
 #include "taggerdoublelibrary.h"
 
@@ -83,7 +84,7 @@ protected:
             [this](const QString& text, QVector<minihost::HostReading>& out) {
                 return serviceScript(text, out);
             });
-        app.d_func()->registerService(SID_ZReadingService, service);
+        minihost::registerService(&app, SID_ZReadingService, service);
         service->Release();
     }
 
@@ -113,7 +114,7 @@ protected:
     void TearDown() override {
         unloadPinyinTagger(handle);
         EXPECT_EQ(handle.library, nullptr);
-        EXPECT_EQ(app.d_func()->references, 0u)
+        EXPECT_EQ(minihost::coreApplicationReferences(&app), 0u)
             << "a reference to the core application was not released";
         minihost::resetFeatureStates();
         minihost::resetDirectories();

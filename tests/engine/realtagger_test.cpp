@@ -13,7 +13,8 @@
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/readingservice.h"
 #include "minihost/nvo/taggerreadings.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
+#include "nvo/zapplication.h"
 #include "nvo/readingservice.h"
 
 namespace {
@@ -30,7 +31,7 @@ class RealTaggerTest : public ::testing::Test {
 protected:
     RealTaggerTest() {
         IUnknown* service = minihost::createReadingService(minihost::engineReadingFunction());
-        app.d_func()->registerService(SID_ZReadingService, service);
+        minihost::registerService(&app, SID_ZReadingService, service);
         service->Release();
     }
 
@@ -45,7 +46,7 @@ protected:
 
     void TearDown() override {
         unloadPinyinTagger(handle);
-        EXPECT_EQ(app.d_func()->references, 0u);
+        EXPECT_EQ(minihost::coreApplicationReferences(&app), 0u);
         minihost::resetFeatureStates();
         minihost::resetDirectories();
     }

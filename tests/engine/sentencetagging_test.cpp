@@ -305,9 +305,9 @@ TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
     EXPECT_FALSE(tag(QStringLiteral("中人")));  // the service has no reading for 人
     PlainUnknown plain;
-    app.d_func()->registerService(SID_ZReadingService, &plain);
+    minihost::registerService(&app, SID_ZReadingService, &plain);
     EXPECT_FALSE(tag(QStringLiteral("中国")));
-    app.d_func()->unregisterService(SID_ZReadingService);
+    minihost::unregisterService(&app, SID_ZReadingService);
     EXPECT_EQ(plain.references, 0);
     EXPECT_FALSE(tag(QStringLiteral("中国")));
     EXPECT_TRUE(tagger.journal().empty());
@@ -316,17 +316,17 @@ TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
 TEST_F(SentenceTaggingTest, OnlyStatusZeroWithARecordIsAnAnswer) {
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
     FixedStatusTagger succeeds(S_OK, true);
-    app.d_func()->registerService(SID_ZReadingService, &succeeds);
+    minihost::registerService(&app, SID_ZReadingService, &succeeds);
     EXPECT_EQ(utf8(tag(QStringLiteral("中")).value_or(QStringList())), (Readings{"zhōng"}));
     // S_FALSE is not a failure to the object model, but it is no answer here; the record it
     // came with is freed all the same (the leak checker sees to that).
     FixedStatusTagger notExactlyZero(S_FALSE, true);
-    app.d_func()->registerService(SID_ZReadingService, &notExactlyZero);
+    minihost::registerService(&app, SID_ZReadingService, &notExactlyZero);
     EXPECT_FALSE(tag(QStringLiteral("中")));
     FixedStatusTagger noRecord(S_OK, false);
-    app.d_func()->registerService(SID_ZReadingService, &noRecord);
+    minihost::registerService(&app, SID_ZReadingService, &noRecord);
     EXPECT_FALSE(tag(QStringLiteral("中")));
-    app.d_func()->unregisterService(SID_ZReadingService);
+    minihost::unregisterService(&app, SID_ZReadingService);
     EXPECT_EQ(succeeds.references + notExactlyZero.references + noRecord.references, 0);
 }
 

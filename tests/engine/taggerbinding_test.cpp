@@ -98,18 +98,18 @@ TEST_F(TaggerBindingTest, AMissingLibraryFailsAndLeavesTheHandleEmpty) {
 }
 
 TEST_F(TaggerBindingTest, NoReadingServiceHandsTheLibraryNull) {
-    app.d_func()->unregisterService(SID_ZReadingService);
+    minihost::unregisterService(&app, SID_ZReadingService);
     load();
     EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
 }
 
 TEST_F(TaggerBindingTest, AServiceWithoutTheHostInterfaceHandsTheLibraryNull) {
     PlainUnknown plain;
-    app.d_func()->registerService(SID_ZReadingService, &plain);
+    minihost::registerService(&app, SID_ZReadingService, &plain);
     load();
     EXPECT_EQ(tagger.journal().front(), "LoadPinYinLibrary null");
     EXPECT_EQ(plain.references, 1);  // the application's own
-    app.d_func()->unregisterService(SID_ZReadingService);
+    minihost::unregisterService(&app, SID_ZReadingService);
     EXPECT_EQ(plain.references, 0);
 }
 

@@ -9,8 +9,7 @@
 
 #include "entry/addonresources.h"
 #include "minihost/nvo/hoststore.h"
-#include "minihost/nvo/translators_p.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "ribbonfixture.h"
 
 namespace {
@@ -19,10 +18,6 @@ const QString kPinyinPage = QStringLiteral("mui/default/html/pinyin/index.html#/
 const QString kGuidePage = QStringLiteral("mui/default/html/pinyin/index.html#/guide");
 
 class AddonResources : public RibbonFixture {};
-
-zrt::ZAppTranslatorsPrivate* translators() {
-    return RibbonFixture::app()->coreApplication()->translator()->d_func();
-}
 
 QString muiDirectory() {
     return addonFilePath(QStringLiteral("mui/"));
@@ -48,7 +43,7 @@ TEST_F(AddonResources, TranslationIsInstalledFromTheMuiDirectoryAndRemovedAgain)
     minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("zh_CN"));
     ASSERT_TRUE(QFileInfo(addonFilePath(QStringLiteral("mui/zh_CN/zphoneticsymbol.qm"))).isFile());
     installAddonTranslation();
-    EXPECT_EQ(translators()->installedCount(muiDirectory()), 1);
+    EXPECT_EQ(minihost::installedTranslations(muiDirectory()), 1);
     EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("标注拼音"));
     EXPECT_EQ(
         QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least"),
@@ -56,7 +51,7 @@ TEST_F(AddonResources, TranslationIsInstalledFromTheMuiDirectoryAndRemovedAgain)
     EXPECT_EQ(QCoreApplication::translate("ZPhoneticSymbolWebWindow", "PhoneticSymbol"),
               QStringLiteral("拼音标注"));
     uninstallAddonTranslation();
-    EXPECT_EQ(translators()->installedCount(muiDirectory()), 0);
+    EXPECT_EQ(minihost::installedTranslations(muiDirectory()), 0);
     EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("set phonetic symbol"));
     minihost::setHostSetting(QStringLiteral("ui/language"), {});
 }
@@ -64,19 +59,18 @@ TEST_F(AddonResources, TranslationIsInstalledFromTheMuiDirectoryAndRemovedAgain)
 TEST_F(AddonResources, AnotherLanguageKeepsTheOriginalTexts) {
     minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("en_GB"));
     installAddonTranslation();
-    EXPECT_EQ(translators()->installedCount(muiDirectory()), 0);
+    EXPECT_EQ(minihost::installedTranslations(muiDirectory()), 0);
     EXPECT_EQ(setPhoneticSymbol(), QStringLiteral("set phonetic symbol"));
     uninstallAddonTranslation();
     minihost::setHostSetting(QStringLiteral("ui/language"), {});
 }
 
 TEST_F(AddonResources, WithoutATranslatorNothingIsInstalled) {
-    ZCoreApplicationPrivate* core = app()->coreApplication()->d_func();
-    core->setTranslator(nullptr);
+    minihost::setTranslatorAvailable(false);
     installAddonTranslation();  // must simply do nothing
     uninstallAddonTranslation();
     EXPECT_EQ(app()->coreApplication()->translator(), nullptr);
-    core->setTranslator(std::make_unique<zrt::ZAppTranslators>());
+    minihost::setTranslatorAvailable(true);
 }
 
 TEST_F(AddonResources, WithoutAMainWindowTheTabIsOtherAndTheRibbonIsNotAsked) {
@@ -117,26 +111,28 @@ TEST_F(AddonResources, NegativeIndexGivesTheEmptyId) {
 
 TEST_F(AddonResources, MissingRibbonPartsGiveTheEmptyId) {
     window = std::make_unique<ZMainWindow>();
-    app()->d_func()->setCurrentMainWindow(window.get());
+    minihost::setCurrentMainWindow(window.get());
     EXPECT_EQ(currentRibbonTabId(), QString());  // no header bar
 
     auto* header = new ZRbTabWidget(window.get());
-    window->d_func()->headerBar = header;
+    minihost::setRibbonParts(window.get(), header, nullptr, nullptr);
     EXPECT_EQ(currentRibbonTabId(), QString());  // no sub-tab bar
 
     auto* bar = new ZRbSubTabBar(header);
-    header->d_func()->subTabBar = bar;
-    bar->d_func()->currentIdx = 0;
+    minihost::setRibbonParts(window.get(), header, bar, nullptr);
+    minihost::setCurrentTab(window.get(), 0);
+    EXPECT_EQ(bar->currentIdx(), 0);
     EXPECT_EQ(currentRibbonTabId(), QString());  // no command
 
     auto* notAList = new QObject(bar);
     notAList->setProperty("id", QStringLiteral("CT_Home"));
-    bar->d_func()->command = notAList;
+    minihost::setRibbonParts(window.get(), header, bar, notAList);
     EXPECT_EQ(currentRibbonTabId(), QString());  // a command of another type
 
-    auto* emptyList = new ZListCommand(bar);
-    emptyList->d_func()->children.append(nullptr);  // a tab whose command is gone
-    bar->d_func()->command = emptyList;
+    auto* list = new ZListCommand(bar);
+    delete minihost::addTabCommand(list, QStringLiteral("CT_Home"));  // a tab whose command is gone
+    ASSERT_EQ(list->childCount(), 1);
+    minihost::setRibbonParts(window.get(), header, bar, list);
     EXPECT_EQ(currentRibbonTabId(), QString());
 }
 
@@ -162,6 +158,6 @@ TEST_F(AddonResources, OtherTabUrlsHaveNoOrigin) {
     showTab(QStringLiteral("CT_Insert"));
     EXPECT_TRUE(pinyinPageUrl().endsWith(kPinyinPage));
     EXPECT_TRUE(guidePageUrl().endsWith(kGuidePage));
-    app()->d_func()->setCurrentMainWindow(nullptr);
+    minihost::setCurrentMainWindow(nullptr);
     EXPECT_EQ(pinyinPageUrl(), QStringLiteral("file:///") + addonFilePath(kPinyinPage));
 }

@@ -12,9 +12,8 @@
 #include "entry/appentry.h"
 #include "entry/phoneticsymbolobject.h"
 #include "minihost/nvo/addonmodule.h"
-#include "minihost/nvo/dcinfo_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hostconfig.h"
-#include "minihost/nvo/translators_p.h"
 #include "minihost/nvolite/webhost.h"
 #include "model/phoneticsymbolmodel.h"
 #include "ribbonfixture.h"
@@ -30,8 +29,8 @@ protected:
         minihost::setDirectory(minihost::kDirTaggingLibrary, emptyDirectory.path());
         minihost::setDirectory(minihost::kDirDictionaries, emptyDirectory.path());
         showTab(QStringLiteral("CT_Home"));
-        events().clear();
-        app()->d_func()->messages.clear();
+        minihost::clearUsageEvents();
+        minihost::clearMessagesShown();
     }
     void TearDown() override {
         model()->releaseModel();
@@ -39,12 +38,7 @@ protected:
         RibbonFixture::TearDown();
     }
     static ZPhoneticSymbolModel* model() { return ZPhoneticSymbolModel::instance(); }
-    static zrt::ZAppTranslatorsPrivate* translators() {
-        return app()->coreApplication()->translator()->d_func();
-    }
-    static QList<UsageEvent>& events() {
-        return app()->coreApplication()->getDcInfo()->d_func()->events;
-    }
+    static QList<UsageEvent> events() { return minihost::usageEvents(); }
     static std::unique_ptr<QObject> newEntryObject() {
         return std::unique_ptr<QObject>(GetAppEntryObject());
     }
@@ -84,7 +78,7 @@ TEST_F(EntryObject, ArgumentMetaTypesAreNotRegistered) {
 }
 
 TEST_F(EntryObject, FirstEntryObjectInitialisesTheModel) {
-    const int installs = translators()->installCalls;
+    const int installs = minihost::translationInstallCalls();
     const int loads = minihost::loadLibraryCalls();
     auto entry = newEntryObject();
     ASSERT_NE(entry, nullptr);
@@ -94,21 +88,21 @@ TEST_F(EntryObject, FirstEntryObjectInitialisesTheModel) {
     EXPECT_EQ(model()->mainWindow, window.get());
     ASSERT_NE(model()->tagger, nullptr);
     EXPECT_EQ(model()->tagger->library, nullptr);  // the load failed, quietly
-    EXPECT_EQ(translators()->installCalls, installs + 1);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
     EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
 }
 
 TEST_F(EntryObject, SecondEntryObjectLoadsNothingAndInstallsNoTranslationAgain) {
     auto first = newEntryObject();
     PinyinTaggerHandle* tagger = model()->tagger;
-    const int installs = translators()->installCalls;
+    const int installs = minihost::translationInstallCalls();
     const int loads = minihost::loadLibraryCalls();
 
     auto second = newEntryObject();
     ASSERT_NE(second, nullptr);
     EXPECT_NE(second.get(), first.get());
     EXPECT_EQ(model()->tagger, tagger);
-    EXPECT_EQ(translators()->installCalls, installs);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs);
     EXPECT_EQ(minihost::loadLibraryCalls(), loads);
 }
 
@@ -119,7 +113,7 @@ TEST_F(EntryObject, DestroyingTheEntryObjectReleasesAndKeepsTheLastChoices) {
     model()->styleType = 3;
     model()->bracketType = 5;
     model()->style.fontSize = 28;
-    const int uninstalls = translators()->uninstallCalls;
+    const int uninstalls = minihost::translationUninstallCalls();
 
     entry.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
@@ -130,19 +124,19 @@ TEST_F(EntryObject, DestroyingTheEntryObjectReleasesAndKeepsTheLastChoices) {
     EXPECT_EQ(model()->bracketType, 5);
     EXPECT_EQ(model()->style.fontSize, 28);
     EXPECT_EQ(model()->mainWindow, window.get());
-    EXPECT_EQ(translators()->uninstallCalls, uninstalls + 1);
+    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls + 1);
     model()->styleType = model()->bracketType = -1;
     model()->style = TextStyle();
 }
 
 TEST_F(EntryObject, AfterTheEntryObjectIsDestroyedANewOneInitialisesAgain) {
     newEntryObject().reset();
-    const int installs = translators()->installCalls;
+    const int installs = minihost::translationInstallCalls();
     const int loads = minihost::loadLibraryCalls();
     auto again = newEntryObject();
     EXPECT_EQ(model()->coreApp, app()->coreApplication());
     EXPECT_NE(model()->tagger, nullptr);
-    EXPECT_EQ(translators()->installCalls, installs + 1);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
     EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
 }
 
@@ -151,21 +145,21 @@ TEST_F(EntryObject, DestroyingOneOfSeveralEntryObjectsReleasesForAll) {
     auto second = newEntryObject();
     first.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
-    const int uninstalls = translators()->uninstallCalls;
+    const int uninstalls = minihost::translationUninstallCalls();
     second.reset();  // nothing left to release
-    EXPECT_EQ(translators()->uninstallCalls, uninstalls);
+    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
 }
 
 TEST_F(EntryObject, DestroyingWhenNeverInitialisedOnlyDestroysTheObject) {
-    const int uninstalls = translators()->uninstallCalls;
+    const int uninstalls = minihost::translationUninstallCalls();
     auto object = std::make_unique<ZxPhoneticSymbolObject>();
     object.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
-    EXPECT_EQ(translators()->uninstallCalls, uninstalls);
+    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
 }
 
 TEST_F(EntryObject, InitModelAndReleaseModelRunOnlyInTheirState) {
-    const int installs = translators()->installCalls;
+    const int installs = minihost::translationInstallCalls();
     model()->initModel(window.get());
     EXPECT_EQ(model()->coreApp, app()->coreApplication());
     EXPECT_EQ(model()->mainWindow, window.get());
@@ -173,11 +167,11 @@ TEST_F(EntryObject, InitModelAndReleaseModelRunOnlyInTheirState) {
     model()->initModel(nullptr);  // already initialised: nothing changes
     EXPECT_EQ(model()->tagger, tagger);
     EXPECT_EQ(model()->mainWindow, window.get());
-    EXPECT_EQ(translators()->installCalls, installs + 1);
+    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
     model()->releaseModel();
-    const int uninstalls = translators()->uninstallCalls;
+    const int uninstalls = minihost::translationUninstallCalls();
     model()->releaseModel();  // already released: nothing happens
-    EXPECT_EQ(translators()->uninstallCalls, uninstalls);
+    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
 }
 
 TEST_F(EntryObject, ContextWithoutActionOrWithAnotherCaseDoesNothing) {
@@ -195,7 +189,7 @@ TEST_F(EntryObject, ContextWithoutActionOrWithAnotherCaseDoesNothing) {
     dispatchCommand(nullptr, &number);
     dispatchCommand(nullptr, nullptr);
     EXPECT_TRUE(events().isEmpty());
-    EXPECT_TRUE(app()->d_func()->messages.isEmpty());
+    EXPECT_TRUE(minihost::messagesShown().isEmpty());
     EXPECT_EQ(model()->dialog, nullptr);
 }
 
@@ -207,8 +201,8 @@ TEST_F(EntryObject, OneKeyIsDispatchedToTheOneKeyCommand) {
     EXPECT_EQ(events().first().parameters.value(QStringLiteral("action")),
               QStringLiteral("onekey"));
     // No presentation, so no text: the command warns.
-    ASSERT_EQ(app()->d_func()->messages.size(), 1);
-    EXPECT_EQ(app()->d_func()->messages.first().flags, 0x30u);
+    ASSERT_EQ(minihost::messagesShown().size(), 1);
+    EXPECT_EQ(minihost::messagesShown().first().flags, 0x30u);
 }
 
 TEST_F(EntryObject, CommandFromAnotherTabPostsNoEventButWorks) {
@@ -216,8 +210,8 @@ TEST_F(EntryObject, CommandFromAnotherTabPostsNoEventButWorks) {
     auto entry = newEntryObject();
     ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticOneKey")));
     EXPECT_TRUE(events().isEmpty());
-    ASSERT_EQ(app()->d_func()->messages.size(), 1);
-    EXPECT_EQ(app()->d_func()->messages.first().text,
+    ASSERT_EQ(minihost::messagesShown().size(), 1);
+    EXPECT_EQ(minihost::messagesShown().first().text,
               QStringLiteral("please select one character at least"));
 }
 

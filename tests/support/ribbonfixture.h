@@ -8,8 +8,9 @@
 #include <QStringList>
 #include <memory>
 
-#include "minihost/nvo/ribbon_p.h"
-#include "minihost/nvo/zxapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
+#include "nvo/ribbon.h"
+#include "nvo/zapplication.h"
 
 class RibbonFixture : public ::testing::Test {
 public:
@@ -23,7 +24,7 @@ protected:
         window = std::make_unique<ZMainWindow>();
         list = minihost::buildRibbon(window.get(), tabIds);
         minihost::setCurrentTab(window.get(), current);
-        app()->d_func()->setCurrentMainWindow(window.get());
+        minihost::setCurrentMainWindow(window.get());
     }
     // The Home, Text Tool and Insert tabs with `tabId` current.
     void showTab(const QString& tabId) {
@@ -33,7 +34,7 @@ protected:
         ASSERT_TRUE(minihost::setCurrentTabById(window.get(), tabId));
     }
     void TearDown() override {
-        app()->d_func()->setCurrentMainWindow(nullptr);
+        minihost::setCurrentMainWindow(nullptr);
         window.reset();
     }
 
