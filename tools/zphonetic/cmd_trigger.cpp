@@ -5,9 +5,8 @@
 #include <cstdio>
 
 #include "addonsession.h"
-#include "minihost/nvo/dcinfo_p.h"
-#include "minihost/nvo/ribbon_p.h"
-#include "minihost/nvo/zxapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
+#include "nvo/ribbon.h"
 #include "subcommands.h"
 
 namespace {
@@ -45,14 +44,13 @@ int runTrigger(const QStringList& arguments) {
     if (action.isEmpty())
         return reportError(QStringLiteral("trigger"), QStringLiteral("needs an ACTION"));
 
-    auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
     ZMainWindow window;
     minihost::buildRibbon(&window, {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"),
                                     QStringLiteral("CT_TextTool")});
     if (!minihost::setCurrentTabById(&window, tab))
         return reportError(tab,
                            QStringLiteral("no such ribbon tab (CT_Home, CT_Insert, CT_TextTool)"));
-    app->d_func()->setCurrentMainWindow(&window);
+    minihost::setCurrentMainWindow(&window);
 
     {
         AddonSession session;
@@ -61,8 +59,9 @@ int runTrigger(const QStringList& arguments) {
             return reportError(QStringLiteral("add-on"),
                                QStringLiteral("the entry object has no trigger method"));
     }
+    minihost::setCurrentMainWindow(nullptr);
 
-    for (const UsageEvent& event : app->coreApplication()->getDcInfo()->d_func()->events) {
+    for (const UsageEvent& event : minihost::usageEvents()) {
         std::printf("usage event: %s", event.name.toUtf8().constData());
         for (auto it = event.parameters.cbegin(); it != event.parameters.cend(); ++it)
             std::printf(" %s=%s", it.key().toUtf8().constData(), it.value().toUtf8().constData());

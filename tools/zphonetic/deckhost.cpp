@@ -2,22 +2,14 @@
 #include "deckhost.h"
 
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/readingservice.h"
-#include "minihost/nvo/ribbon_p.h"
 #include "minihost/nvo/taggerreadings.h"
-#include "minihost/nvo/zcoreapplication_p.h"
-#include "minihost/nvo/zxapplication_p.h"
 #include "minihost/slxcore/deck.h"
 #include "nvo/readingservice.h"
+#include "nvo/ribbon.h"
+#include "nvo/zapplication.h"
 #include "reporterror.h"
-
-namespace {
-
-ZxApplication* application() {
-    return qobject_cast<ZxApplication*>(QCoreApplication::instance());
-}
-
-}  // namespace
 
 DeckHost::DeckHost() = default;
 
@@ -25,8 +17,8 @@ DeckHost::DeckHost() = default;
 // add-on's model); then the host forgets the view and the window before the deck goes.
 DeckHost::~DeckHost() {
     m_addon.reset();
-    if (m_viewActive) application()->coreApplication()->d_func()->setActiveView(nullptr);
-    if (m_window) application()->d_func()->setCurrentMainWindow(nullptr);
+    if (m_viewActive) minihost::setActiveView(nullptr);
+    if (m_window) minihost::setCurrentMainWindow(nullptr);
 }
 
 int DeckHost::open(const QString& path, int slide) {
@@ -44,8 +36,8 @@ int DeckHost::open(const QString& path, int slide) {
     minihost::buildRibbon(m_window.get(), {QStringLiteral("CT_Home"), QStringLiteral("CT_Insert"),
                                            QStringLiteral("CT_TextTool")});
     minihost::setCurrentTabById(m_window.get(), QStringLiteral("CT_Home"));
-    application()->d_func()->setCurrentMainWindow(m_window.get());
-    application()->coreApplication()->d_func()->setActiveView(m_deck->view());
+    minihost::setCurrentMainWindow(m_window.get());
+    minihost::setActiveView(m_deck->view());
     m_viewActive = true;
 
     m_addon = std::make_unique<AddonSession>();
@@ -62,13 +54,13 @@ int checkReadingFiles() {
 }
 
 IZApplication* DeckHost::coreApplication() const {
-    return application()->coreApplication();
+    return minihost::hostApplication()->coreApplication();
 }
 
 void registerReadingService() {
     // With feature 0x1000018 off (host setting features/taggingLibrary=false) the add-on asks
     // the host's reading service instead of the tagging library: the same engine answers.
     IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
-    application()->coreApplication()->d_func()->registerService(SID_ZReadingService, readings);
+    minihost::registerService(SID_ZReadingService, readings);
     readings->Release();
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The host around a command on a deck file ("onekey", "apply"): the files the readings come from
 // checked, the deck read and shown on a slide, a host window with the Home tab current, the
-// deck's view active, and the add-on loaded. The one place where the command line sets the host
-// up through the host's private side; what it set up is undone, in reverse, when it goes.
+// deck's view active, and the add-on loaded, through the host's public controls; what it set up
+// is undone, in reverse, when it goes.
 #pragma once
 
 #include <QString>

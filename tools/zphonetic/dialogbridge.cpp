@@ -6,23 +6,22 @@
 #include <QPointer>
 
 #include "addonsession.h"
-#include "minihost/nvo/zxapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvolite/webhost.h"
 #include "nvolite/zxcommonwebwidget.h"
 
 bool DialogBridge::open(AddonSession& session) {
     minihost::setWebRendering(false);
-    auto* app = qobject_cast<ZxApplication*>(QCoreApplication::instance());
-    const int messages = app->d_func()->messages.size();
+    const int messages = minihost::messagesShown().size();
     const int before = minihost::webWidgets().size();
     if (!session.trigger(QStringLiteral("PhoneticSymbol"))) {
         m_error = QStringLiteral("the entry object has no trigger method");
         return false;
     }
     if (minihost::webWidgets().size() == before) {
-        m_error = app->d_func()->messages.size() > messages
-                      ? app->d_func()->messages.constLast().text
-                      : QStringLiteral("the dialog did not open");
+        const QList<RecordedMessage> shown = minihost::messagesShown();
+        m_error = shown.size() > messages ? shown.constLast().text
+                                          : QStringLiteral("the dialog did not open");
         return false;
     }
     m_window = minihost::webWidgets().constLast();
