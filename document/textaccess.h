@@ -54,6 +54,11 @@ void applyTextStyle(slxoldapi::TextRange* range, const TextStyle* style);
 // shape to `*out` (the caller releases it), or 0: for a null `coreApp` or `out` or an empty
 // `text` without any object-model call; when the box cannot be made; and when its frame or range
 // cannot be had (the empty box then stays on the slide). Example: "abc", charWidth 12 -> 48 wide.
+// Where the commands put the text boxes they make, in points from the slide's top left corner:
+// every box of a command at the same point (they stack rather than being laid out), the readings
+// of the dialog's own-box layout without a target 30 points higher.
+constexpr int kReadingBoxLeft = 400;
+constexpr int kReadingBoxTop = 250;
 int insertReadingTextBox(IZApplication* coreApp, const QString& text, const TextStyle* style,
                          int left, int top, slxoldapi::Shape** out, int charWidth);
 
