@@ -97,11 +97,19 @@ TEST_F(OpenDialog, StyleIsNotResetBetweenOpenings) {
     selectBox(QString::fromUtf8("你好"));
     ASSERT_NE(openDialog(), nullptr);
     model()->dialog->close();
-    model()->style.fontSize = 77;  // what the next selection cannot change stays
-    model()->style.fontName = QStringLiteral("Kept");
+    // Values the selection's reading cannot give stay from before; values it reads are replaced.
+    model()->style.bold = true;
+    model()->style.applyColor = true;
+    model()->style.fontSize = 77;
+    model()->style.fontName = QStringLiteral("Replaced");
     selectBox(QString::fromUtf8("都得"));
     ASSERT_NE(openDialog(), nullptr);
     EXPECT_EQ(model()->style.text, QString::fromUtf8("都得"));
+    EXPECT_TRUE(model()->style.bold);
+    EXPECT_TRUE(model()->style.applyColor);
+    EXPECT_NE(model()->style.fontSize, 77);
+    EXPECT_NE(model()->style.fontName, QStringLiteral("Replaced"));
+    model()->style = TextStyle();
 }
 
 TEST_F(OpenDialog, TheRoundTripWritesIntoTheDeckAsOneUndoStep) {
