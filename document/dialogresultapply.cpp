@@ -168,7 +168,8 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
                 formatSubRange(range.get(), length, readings.size(), style);
             frame->put_AutoSize(1);
         } else {
-            NewBox box = addBox(coreApp, chars + readings, nullptr, kReadingBoxTop, 12, TakeRange::Yes);
+            NewBox box =
+                addBox(coreApp, chars + readings, nullptr, kReadingBoxTop, 12, TakeRange::Yes);
             // Deliberately the old selection's range, not the new box's.
             if (bracketType == kBoldBracketType)
                 formatSubRange(range.get(), chars.size(), readings.size(), style);
@@ -197,7 +198,8 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
             if (box.shape) box.shape->Select(-1);
             if (box.frame) box.frame->put_AutoSize(1);
         } else {
-            NewBox readingsBox = addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
+            NewBox readingsBox =
+                addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
             if (readingsBox.frame) readingsBox.frame->put_AutoSize(1);
             if (readingsBox.shape) readingsBox.shape->Select(-1);
             NewBox charsBox = addBox(coreApp, chars, nullptr, kReadingBoxTop, 20, TakeRange::No);

@@ -46,8 +46,8 @@ void ZPhoneticSymbolModel::applyOneKey() {
         if (joined.isEmpty()) continue;
 
         ComPtr<Shape> shape;
-        lastResult = insertReadingTextBox(coreApp, joined, nullptr, kReadingBoxLeft, kReadingBoxTop, shape.put(),
-                                          kCharWidth);
+        lastResult = insertReadingTextBox(coreApp, joined, nullptr, kReadingBoxLeft, kReadingBoxTop,
+                                          shape.put(), kCharWidth);
         if (!lastResult) continue;
         ComPtr<TextFrame> frame;
         shape->get_TextFrame(frame.put());

@@ -15,5 +15,6 @@ void postUsageEvent(const QString& key, const QString& value) {
     // Commands started elsewhere in the user interface are not counted.
     if (tab.isEmpty()) return;
     const QHash<QString, QString> parameters{{key, value}};
-    collector->postGeneralEvent(QStringLiteral("nvo_phoneticsymbol_") + tab, parameters, 0, 0, static_cast<ZDcProbability>(1), true);
+    collector->postGeneralEvent(QStringLiteral("nvo_phoneticsymbol_") + tab, parameters, 0, 0,
+                                static_cast<ZDcProbability>(1), true);
 }

@@ -226,7 +226,8 @@ public:
                 const size_t slot = base + c.code;
                 slots_.take(slot);
                 states_[slot].parentPlusOne = p.state + 1;
-                queue.push({static_cast<uint32_t>(slot), c.lo, c.hi, p.depth + 1, c.weight, found++});
+                queue.push(
+                    {static_cast<uint32_t>(slot), c.lo, c.hi, p.depth + 1, c.weight, found++});
             }
         }
         return std::move(states_);

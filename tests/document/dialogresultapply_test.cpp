@@ -100,8 +100,10 @@ std::map<int, QStringList> boldRuns(const minihost::Deck& deck) {
             const pugi::xml_attribute b = r.node().child("a:rPr").attribute("b");
             const bool bold = b.as_bool();
             const QString text = QString::fromUtf8(r.node().child("a:t").child_value());
-            if (bold && inBold) stretches.last() += text;
-            else if (bold) stretches << text;
+            if (bold && inBold)
+                stretches.last() += text;
+            else if (bold)
+                stretches << text;
             inBold = bold;
         }
     }
@@ -117,8 +119,12 @@ std::vector<Box> boxesMade(const QStringList& journal) {
     for (const QString& call : journal) {
         const QRegularExpressionMatch add = added.match(call);
         if (add.hasMatch()) {
-            boxes.push_back({QStringLiteral("newBox"), {}, {}, add.captured(1).toInt(),
-                             add.captured(2).toInt(), add.captured(3).toInt()});
+            boxes.push_back({QStringLiteral("newBox"),
+                             {},
+                             {},
+                             add.captured(1).toInt(),
+                             add.captured(2).toInt(),
+                             add.captured(3).toInt()});
         }
         const QRegularExpressionMatch widen = widened.match(call);
         if (widen.hasMatch() && !boxes.empty()) boxes.back().width = widen.captured(1).toInt();
@@ -133,13 +139,16 @@ std::vector<Box> boxesMade(const QStringList& journal) {
         if (next < expected.size() && call == expected[next]) ++next;
     }
     if (next == expected.size()) return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "missing, in order from: " << expected[next].toStdString()
-                                         << "\njournal:\n" << journal.join('\n').toStdString();
+    return ::testing::AssertionFailure()
+           << "missing, in order from: " << expected[next].toStdString() << "\njournal:\n"
+           << journal.join('\n').toStdString();
 }
 
 class WritingCases : public ::testing::TestWithParam<size_t> {
 protected:
-    static ZxApplication* app() { return static_cast<ZxApplication*>(QCoreApplication::instance()); }
+    static ZxApplication* app() {
+        return static_cast<ZxApplication*>(QCoreApplication::instance());
+    }
     static ZPhoneticSymbolModel* model() { return ZPhoneticSymbolModel::instance(); }
 
     void SetUp() override {
@@ -177,7 +186,8 @@ TEST_P(WritingCases, WritesWhatTheCaseSays) {
     const QStringList journal = deck->journal();
     EXPECT_TRUE(callsInOrder(journal, c.calls));
     for (const QString& call : c.absent) {
-        for (const QString& made : journal) EXPECT_FALSE(made.startsWith(call)) << made.toStdString();
+        for (const QString& made : journal)
+            EXPECT_FALSE(made.startsWith(call)) << made.toStdString();
     }
 
     // The slide's boxes in the case's terms: the selected text's box, and the new ones in the
@@ -191,7 +201,8 @@ TEST_P(WritingCases, WritesWhatTheCaseSays) {
         if (shape.id == selected) {
             selection = {QStringLiteral("selection"), shape.text, runs};
         } else {
-            Box box = newBoxes.size() < made.size() ? made[newBoxes.size()] : Box{QStringLiteral("newBox")};
+            Box box = newBoxes.size() < made.size() ? made[newBoxes.size()]
+                                                    : Box{QStringLiteral("newBox")};
             box.text = shape.text;
             box.bold = runs;
             newBoxes.push_back(box);

@@ -97,8 +97,9 @@ TEST_F(TaggerBindingTest, BackslashEndsADirectoryToo) {
                            TaggerDoubleLibrary::directory() + QLatin1Char('\\'));
     EXPECT_FALSE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
-    EXPECT_EQ(hostcalls::journal().back(),
-              "loadlibrary " + TaggerDoubleLibrary::directory().toStdString() + "\\libPinyinTagger.so");
+    EXPECT_EQ(
+        hostcalls::journal().back(),
+        "loadlibrary " + TaggerDoubleLibrary::directory().toStdString() + "\\libPinyinTagger.so");
 }
 
 TEST_F(TaggerBindingTest, AFailedDictionaryLookupReusesWhatTheBufferHolds) {

@@ -120,8 +120,9 @@ TEST(PhoneticTextImport, ArraysNestedDeeperThanTheReaderGoesGiveNothingAndNoExce
     // carry that out of the import, wherever the nesting stands.
     const QString deep = QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));
     const QString valid = QStringLiteral(R"({"index":0,"pinyin":"a","text":"a"})");
-    for (const QString& text : {deep, QLatin1Char('[') + valid + QLatin1Char(',') + deep + QLatin1Char(']'),
-                                QStringLiteral("{\"a\":") + deep + QLatin1Char('}')}) {
+    for (const QString& text :
+         {deep, QLatin1Char('[') + valid + QLatin1Char(',') + deep + QLatin1Char(']'),
+          QStringLiteral("{\"a\":") + deep + QLatin1Char('}')}) {
         PhoneticImport result;
         EXPECT_NO_THROW(result = importPhoneticText(args(text)));
         EXPECT_TRUE(result.items.isEmpty());
