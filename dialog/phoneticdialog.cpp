@@ -6,20 +6,10 @@
 #include "dialog/phoneticsymbolwebwindow.h"
 #include "document/textaccess.h"
 #include "engine/readings.h"
-#include "entry/addonresources.h"
 #include "model/phoneticsymbolmodel.h"
 #include "nvo/zlitestyle.h"
 #include "slxcore/slxoldapi.h"
 #include "usage/usageevents.h"
-
-namespace {
-
-// The dialog annotates at most this many UTF-16 units of the selection.
-constexpr int kMaxUnits = 30;
-// The host message box's warning icon with its single OK button.
-constexpr unsigned int kWarningFlags = 0x30;
-
-}  // namespace
 
 void ZPhoneticSymbolModel::openPhoneticDialog() {
     if (dialog) return;
@@ -37,7 +27,7 @@ void ZPhoneticSymbolModel::openPhoneticDialog() {
             {
                 const ComPtr<slxoldapi::Shape> shape = ComPtr<slxoldapi::Shape>::adopt(selected);
                 if (!style.text.isEmpty()) {
-                    if (style.text.size() > kMaxUnits) style.text.truncate(kMaxUnits);
+                    if (style.text.size() > kDialogTextUnits) style.text.truncate(kDialogTextUnits);
                     tagAlternatives(tagger, style.text, candidates);
                     tagReadings(tagger, style.text, &candidates, readings);
                     readable = !readings.isEmpty() && !candidates.isEmpty();
@@ -46,8 +36,8 @@ void ZPhoneticSymbolModel::openPhoneticDialog() {
             if (readable) {
                 dialog = new ZPhoneticSymbolWebWindow(mainWindow);
                 dialog->showPinyinPage();
-            } else if (ZxApplication* application = hostApplication()) {
-                application->messageBox(tr("please select one character at least"), kWarningFlags);
+            } else {
+                warnNothingToAnnotate();
             }
         }
     }

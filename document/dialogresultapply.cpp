@@ -31,9 +31,7 @@ constexpr unsigned kPerCharBracketMask = (1u << 1) | (1u << 2) | (1u << 4) | (1u
 
 constexpr int kBoldBracketType = 3;
 constexpr int kNoBracketType = 6;
-constexpr int kBoxLeft = 400;
-constexpr int kBoxTop = 250;
-constexpr int kReadingsAboveTop = 220;  // 30 points above the characters' box
+constexpr int kReadingsAboveTop = kReadingBoxTop - 30;  // above the characters' box
 constexpr int kMaxWidth = 850;
 
 QString bracketed(const QString& text, const char16_t (&pair)[2]) {
@@ -63,7 +61,7 @@ enum class TakeRange { No, Yes };
 NewBox addBox(IZApplication* coreApp, const QString& text, const TextStyle* style, int top,
               int charWidth, TakeRange takeRange) {
     NewBox box;
-    insertReadingTextBox(coreApp, text, style, kBoxLeft, top, box.shape.put(), charWidth);
+    insertReadingTextBox(coreApp, text, style, kReadingBoxLeft, top, box.shape.put(), charWidth);
     if (box.shape) box.shape->get_TextFrame(box.frame.put());
     if (box.frame && takeRange == TakeRange::Yes) box.frame->get_TextRange(box.range.put());
     return box;
@@ -170,7 +168,8 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
                 formatSubRange(range.get(), length, readings.size(), style);
             frame->put_AutoSize(1);
         } else {
-            NewBox box = addBox(coreApp, chars + readings, nullptr, kBoxTop, 12, TakeRange::Yes);
+            NewBox box =
+                addBox(coreApp, chars + readings, nullptr, kReadingBoxTop, 12, TakeRange::Yes);
             // Deliberately the old selection's range, not the new box's.
             if (bracketType == kBoldBracketType)
                 formatSubRange(range.get(), chars.size(), readings.size(), style);
@@ -183,7 +182,7 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
             insertPerCharReadings(range.get(), items, bracketType, style);
             frame->put_AutoSize(1);
         } else {
-            NewBox box = addBox(coreApp, chars, nullptr, kBoxTop, 24, TakeRange::Yes);
+            NewBox box = addBox(coreApp, chars, nullptr, kReadingBoxTop, 24, TakeRange::Yes);
             const int written = insertPerCharReadings(box.range.get(), items, bracketType, style);
             if (box.shape) {
                 const int width = 12 * written + 24 * chars.size();
@@ -195,14 +194,15 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
         break;
     case 3:
         if (target) {
-            NewBox box = addBox(coreApp, readings, style, kBoxTop, 12, TakeRange::No);
+            NewBox box = addBox(coreApp, readings, style, kReadingBoxTop, 12, TakeRange::No);
             if (box.shape) box.shape->Select(-1);
             if (box.frame) box.frame->put_AutoSize(1);
         } else {
-            NewBox readingsBox = addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
+            NewBox readingsBox =
+                addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
             if (readingsBox.frame) readingsBox.frame->put_AutoSize(1);
             if (readingsBox.shape) readingsBox.shape->Select(-1);
-            NewBox charsBox = addBox(coreApp, chars, nullptr, kBoxTop, 20, TakeRange::No);
+            NewBox charsBox = addBox(coreApp, chars, nullptr, kReadingBoxTop, 20, TakeRange::No);
             if (charsBox.frame) charsBox.frame->put_AutoSize(1);
             if (charsBox.shape) charsBox.shape->Select(0);
         }

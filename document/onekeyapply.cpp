@@ -17,10 +17,6 @@ using slxoldapi::TextFrame;
 using slxoldapi::TextRange;
 
 namespace {
-constexpr unsigned int kWarningFlags = 0x30;
-// Every box of one command goes to the same point: they stack rather than being laid out.
-constexpr int kBoxLeft = 400;
-constexpr int kBoxTop = 250;
 constexpr int kCharWidth = 12;
 }  // namespace
 
@@ -33,7 +29,7 @@ void ZPhoneticSymbolModel::applyOneKey() {
     QStringList texts;
     readSelectedTexts(coreApp, texts);
     if (texts.isEmpty()) {
-        application->messageBox(tr("please select one character at least"), kWarningFlags);
+        warnNothingToAnnotate();
         return;
     }
 
@@ -50,8 +46,8 @@ void ZPhoneticSymbolModel::applyOneKey() {
         if (joined.isEmpty()) continue;
 
         ComPtr<Shape> shape;
-        lastResult = insertReadingTextBox(coreApp, joined, nullptr, kBoxLeft, kBoxTop, shape.put(),
-                                          kCharWidth);
+        lastResult = insertReadingTextBox(coreApp, joined, nullptr, kReadingBoxLeft, kReadingBoxTop,
+                                          shape.put(), kCharWidth);
         if (!lastResult) continue;
         ComPtr<TextFrame> frame;
         shape->get_TextFrame(frame.put());
@@ -69,6 +65,5 @@ void ZPhoneticSymbolModel::applyOneKey() {
     }
     transaction.commit();
     // After the commit, so boxes made for earlier texts stay; it speaks of the last attempt only.
-    if (lastResult == 0)
-        application->messageBox(tr("please select one character at least"), kWarningFlags);
+    if (lastResult == 0) warnNothingToAnnotate();
 }

@@ -48,6 +48,12 @@ void readTextStyle(slxoldapi::TextRange* range, TextStyle& style);
 // not empty, the colour (toHostColor) only with applyColor. Statuses are ignored.
 void applyTextStyle(slxoldapi::TextRange* range, const TextStyle* style);
 
+// Where the commands put the text boxes they make, in points from the slide's top left corner:
+// every box of a command at the same point (they stack rather than being laid out), the readings
+// of the dialog's own-box layout without a target 30 points higher.
+constexpr int kReadingBoxLeft = 400;
+constexpr int kReadingBoxTop = 250;
+
 // A new text box holding `text` on the active view's slide at (`left`, `top`), (length + 1) x
 // `charWidth` points wide but at most 850 (a product of 851 or more gives 850), 700 high. With
 // `style`, the empty box's range is formatted before the text goes in. Returns 1 and hands the

@@ -21,17 +21,8 @@ zrt::ZAppTranslators* hostTranslator() {
 }
 
 QString pageUrl(const char* pagePath) {
-    QString origin;
-    switch (currentRibbonTab()) {
-        case RibbonTab::TextTool:
-            origin = QStringLiteral("?from=texttool");
-            break;
-        case RibbonTab::Home:
-            origin = QStringLiteral("?from=home");
-            break;
-        case RibbonTab::Other:
-            break;
-    }
+    const QString name = ribbonTabName(currentRibbonTab());
+    const QString origin = name.isEmpty() ? QString() : QStringLiteral("?from=") + name;
     const QString path = addonFilePath(QLatin1String(pagePath));
     return QStringLiteral("file:///%1%2").arg(path).arg(origin);
 }
@@ -74,11 +65,7 @@ QString currentRibbonTabId() {
     if (!bar) return QString();
     auto* list = qobject_cast<ZListCommand*>(bar->command());
     if (!list) return QString();
-    const int index = bar->currentIdx();
-    if (index < 0 || index >= list->childCount()) return QString();
-    QObject* child = list->childAt(index);
-    if (!child) return QString();
-    return child->property("id").toString();
+    return childCommandId(*list, bar->currentIdx());
 }
 
 RibbonTab currentRibbonTab() {
@@ -86,6 +73,18 @@ RibbonTab currentRibbonTab() {
     if (id == QLatin1String("CT_Home")) return RibbonTab::Home;
     if (id == QLatin1String("CT_TextTool")) return RibbonTab::TextTool;
     return RibbonTab::Other;
+}
+
+QString ribbonTabName(RibbonTab tab) {
+    switch (tab) {
+        case RibbonTab::Home:
+            return QStringLiteral("home");
+        case RibbonTab::TextTool:
+            return QStringLiteral("texttool");
+        case RibbonTab::Other:
+            break;
+    }
+    return QString();
 }
 
 QString pinyinPageUrl() {

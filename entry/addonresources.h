@@ -3,7 +3,9 @@
 // the dialog's two views.
 #pragma once
 
+#include <QObject>
 #include <QString>
+#include <QVariant>
 
 // The ribbon tab that was current when a command started.
 enum class RibbonTab { Other = 0, Home = 1, TextTool = 2 };
@@ -28,6 +30,20 @@ void uninstallAddonTranslation();
 QString currentRibbonTabId();
 // Home for "CT_Home", TextTool for "CT_TextTool" (case-sensitive), Other for anything else.
 RibbonTab currentRibbonTab();
+// The name by which the page's origin and the usage events call a tab: "home", "texttool", and
+// the empty string for Other (neither the origin nor the event exists for other tabs).
+QString ribbonTabName(RibbonTab tab);
+
+// The last steps of currentRibbonTabId, over any list of tab commands with childCount() and
+// childAt(index) (the host's ZListCommand in the add-on): the "id" of the child at `index`, or
+// the empty string when `index` is negative or not below the child count, or the child is null.
+// The index is checked here, before the list is asked: a host's list need not check it.
+template <class CommandList>
+QString childCommandId(const CommandList& list, int index) {
+    if (index < 0 || index >= list.childCount()) return QString();
+    const QObject* child = list.childAt(index);
+    return child ? child->property("id").toString() : QString();
+}
 
 // "file:///" + the page path + the origin: for example, with the Text Tool tab current,
 // "file:////opt/app/addons/zphoneticsymbol/mui/default/html/pinyin/index.html#/pinyin?from=texttool".

@@ -3,7 +3,15 @@
 // entry's (entry/modellifecycle.cpp); the commands belong to their own folders.
 #include "model/phoneticsymbolmodel.h"
 
+#include "common/hostapplication.h"
 #include "dialog/phoneticsymbolwebwindow.h"
+
+namespace {
+
+// The host message box's warning icon with its single OK button.
+constexpr unsigned int kWarningFlags = 0x30;
+
+}  // namespace
 
 ZPhoneticSymbolModel::ZPhoneticSymbolModel() : QObject(nullptr) {}
 
@@ -18,4 +26,9 @@ void ZPhoneticSymbolModel::onWindowClose() {
     if (!dialog) return;
     dialog->deleteLater();
     dialog = nullptr;
+}
+
+void ZPhoneticSymbolModel::warnNothingToAnnotate() {
+    if (ZxApplication* application = hostApplication())
+        application->messageBox(tr("please select one character at least"), kWarningFlags);
 }

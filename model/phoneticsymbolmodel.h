@@ -34,6 +34,10 @@ struct PhoneticItem {
     int index = -1;  // its position in the selected text, from 0, as the page sent it
 };
 
+// The dialog annotates at most this many UTF-16 units of the selection; a text the page passes
+// to getPhoneticText is cut the same way.
+constexpr int kDialogTextUnits = 30;
+
 class ZPhoneticSymbolModel : public QObject {
     Q_OBJECT
 public:
@@ -76,4 +80,8 @@ private slots:
 
 private:
     ZPhoneticSymbolModel();
+    // The host's warning box "please select one character at least" (warning icon, one OK
+    // button), which both commands show when there is nothing to annotate. Nothing without a
+    // host application.
+    void warnNothingToAnnotate();
 };

@@ -3,20 +3,26 @@
 
 #include <json/reader.h>
 #include <json/value.h>
+#include <exception>
 #include <string>
 
 namespace {
 
 // The documents are read with the classic reader, comments allowed, and a failed parse is not an
 // error: only the shape of what was read counts (so a truncated array keeps what came before the
-// damage, as the reader leaves it).
+// damage, as the reader leaves it). The reader throws where it gives up altogether (arrays or
+// objects nested deeper than its stack limit): that text is no readings at all.
 Json::Value parseLeniently(const std::string& text) {
     Json::Value root;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     Json::Reader reader(Json::Features::all());
 #pragma GCC diagnostic pop
-    reader.parse(text, root, true);
+    try {
+        reader.parse(text, root, true);
+    } catch (const std::exception&) {
+        return Json::Value();
+    }
     return root;
 }
 

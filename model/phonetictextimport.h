@@ -24,8 +24,8 @@ struct PhoneticImport {
     QVector<PhoneticItem> items;  // the valid elements, in the page's order; invalid ones dropped
 };
 
-// Reads the call's arguments. Never fails: "phonetic" missing, not JSON (comments are allowed),
-// or not an array gives no items; an element that is not an object, lacks a member or has one of
-// the wrong type is dropped and the others kept. No sorting, no removal of repeated indexes, no
-// check of an index against the text.
+// Reads the call's arguments. Never fails and never throws: "phonetic" missing, not JSON
+// (comments are allowed), nested deeper than the JSON reader goes, or not an array gives no items;
+// an element that is not an object, lacks a member or has one of the wrong type is dropped and the
+// others kept. No sorting, no removal of repeated indexes, no check of an index against the text.
 PhoneticImport importPhoneticText(const QMap<QString, QVariant>& arguments);

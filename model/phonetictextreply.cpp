@@ -4,19 +4,12 @@
 #include "engine/readings.h"
 #include "model/phonetictextexport.h"
 
-namespace {
-
-// The dialog shows at most this many UTF-16 units, as the dialog opener cuts the selection.
-constexpr int kMaxUnits = 30;
-
-}  // namespace
-
 Json::Value exportPhoneticText(const ZPhoneticSymbolModel& model,
                                const QMap<QString, QVariant>& arguments) {
     Json::Value reply(Json::objectValue);
     reply["callstatus"] = "ok";
     QString text = arguments.value(QStringLiteral("text")).toString();
-    if (text.size() > kMaxUnits) text.truncate(kMaxUnits);
+    if (text.size() > kDialogTextUnits) text.truncate(kDialogTextUnits);
     reply["result"] = text.isEmpty() ? exportModelReadings(model) : exportTextReadings(model, text);
     return reply;
 }

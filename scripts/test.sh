@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 # Builds everything and runs every test: the normal build (with the web engine and the page's
 # tests in headless Chromium), then the same tests without the web engine under
-# AddressSanitizer + UndefinedBehaviorSanitizer.
+# AddressSanitizer + UndefinedBehaviorSanitizer, then the fuzz targets (clang) for a bounded time
+# each (ZPHONETIC_FUZZ_SECONDS, 60 by default).
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 cd "$here"
@@ -26,3 +27,12 @@ cmake --build build-asan -j"$jobs"
 echo "== tests under sanitizers"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-asan --output-on-failure -j"$jobs"
+
+echo "== fuzz targets (clang, AddressSanitizer + UndefinedBehaviorSanitizer, ${ZPHONETIC_FUZZ_SECONDS:-60} s each)"
+CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -G Ninja "${launcher[@]}" -DCMAKE_BUILD_TYPE=Debug \
+    -DZPHONETIC_SANITIZE=ON -DZPHONETIC_WEBENGINE=OFF -DZPHONETIC_BENCH=OFF \
+    -DZPHONETIC_FUZZ_SECONDS="${ZPHONETIC_FUZZ_SECONDS:-60}" >/dev/null
+cmake --build build-fuzz -j"$jobs" --target \
+    zphonetic_answerparser_fuzz zphonetic_deckreader_fuzz zphonetic_readingsimport_fuzz
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-fuzz --output-on-failure -L fuzz

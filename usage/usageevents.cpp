@@ -11,19 +11,10 @@ void postUsageEvent(const QString& key, const QString& value) {
     ZxApplication* app = hostApplication();
     ZDcInfoC* collector = app ? app->coreApplication()->getDcInfo() : nullptr;
     if (!collector) return;
-    QString name;
-    switch (currentRibbonTab()) {
-        case RibbonTab::Home:
-            name = QStringLiteral("nvo_phoneticsymbol_home");
-            break;
-        case RibbonTab::TextTool:
-            name = QStringLiteral("nvo_phoneticsymbol_texttool");
-            break;
-        case RibbonTab::Other:
-            break;
-    }
+    const QString tab = ribbonTabName(currentRibbonTab());
     // Commands started elsewhere in the user interface are not counted.
-    if (name.isEmpty()) return;
+    if (tab.isEmpty()) return;
     const QHash<QString, QString> parameters{{key, value}};
-    collector->postGeneralEvent(name, parameters, 0, 0, static_cast<ZDcProbability>(1), true);
+    collector->postGeneralEvent(QStringLiteral("nvo_phoneticsymbol_") + tab, parameters, 0, 0,
+                                static_cast<ZDcProbability>(1), true);
 }

@@ -7,7 +7,10 @@
 
 #include "dialog/phoneticsymboljsapi.h"
 #include "dialogfixture.h"
+#include "engine/taggerbinding.h"
 #include "minihost/nvo/hoststore.h"
+#include "minihost/nvo/readingservice.h"
+#include "nvo/readingservice.h"
 #include "usage/clientinfo.h"
 
 namespace {
@@ -129,6 +132,34 @@ TEST_F(JsApi, AGivenTextWithoutTheTaggingLibraryIsNull) {
     EXPECT_EQ(replyOf(minihost::callBridge(&window, "getPhoneticText",
                                            QString::fromUtf8(R"({"text":"你好"})"))),
               parsed(R"({"callstatus":"ok","result":null})"));
+    model()->initModel(nullptr);
+}
+
+TEST_F(JsApi, AGivenTextWithATaggerWhoseLibraryDidNotLoadIsNull) {
+    // Initialised, with a tagger handle, but the library was not found: the readings come from
+    // nowhere else, though the host offers a reading service that would answer (it stands in
+    // only when the feature is off).
+    IUnknown* service = minihost::createReadingService(
+        [](const QString& text, QVector<minihost::HostReading>& readings) {
+            for (int i = 0; i < text.size(); ++i) readings.append({QStringLiteral("dú")});
+            return true;
+        });
+    app()->coreApplication()->d_func()->registerService(SID_ZReadingService, service);
+    service->Release();
+    model()->releaseModel();
+    minihost::setDirectory(minihost::kDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
+    model()->initModel(nullptr);
+    ASSERT_NE(model()->coreApp, nullptr);
+    ASSERT_NE(model()->tagger, nullptr);
+    ASSERT_EQ(model()->tagger->library, nullptr);
+    ZPhoneticSymbolWebWindow window(nullptr);
+    ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/index.html"), QStringLiteral("test")));
+    EXPECT_EQ(replyOf(minihost::callBridge(&window, "getPhoneticText",
+                                           QString::fromUtf8(R"({"text":"你好"})"))),
+              parsed(R"({"callstatus":"ok","result":null})"));
+    model()->releaseModel();
+    app()->coreApplication()->d_func()->unregisterService(SID_ZReadingService);
+    minihost::setDirectory(minihost::kDirTaggingLibrary, TaggerDoubleLibrary::directory());
     model()->initModel(nullptr);
 }
 

@@ -98,11 +98,19 @@ TEST_F(OpenDialog, StyleIsNotResetBetweenOpenings) {
     selectBox(QString::fromUtf8("你好"));
     ASSERT_NE(openDialog(), nullptr);
     model()->dialog->close();
-    model()->style.fontSize = 77;  // what the next selection cannot change stays
-    model()->style.fontName = QStringLiteral("Kept");
+    // Values the selection's reading cannot give stay from before; values it reads are replaced.
+    model()->style.bold = true;
+    model()->style.applyColor = true;
+    model()->style.fontSize = 77;
+    model()->style.fontName = QStringLiteral("Replaced");
     selectBox(QString::fromUtf8("都得"));
     ASSERT_NE(openDialog(), nullptr);
     EXPECT_EQ(model()->style.text, QString::fromUtf8("都得"));
+    EXPECT_TRUE(model()->style.bold);
+    EXPECT_TRUE(model()->style.applyColor);
+    EXPECT_NE(model()->style.fontSize, 77);
+    EXPECT_NE(model()->style.fontName, QStringLiteral("Replaced"));
+    model()->style = TextStyle();
 }
 
 TEST_F(OpenDialog, TheRoundTripWritesIntoTheDeckAsOneUndoStep) {
@@ -140,6 +148,21 @@ TEST_F(OpenDialog, AnArrayInsteadOfAStringAppliesNothingAndCloses) {
     EXPECT_TRUE(deck->journal().isEmpty());
     EXPECT_EQ(model()->styleType, -1);  // no apply: the choices are not stored either
     EXPECT_NE(model()->dialog, nullptr);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(model()->dialog, nullptr);
+}
+
+TEST_F(OpenDialog, ReadingsNestedDeeperThanTheReaderGoesApplyNothingAndClose) {
+    const int box = selectBox(QString::fromUtf8("你好"));
+    ASSERT_NE(openDialog(), nullptr);
+    deck->clearJournal();
+    const QString deep = QString(2000, QLatin1Char('[')) + QString(2000, QLatin1Char(']'));
+    const QVariantMap reply = call(
+        "setPhoneticText",
+        QStringLiteral(R"({"styleType":1,"bracketType":1,"phonetic":"%1"})").arg(deep));
+    EXPECT_EQ(reply.value("result").toString().simplified(), "{ \"callstatus\" : \"ok\" }");
+    EXPECT_EQ(deck->text(1, box), QString::fromUtf8("你好"));
+    EXPECT_TRUE(deck->journal().isEmpty());
     QCoreApplication::processEvents();
     EXPECT_EQ(model()->dialog, nullptr);
 }

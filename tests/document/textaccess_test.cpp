@@ -115,6 +115,10 @@ TEST_F(TextAccess, TwoShapesFirstEmptyGiveTheSecondWithNoRangeAndLeakTheFirstFra
         whole->get_Text(text.put());
         EXPECT_EQ(text.toQString(), QStringLiteral("你好"));  // the frame is the second shape's
     }
+    // And so is the shape: selecting what was found selects the second shape alone.
+    deck->clearSelection();
+    ASSERT_EQ(shape->Select(-1), S_OK);
+    EXPECT_EQ(deck->selectedShapes(), QList<int>{full});
     shape->Release();
     frame->Release();
     // The first shape's frame was overwritten without a release: exactly one reference is left,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Loading and unloading the tagging library through the real dlopen binding.
 #include "enginetest.h"
+#include "hostcalls.h"
 
 namespace {
 
@@ -11,13 +12,26 @@ std::string openDictionary(const std::string& directory) {
            "secrule.dic";
 }
 
-class TaggerBindingTest : public EngineTest {};
+// The host calls that find and load the library when it lives in `directory` (no trailing '/').
+Journal lookupsAndLoad(const QString& directory) {
+    return {"GetDirInfo 2", "GetDirInfo 27",
+            "loadlibrary " + directory.toStdString() + "/libPinyinTagger.so"};
+}
+
+class TaggerBindingTest : public EngineTest {
+protected:
+    void SetUp() override {
+        EngineTest::SetUp();
+        hostcalls::clear();
+    }
+};
 
 TEST_F(TaggerBindingTest, LoadsTheLibraryAndOpensTheThreeDictionaries) {
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     ASSERT_NE(handle.library, nullptr);
     EXPECT_NE(*handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
+    EXPECT_EQ(hostcalls::journal(), lookupsAndLoad(TaggerDoubleLibrary::directory()));
     EXPECT_EQ(tagger.journal(),
               (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/")}));
 }
@@ -36,6 +50,7 @@ TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
+    EXPECT_TRUE(hostcalls::journal().empty()) << "no directory lookup, no library load";
     EXPECT_TRUE(tagger.journal().empty());
 }
 
@@ -61,6 +76,10 @@ TEST_F(TaggerBindingTest, DirectoryWithAndWithoutTrailingSlashGiveTheSamePaths) 
     minihost::setDirectory(minihost::kDirTaggingLibrary, library + QLatin1Char('/'));
     minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/opt/zphonetic/dict/"));
     load();
+    // The same library path both times: no '/' appended to a directory that ends in one.
+    Journal twice = lookupsAndLoad(library);
+    for (const std::string& call : lookupsAndLoad(library)) twice.push_back(call);
+    EXPECT_EQ(hostcalls::journal(), twice);
     EXPECT_EQ(tagger.journal(),
               (Journal{"LoadPinYinLibrary host", openDictionary("/opt/zphonetic/dict/"),
                        "CloseDictionary", "LoadPinYinLibrary host",
@@ -78,6 +97,9 @@ TEST_F(TaggerBindingTest, BackslashEndsADirectoryToo) {
                            TaggerDoubleLibrary::directory() + QLatin1Char('\\'));
     EXPECT_FALSE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
+    EXPECT_EQ(
+        hostcalls::journal().back(),
+        "loadlibrary " + TaggerDoubleLibrary::directory().toStdString() + "\\libPinyinTagger.so");
 }
 
 TEST_F(TaggerBindingTest, AFailedDictionaryLookupReusesWhatTheBufferHolds) {

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <map>
 
 #include "entry/addonresources.h"
 #include "minihost/nvo/hoststore.h"
@@ -22,6 +23,18 @@ class AddonResources : public RibbonFixture {};
 QString muiDirectory() {
     return addonFilePath(QStringLiteral("mui/"));
 }
+
+// A list of tab commands without bounds checks, as a host may keep it: it answers for every
+// index it holds, also for those outside the count it reports.
+struct UncheckedTabList {
+    std::map<int, QObject*> children;
+    int count = 0;
+    int childCount() const { return count; }
+    QObject* childAt(int index) const {
+        const auto found = children.find(index);
+        return found == children.end() ? nullptr : found->second;
+    }
+};
 
 QString setPhoneticSymbol() {
     return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol");
@@ -102,6 +115,32 @@ TEST_F(AddonResources, CurrentIndexEqualToTheChildCountGivesTheEmptyId) {
     showRibbon({QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool")}, 2);
     EXPECT_EQ(currentRibbonTabId(), QString());
     EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
+}
+
+// The add-on checks the index itself: a list that answers beyond its count changes nothing.
+TEST(RibbonTabCommands, AnIndexOutsideTheCountGivesTheEmptyIdWhatTheListAnswers) {
+    QObject beforeFirst, home, textTool, afterLast;
+    beforeFirst.setProperty("id", QStringLiteral("CT_Insert"));
+    home.setProperty("id", QStringLiteral("CT_Home"));
+    textTool.setProperty("id", QStringLiteral("CT_TextTool"));
+    afterLast.setProperty("id", QStringLiteral("CT_Home"));
+    const UncheckedTabList list{{{-1, &beforeFirst}, {0, &home}, {1, &textTool}, {2, &afterLast}},
+                                2};
+    EXPECT_EQ(childCommandId(list, 0), QStringLiteral("CT_Home"));
+    EXPECT_EQ(childCommandId(list, 1), QStringLiteral("CT_TextTool"));
+    EXPECT_EQ(childCommandId(list, 2), QString());
+    EXPECT_EQ(childCommandId(list, -1), QString());
+}
+
+TEST(RibbonTabCommands, ANullChildGivesTheEmptyId) {
+    const UncheckedTabList list{{{0, nullptr}}, 1};
+    EXPECT_EQ(childCommandId(list, 0), QString());
+}
+
+TEST(RibbonTabCommands, TabsAreNamedForTheOriginAndTheUsageEvents) {
+    EXPECT_EQ(ribbonTabName(RibbonTab::Home), QStringLiteral("home"));
+    EXPECT_EQ(ribbonTabName(RibbonTab::TextTool), QStringLiteral("texttool"));
+    EXPECT_EQ(ribbonTabName(RibbonTab::Other), QString());
 }
 
 TEST_F(AddonResources, NegativeIndexGivesTheEmptyId) {

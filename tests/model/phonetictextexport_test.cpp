@@ -73,6 +73,11 @@ TEST(PhoneticData, ACharacterOutsideTheBasicPlaneGivesTwoEntries) {
     EXPECT_EQ(data["phonetic"][1]["index"].asInt(), 1);
     EXPECT_EQ(data["phonetic"][2]["index"].asInt(), 2);
     EXPECT_EQ(data["phonetic"][2]["text"].asString(), "你");
+    // Each half of the pair is one unit on its own, which UTF-8 cannot hold: the encoder's
+    // replacement stands for it, once per entry.
+    EXPECT_EQ(data["phonetic"][0]["text"].asString(), "?");
+    EXPECT_EQ(data["phonetic"][1]["text"].asString(), "?");
+    EXPECT_EQ(data["phonetic"][0]["duyin"].size(), 0u);
     EXPECT_EQ(data["phonetic"][1]["duyin"].size(), 0u);
 }
 

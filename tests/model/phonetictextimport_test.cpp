@@ -115,4 +115,19 @@ TEST(PhoneticTextImport, ADamagedArrayKeepsWhatTheReaderRead) {
     EXPECT_EQ(result.items.size(), 2);
 }
 
+TEST(PhoneticTextImport, ArraysNestedDeeperThanTheReaderGoesGiveNothingAndNoException) {
+    // The JSON reader gives up past its stack limit (1000) by throwing; the page's text must not
+    // carry that out of the import, wherever the nesting stands.
+    const QString deep = QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));
+    const QString valid = QStringLiteral(R"({"index":0,"pinyin":"a","text":"a"})");
+    for (const QString& text :
+         {deep, QLatin1Char('[') + valid + QLatin1Char(',') + deep + QLatin1Char(']'),
+          QStringLiteral("{\"a\":") + deep + QLatin1Char('}')}) {
+        PhoneticImport result;
+        EXPECT_NO_THROW(result = importPhoneticText(args(text)));
+        EXPECT_TRUE(result.items.isEmpty());
+        EXPECT_EQ(result.styleType, 1);
+    }
+}
+
 }  // namespace

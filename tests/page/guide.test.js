@@ -16,6 +16,7 @@ describe('guide view', () => {
     const dialog = await openDialog(browser, { fragment: '#/guide?from=home' });
     assert.equal(await dialog.page.getAttribute('html', 'data-rendered'), 'guide');
     assert.equal(await dialog.page.textContent('.guide-heading'), '请先选中文字');
+    assert.equal(await dialog.page.textContent('.guide-note'), '一次最多标注 30 个字。');
     assert.deepEqual(await dialog.page.$$eval('.guide-steps li', (items) => items.map((item) => item.textContent)), [
       '1在幻灯片上选中要标注的文字，或选中整个文本框。', '2再点击“拼音标注”，就可以挑选读音和样式。'
     ]);
@@ -62,6 +63,7 @@ describe('guide view', () => {
     const dialog = await openDialog(browser, { fragment: '#/guide', locale: 'en-GB' });
     assert.equal(await dialog.page.textContent('.guide-heading'), 'Select some text first');
     assert.equal(await dialog.page.textContent('.guide-close'), 'Got it');
+    assert.equal(await dialog.page.textContent('.guide-note'), 'Up to 30 characters are annotated at a time.');
     await dialog.close();
   });
 

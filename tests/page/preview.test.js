@@ -6,7 +6,7 @@
 const { describe, it, before, after } = require('node:test');
 const assert = require('node:assert/strict');
 const { launch, openDialog } = require('./harness');
-const { entry, readingsDocument, MIXED_ENTRIES, NIHAO_ENTRIES } = require('./documents');
+const { entry, readingsDocument, MIXED_ENTRIES, NIHAO_ENTRIES, POEM } = require('./documents');
 
 const PAIRS = { 1: ['（', '）'], 2: ['[', ']'], 3: ['', ''], 4: ['/', '/'], 5: ['{', '}'] };
 
@@ -111,6 +111,31 @@ describe('preview of what will be written', () => {
     assert.equal(await dialog.page.locator('.box-text br').count(), 1);
     assert.equal(await dialog.page.textContent('.cell[data-index="1"] .char'), '\u21B5');
     await dialog.close();
+  });
+
+  it('shows where the rest of a selection longer than the dialog was given stays, and says so', async () => {
+    const chars = POEM.map((e) => e.text).join('');
+    const dialog = await openDialog(browser, { document: readingsDocument(POEM) });
+    await choose(dialog.page, 1, 1);
+    const [after] = await previewOf(dialog.page);
+    assert.ok(after.text.startsWith(chars + '…（chūn mián '), after.text);
+    assert.ok(after.text.endsWith(' ɡuānɡ ）'), after.text);
+    await choose(dialog.page, 2, 2);
+    const [each] = await previewOf(dialog.page);
+    assert.ok(each.text.startsWith('春[chūn]眠[mián]'), each.text);
+    assert.ok(each.text.endsWith('光[ɡuānɡ]，…'), each.text);
+    await choose(dialog.page, 3, 3);
+    assert.deepEqual((await previewOf(dialog.page)).map((box) => box.text.slice(-2)), ['ɡ ', '，…']);
+    assert.equal(await dialog.page.locator('.preview .run.rest').count(), 1);
+    assert.equal(await dialog.page.textContent('.preview-note'),
+      '对话框只收到所选文字的前 30 个字。所选文字更长时，其余部分（…）原样保留，不标注读音。');
+    await dialog.close();
+
+    const shorter = await openDialog(browser, { document: readingsDocument(POEM.slice(0, 29)) });
+    await choose(shorter.page, 1, 1);
+    assert.ok(!(await previewOf(shorter.page))[0].text.includes('…'));
+    assert.equal(await shorter.page.locator('.preview-note').count(), 0);
+    await shorter.close();
   });
 
   it('draws the layout samples with the chosen brackets', async () => {

@@ -64,7 +64,7 @@
       el('p', { class: 'guide-intro' }, texts.get('guideIntro')),
       picture(texts),
       el('ol', { class: 'guide-steps' }, [step(1, texts.get('guideStep1')), step(2, texts.get('guideStep2'))]),
-      el('p', { class: 'guide-note' }, texts.get('guideNote'))
+      el('p', { class: 'guide-note' }, texts.get('guideNote').replace('%1', ns.writing.MAX_UNITS))
     ]));
     root.appendChild(el('div', { class: 'footer' }, context.footerStart.concat([
       el('span', { class: 'spacer' }), closeButton

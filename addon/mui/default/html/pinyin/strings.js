@@ -26,6 +26,7 @@
       previewSelection: '所选文字',
       previewUnchanged: '所选文字（不变）',
       previewNewBox: '新文本框',
+      previewRest: '对话框只收到所选文字的前 %1 个字。所选文字更长时，其余部分（…）原样保留，不标注读音。',
       help: '使用帮助',
       cancel: '取消',
       confirm: '确定',
@@ -37,7 +38,7 @@
       guideIntro: '拼音标注只为选中的汉字添加拼音。',
       guideStep1: '在幻灯片上选中要标注的文字，或选中整个文本框。',
       guideStep2: '再点击“拼音标注”，就可以挑选读音和样式。',
-      guideNote: '一次最多标注 30 个字。',
+      guideNote: '一次最多标注 %1 个字。',
       guideRibbon: '拼音标注',
       guideClose: '知道了'
     },
@@ -63,6 +64,7 @@
       previewSelection: 'Selected text',
       previewUnchanged: 'Selected text (unchanged)',
       previewNewBox: 'New text box',
+      previewRest: 'The dialog is given the first %1 characters of the selection. If it goes on, the rest (…) stays as it is, without readings.',
       help: 'Help',
       cancel: 'Cancel',
       confirm: 'OK',
@@ -74,7 +76,7 @@
       guideIntro: 'Pinyin readings are added to the Chinese characters you have selected.',
       guideStep1: 'On the slide, select the text to annotate, or a whole text box.',
       guideStep2: 'Then click "Pinyin readings" to choose the readings and their style.',
-      guideNote: 'Up to 30 characters are annotated at a time.',
+      guideNote: 'Up to %1 characters are annotated at a time.',
       guideRibbon: 'Pinyin',
       guideClose: 'Got it'
     }

@@ -13,6 +13,16 @@
     5: ['{', '}']
   };
 
+  // The dialog is given at most this many UTF-16 units of the selection, so a selection of
+  // that many may go on beyond them. The rest is written as it stands, without readings, and
+  // the readings that follow "the text" follow all of it: the preview shows the rest as REST.
+  var MAX_UNITS = 30;
+  var REST = '\u2026';
+
+  function mayGoOn(items) {
+    return items.length >= MAX_UNITS;
+  }
+
   function bracketsOf(bracketType) {
     return BRACKETS[bracketType] || ['', ''];
   }
@@ -63,15 +73,16 @@
 
   // The boxes the slide will show after writing, as runs of text with their boldness.
   // kind "selection" is the selected text (changed or not), kind "newBox" a text box the
-  // add-on creates. Layouts other than 1, 2, 3 write nothing.
+  // add-on creates. Layouts other than 1, 2, 3 write nothing. A run with `rest` set stands for
+  // the part of a long selection the dialog was not given (see MAX_UNITS).
   function writtenBoxes(items, styleType, bracketType) {
     var bold = readingsAreBold(bracketType);
     var chars = joinedCharacters(items);
+    var rest = mayGoOn(items) ? [{ text: REST, bold: false, rest: true }] : [];
     if (styleType === 1) {
-      return [{ kind: 'selection', changed: true, runs: [
-        { text: chars, bold: false },
+      return [{ kind: 'selection', changed: true, runs: [{ text: chars, bold: false }].concat(rest, [
         { text: groupedReadings(items, bracketType), bold: bold }
-      ] }];
+      ]) }];
     }
     if (styleType === 2) {
       var runs = [];
@@ -81,18 +92,20 @@
           runs.push({ text: piece.reading, bold: bold });
         }
       });
-      return [{ kind: 'selection', changed: true, runs: runs }];
+      return [{ kind: 'selection', changed: true, runs: runs.concat(rest) }];
     }
     if (styleType === 3) {
       return [
         { kind: 'newBox', changed: true, runs: [{ text: groupedReadings(items, bracketType), bold: bold }] },
-        { kind: 'selection', changed: false, runs: [{ text: chars, bold: false }] }
+        { kind: 'selection', changed: false, runs: [{ text: chars, bold: false }].concat(rest) }
       ];
     }
     return [];
   }
 
   ns.writing = {
+    MAX_UNITS: MAX_UNITS,
+    mayGoOn: mayGoOn,
     readingsAreBold: readingsAreBold,
     sentReading: sentReading,
     groupedReadings: groupedReadings,
