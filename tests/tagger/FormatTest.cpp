@@ -189,7 +189,19 @@ TEST(Format, TextErrorsNameTheLine) {
         parseRuleText("rule\t还\thuán\t钱\n");
         FAIL();
     } catch (const FormatError& e) {
-        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\"");
+        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\" or \"=\"");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t_=钱\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\" or \"=\"");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t_钱!\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: \"!\" must come before a character");
     }
 }
 
