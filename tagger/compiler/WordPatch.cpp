@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "WordPatch.h"
 
-#include <cstdlib>
 #include <set>
 #include <unordered_map>
 
@@ -29,13 +28,7 @@ size_t applyWordPatch(std::vector<WordEntry>& words, const std::string& patchTex
         if (!seen.insert(e.word).second) throw lineError(lineNo, "\"" + f[0] + "\" given twice");
         const auto it = index.find(e.word);
         if (f.size() == 3) {
-            char* end = nullptr;
-            const unsigned long cost = std::strtoul(f[2].c_str(), &end, 10);
-            if (f[2].empty() || *end != '\0' || cost > kMaxWordCost) {
-                throw lineError(lineNo, "cost \"" + f[2] + "\" is not a number from 0 to " +
-                                            std::to_string(kMaxWordCost));
-            }
-            e.cost = static_cast<uint16_t>(cost);
+            e.cost = parseWordCost(lineNo, f[2]);
         } else if (it == index.end()) {
             throw lineError(lineNo, "\"" + f[0] + "\" is not in the source: give it a cost");
         } else {
