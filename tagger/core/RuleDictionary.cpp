@@ -202,11 +202,31 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
     }
     if (rules_.size() % 4 != 0) throw FormatError("rule section is not whole rules");
     for (size_t r = 0; r < rules_.size() / 4; ++r) {
-        const uint32_t target = rules_.at(4 * r) >> 16;
+        const auto target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
         const uint32_t targetKind =
             elements_.at(size_t{rules_.at(4 * r + 1)} + rules_.at(4 * r + 3)) >> 16;
-        uint64_t* bits = targetKind == RuleElement::kWordTarget ? wordTargets_ : targets_;
+        (targetKind == RuleElement::kWordTarget ? inWord_ : alone_)
+            .add(target, static_cast<uint32_t>(r));
+    }
+    alone_.finish();
+    inWord_.finish();
+}
+
+void RuleDictionary::TargetIndex::add(char16_t target, uint32_t rule) {
+    // Rules come sorted by target, so a new target is one above the last.
+    if (!has(target)) {
         bits[target >> 6] |= uint64_t{1} << (target & 63);
+        starts.push_back(static_cast<uint32_t>(rules.size()));
+    }
+    rules.push_back(rule);
+}
+
+void RuleDictionary::TargetIndex::finish() {
+    starts.push_back(static_cast<uint32_t>(rules.size()));
+    uint32_t before = 0;
+    for (size_t w = 0; w < 0x10000 / 64; ++w) {
+        rank[w] = static_cast<uint16_t>(before);
+        before += static_cast<uint32_t>(__builtin_popcountll(bits[w]));
     }
 }
 
@@ -279,19 +299,21 @@ bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* i
 
 const Syllable* RuleDictionary::match(const char16_t* text, const uint8_t* inWord, size_t length,
                                       size_t at, bool wordTarget) const {
-    const char16_t target = text[at];
-    const size_t ruleCount = rules_.size() / 4;
-    size_t lo = 0, hi = ruleCount;
-    while (lo < hi) {  // first rule whose target is not below `target`
-        const size_t mid = lo + (hi - lo) / 2;
-        if ((rules_.at(4 * mid) >> 16) < target) {
-            lo = mid + 1;
-        } else {
-            hi = mid;
+    return firstMatch(wordTarget ? inWord_ : alone_, text, inWord, length, at, wordTarget);
+}
+
+const Syllable* RuleDictionary::firstMatch(const TargetIndex& index, const char16_t* text,
+                                           const uint8_t* inWord, size_t length, size_t at,
+                                           bool wordTarget) const {
+    const char16_t c = text[at];
+    if (!index.has(c)) return nullptr;
+    const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);
+    const size_t k = index.rank[c >> 6] + static_cast<size_t>(__builtin_popcountll(below));
+    for (uint32_t i = index.starts[k]; i < index.starts[k + 1]; ++i) {
+        const uint32_t r = index.rules[i];
+        if (matches(r, text, inWord, length, at, wordTarget)) {
+            return syllables_.get(rules_.at(4 * size_t{r}) & 0xFFFF);
         }
-    }
-    for (size_t r = lo; r < ruleCount && (rules_.at(4 * r) >> 16) == target; ++r) {
-        if (matches(r, text, inWord, length, at, wordTarget)) return syllables_.get(rules_.at(4 * r) & 0xFFFF);
     }
     return nullptr;
 }

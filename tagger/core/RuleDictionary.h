@@ -81,8 +81,8 @@ public:
     RuleDictionary(const uint8_t* data, size_t size);
 
     // True when some rule has `c` as its target on its own ("_"), or inside a word ("=").
-    bool hasRules(char16_t c) const { return (targets_[c >> 6] >> (c & 63)) & 1; }
-    bool hasWordRules(char16_t c) const { return (wordTargets_[c >> 6] >> (c & 63)) & 1; }
+    bool hasRules(char16_t c) const { return alone_.has(c); }
+    bool hasWordRules(char16_t c) const { return inWord_.has(c); }
     // The reading that the first matching rule gives text[at], or nullptr when none matches:
     // among the "_" rules, or with `inWord` among the "=" rules. inWord[i] is 1 where text[i]
     // lies inside a word of two or more characters on the best path, for i in [0, length).
@@ -92,6 +92,22 @@ public:
     RuleSet toRuleSet() const;
 
 private:
+    // The rules of one kind of target ("_" or "="), grouped by target in file order, found
+    // without a search: the target's bit, and the count of targets before it from `rank`.
+    struct TargetIndex {
+        uint64_t bits[0x10000 / 64] = {};
+        uint16_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
+        std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
+        std::vector<uint32_t> rules;      // rule numbers
+
+        bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }
+        void add(char16_t target, uint32_t rule);
+        void finish();
+    };
+
+    const Syllable* firstMatch(const TargetIndex& index, const char16_t* text,
+                               const uint8_t* inWord, size_t length, size_t at,
+                               bool wordTarget) const;
     bool matches(size_t rule, const char16_t* text, const uint8_t* inWord, size_t length,
                  size_t at, bool wordTarget) const;
     bool inClass(uint16_t cls, char16_t c) const;
@@ -104,8 +120,8 @@ private:
     LeArray<uint16_t> names_;
     LeArray<uint32_t> rules_;
     LeArray<uint32_t> elements_;
-    uint64_t targets_[0x10000 / 64] = {};
-    uint64_t wordTargets_[0x10000 / 64] = {};
+    TargetIndex alone_;
+    TargetIndex inWord_;
 };
 
 }  // namespace zphonetic::tagger
