@@ -203,6 +203,9 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
     if (rules_.size() % 4 != 0) throw FormatError("rule section is not whole rules");
     for (size_t r = 0; r < rules_.size() / 4; ++r) {
         const auto target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
+        if (r > 0 && target < (rules_.at(4 * (r - 1)) >> 16)) {
+            throw FormatError("rules are not sorted by target");
+        }
         const uint32_t targetKind =
             elements_.at(size_t{rules_.at(4 * r + 1)} + rules_.at(4 * r + 3)) >> 16;
         (targetKind == RuleElement::kWordTarget ? inWord_ : alone_)
@@ -225,7 +228,7 @@ void RuleDictionary::TargetIndex::finish() {
     starts.push_back(static_cast<uint32_t>(rules.size()));
     uint32_t before = 0;
     for (size_t w = 0; w < 0x10000 / 64; ++w) {
-        rank[w] = static_cast<uint16_t>(before);
+        rank[w] = before;
         before += static_cast<uint32_t>(__builtin_popcountll(bits[w]));
     }
 }

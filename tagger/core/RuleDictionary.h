@@ -12,10 +12,10 @@
 // A pattern is the context around the target: characters, {CLASS} for any character of a class,
 // "." for any character, "~" for a character equal to the one before it (慢慢, 高高兴兴), "@" for
 // a character inside a word of two or more characters on the best path, "!" before a character
-// for that character standing as a word of its own, "^" for the start and "$"
-// for the end of the text. The target is "_" when the rule decides a character left a word of its
-// own, "=" when it overrides the reading of a character inside a word. The first rule of a
-// character whose pattern matches wins, so specific rules go before general ones.
+// for that character standing as a word of its own, "^" for the start and "$" for the end of the
+// text. The target is "_" when the rule decides a character left a word of its own, "=" when it
+// overrides the reading of a character inside a word. The first rule of a character whose
+// pattern matches wins, so specific rules go before general ones.
 //
 // Sections besides the syllable table:
 //   3  u32[k + 1]  start of each class's characters in section 4;   4  u16[] sorted characters
@@ -96,7 +96,7 @@ private:
     // without a search: the target's bit, and the count of targets before it from `rank`.
     struct TargetIndex {
         uint64_t bits[0x10000 / 64] = {};
-        uint16_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
+        uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
         std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
         std::vector<uint32_t> rules;      // rule numbers
 
