@@ -79,15 +79,21 @@ void Tagger::segment(const char16_t* text, size_t n) {
         const size_t len = length_[i];
         if (len > 1) {
             words.readWord(node_[i], len, &readings_[i]);
+            // 不 opening a word may still sit between a repeated verb (对/不对).
+            if (text[i] == kBu) toneChanges_.push_back(i);
             for (size_t k = 0; k < len; ++k) {
                 alone_[i + k] = 0;
                 if (rules.hasWordRules(text[i + k])) {
                     const Syllable* r = rules.match(text, inWord_.data(), n, i + k, true);
                     if (r != nullptr) readings_[i + k] = r;
+                    // 不 changes tone again by the reading the rule gave the syllable after it
+                    // (不应 bù yīng, but 都不应 bú yìng).
+                    if (r != nullptr && k > 0 && text[i + k - 1] == kBu) {
+                        alone_[i + k - 1] = 1;
+                        if (k > 1) toneChanges_.push_back(i + k - 1);  // at 0 it is listed above
+                    }
                 }
             }
-            // 不 opening a word may still sit between a repeated verb (对/不对).
-            if (text[i] == kBu) toneChanges_.push_back(i);
             i += len;
             continue;
         }
