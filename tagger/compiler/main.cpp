@@ -9,6 +9,7 @@
 #include "CharDictionary.h"
 #include "RuleDictionary.h"
 #include "Sources.h"
+#include "WordPatch.h"
 #include "WordDictionary.h"
 
 using namespace zphonetic::tagger;
@@ -17,10 +18,11 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: pinyin-dictc chars --pinyin-data pinyin_dict.go --unihan Unihan_Readings.txt.bz2 -o Pinyin.dic\n"
-    "       pinyin-dictc words --pinyin-pro complete.json -o firrule.dic\n"
+    "       pinyin-dictc words --pinyin-pro complete.json [--patch words-patch.txt] -o firrule.dic\n"
     "       pinyin-dictc chars|words|rules --text SOURCE.txt -o FILE.dic\n"
     "Compiles a dictionary of the tagging library. --text reads the text form that\n"
-    "pinyin-dictdump prints; rules may come from several --text files, read in order.\n";
+    "pinyin-dictdump prints; rules may come from several --text files, read in order.\n"
+    "--patch sets the readings of some words (word, readings, optional cost) over the source.\n";
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
     // Written beside the target and renamed, so a failed run never leaves half a dictionary.
@@ -57,7 +59,8 @@ int main(int argc, char** argv) {
     for (int i = 2; i < argc; ++i) {
         const std::string key = argv[i];
         if (i + 1 >= argc || (key != "--pinyin-data" && key != "--unihan" &&
-                              key != "--pinyin-pro" && key != "--text" && key != "-o")) {
+                              key != "--pinyin-pro" && key != "--text" && key != "--patch" &&
+                              key != "-o")) {
             std::fprintf(stderr, "pinyin-dictc: unexpected argument \"%s\"\n%s", argv[i], kUsage);
             return 2;
         }
@@ -92,7 +95,15 @@ int main(int argc, char** argv) {
                 parseFile(source, readFile(source), [&](const std::string& text) {
                     return has("--text") ? parseWordText(text) : parsePinyinProJson(text, dropped);
                 });
-            std::printf("pinyin-dictc: %zu words; dropped %zu\n", words.size(), dropped);
+            size_t patched = 0;
+            if (has("--patch")) {
+                const std::string& patch = options["--patch"];
+                patched = parseFile(patch, readFile(patch), [&](const std::string& text) {
+                    return applyWordPatch(words, text);
+                });
+            }
+            std::printf("pinyin-dictc: %zu words; dropped %zu, patched %zu\n", words.size(),
+                        dropped, patched);
             bytes = compileWords(std::move(words));
         } else if (kind == "rules" && has("--text")) {
             RuleSet rules;

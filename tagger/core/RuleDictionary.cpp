@@ -23,9 +23,18 @@ std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
     int targets = 0;
     for (size_t i = 0; i < text.size(); ++i) {
         const char16_t c = text[i];
-        if (c == u'_') {
-            out.push_back({RuleElement::kTarget, 0});
+        if (c == u'_' || c == u'=') {
+            out.push_back({c == u'_' ? RuleElement::kTarget : RuleElement::kWordTarget, 0});
             ++targets;
+        } else if (c == u'.' || c == u'~' || c == u'@') {
+            out.push_back({c == u'.' ? RuleElement::kAny
+                                     : c == u'~' ? RuleElement::kRepeat : RuleElement::kInWord,
+                           0});
+        } else if (c == u'!') {
+            if (i + 1 >= text.size() || text[i + 1] == u'_' || text[i + 1] == u'=') {
+                throw lineError(lineNo, "\"!\" must come before a character");
+            }
+            out.push_back({RuleElement::kAloneChar, text[++i]});
         } else if (c == u'^' || c == u'$') {
             if ((c == u'^' && i != 0) || (c == u'$' && i + 1 != text.size())) {
                 throw lineError(lineNo, "\"^\" must open and \"$\" must close a pattern");
@@ -44,7 +53,7 @@ std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
             out.push_back({RuleElement::kChar, c});
         }
     }
-    if (targets != 1) throw lineError(lineNo, "a pattern needs exactly one \"_\"");
+    if (targets != 1) throw lineError(lineNo, "a pattern needs exactly one \"_\" or \"=\"");
     return out;
 }
 
@@ -60,6 +69,14 @@ std::string formatPattern(const std::vector<RuleElement>& pattern,
             case RuleElement::kStart: out.push_back(u'^'); break;
             case RuleElement::kEnd: out.push_back(u'$'); break;
             case RuleElement::kTarget: out.push_back(u'_'); break;
+            case RuleElement::kAny: out.push_back(u'.'); break;
+            case RuleElement::kRepeat: out.push_back(u'~'); break;
+            case RuleElement::kInWord: out.push_back(u'@'); break;
+            case RuleElement::kWordTarget: out.push_back(u'='); break;
+            case RuleElement::kAloneChar:
+                out.push_back(u'!');
+                out.push_back(e.value);
+                break;
         }
     }
     return toUtf8(out);
@@ -148,7 +165,10 @@ std::vector<uint8_t> compileRules(const RuleSet& set) {
         const RuleSet::Rule& r = set.rules[i];
         uint32_t targetPos = 0;
         for (size_t k = 0; k < r.pattern.size(); ++k) {
-            if (r.pattern[k].kind == RuleElement::kTarget) targetPos = static_cast<uint32_t>(k);
+            if (r.pattern[k].kind == RuleElement::kTarget ||
+                r.pattern[k].kind == RuleElement::kWordTarget) {
+                targetPos = static_cast<uint32_t>(k);
+            }
             appendLe<uint32_t>(elements, uint32_t{r.pattern[k].kind} << 16 | r.pattern[k].value);
         }
         appendLe<uint32_t>(rules, uint32_t{r.target} << 16 | syllables.add(r.reading));
@@ -182,8 +202,34 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
     }
     if (rules_.size() % 4 != 0) throw FormatError("rule section is not whole rules");
     for (size_t r = 0; r < rules_.size() / 4; ++r) {
-        const uint32_t target = rules_.at(4 * r) >> 16;
-        targets_[target >> 6] |= uint64_t{1} << (target & 63);
+        const auto target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
+        if (r > 0 && target < (rules_.at(4 * (r - 1)) >> 16)) {
+            throw FormatError("rules are not sorted by target");
+        }
+        const uint32_t targetKind =
+            elements_.at(size_t{rules_.at(4 * r + 1)} + rules_.at(4 * r + 3)) >> 16;
+        (targetKind == RuleElement::kWordTarget ? inWord_ : alone_)
+            .add(target, static_cast<uint32_t>(r));
+    }
+    alone_.finish();
+    inWord_.finish();
+}
+
+void RuleDictionary::TargetIndex::add(char16_t target, uint32_t rule) {
+    // Rules come sorted by target, so a new target is one above the last.
+    if (!has(target)) {
+        bits[target >> 6] |= uint64_t{1} << (target & 63);
+        starts.push_back(static_cast<uint32_t>(rules.size()));
+    }
+    rules.push_back(rule);
+}
+
+void RuleDictionary::TargetIndex::finish() {
+    starts.push_back(static_cast<uint32_t>(rules.size()));
+    uint32_t before = 0;
+    for (size_t w = 0; w < 0x10000 / 64; ++w) {
+        rank[w] = before;
+        before += static_cast<uint32_t>(__builtin_popcountll(bits[w]));
     }
 }
 
@@ -203,7 +249,8 @@ bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
     return false;
 }
 
-bool RuleDictionary::matches(size_t rule, const char16_t* text, size_t length, size_t at) const {
+bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* inWord,
+                             size_t length, size_t at, bool wordTarget) const {
     const uint32_t start = rules_.at(4 * rule + 1);
     const uint32_t count = rules_.at(4 * rule + 2);
     const uint32_t targetPos = rules_.at(4 * rule + 3);
@@ -217,7 +264,23 @@ bool RuleDictionary::matches(size_t rule, const char16_t* text, size_t length, s
         const bool inside = pos >= 0 && pos < static_cast<long long>(length);
         switch (kind) {
             case RuleElement::kTarget:
-                if (pos != static_cast<long long>(at)) return false;
+            case RuleElement::kWordTarget:
+                if (pos != static_cast<long long>(at) ||
+                    (kind == RuleElement::kWordTarget) != wordTarget) {
+                    return false;
+                }
+                break;
+            case RuleElement::kAny:
+                if (!inside) return false;
+                break;
+            case RuleElement::kRepeat:
+                if (!inside || pos == 0 || text[pos] != text[pos - 1]) return false;
+                break;
+            case RuleElement::kInWord:
+                if (!inside || inWord[pos] == 0) return false;
+                break;
+            case RuleElement::kAloneChar:
+                if (!inside || inWord[pos] != 0 || text[pos] != value) return false;
                 break;
             case RuleElement::kChar:
                 if (!inside || text[pos] != value) return false;
@@ -237,20 +300,23 @@ bool RuleDictionary::matches(size_t rule, const char16_t* text, size_t length, s
     return true;
 }
 
-const Syllable* RuleDictionary::match(const char16_t* text, size_t length, size_t at) const {
-    const char16_t target = text[at];
-    const size_t ruleCount = rules_.size() / 4;
-    size_t lo = 0, hi = ruleCount;
-    while (lo < hi) {  // first rule whose target is not below `target`
-        const size_t mid = lo + (hi - lo) / 2;
-        if ((rules_.at(4 * mid) >> 16) < target) {
-            lo = mid + 1;
-        } else {
-            hi = mid;
+const Syllable* RuleDictionary::match(const char16_t* text, const uint8_t* inWord, size_t length,
+                                      size_t at, bool wordTarget) const {
+    return firstMatch(wordTarget ? inWord_ : alone_, text, inWord, length, at, wordTarget);
+}
+
+const Syllable* RuleDictionary::firstMatch(const TargetIndex& index, const char16_t* text,
+                                           const uint8_t* inWord, size_t length, size_t at,
+                                           bool wordTarget) const {
+    const char16_t c = text[at];
+    if (!index.has(c)) return nullptr;
+    const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);
+    const size_t k = index.rank[c >> 6] + static_cast<size_t>(__builtin_popcountll(below));
+    for (uint32_t i = index.starts[k]; i < index.starts[k + 1]; ++i) {
+        const uint32_t r = index.rules[i];
+        if (matches(r, text, inWord, length, at, wordTarget)) {
+            return syllables_.get(rules_.at(4 * size_t{r}) & 0xFFFF);
         }
-    }
-    for (size_t r = lo; r < ruleCount && (rules_.at(4 * r) >> 16) == target; ++r) {
-        if (matches(r, text, length, at)) return syllables_.get(rules_.at(4 * r) & 0xFFFF);
     }
     return nullptr;
 }

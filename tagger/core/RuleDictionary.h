@@ -2,13 +2,19 @@
 #pragma once
 
 // The context rules ("secrule.dic"): readings of polyphones that the word dictionary leaves open
-// (a character that ends up as a word of its own), chosen by the characters around it.
+// (a character that ends up as a word of its own), chosen by the characters around it and by the
+// words the segmentation found; and the few readings of a word's character that its context
+// overrides (东西 "east and west" before 走向, against 东西 "thing").
 //
 // Text form, tab-separated:
 //   class<TAB>NUM<TAB>〇一二三四五六七八九十百千万亿零两     a named set of characters
 //   rule<TAB>还<TAB>huán<TAB>_钱                           target, reading, pattern
-// A pattern is the context around the target "_": characters, {CLASS} for any character of a
-// class, "^" for the start and "$" for the end of the text. The first rule of a character whose
+// A pattern is the context around the target: characters, {CLASS} for any character of a class,
+// "." for any character, "~" for a character equal to the one before it (慢慢, 高高兴兴), "@" for
+// a character inside a word of two or more characters on the best path, "!" before a character
+// for that character standing as a word of its own, "^" for the start and "$" for the end of the
+// text. The target is "_" when the rule decides a character left a word of its own, "=" when it
+// overrides the reading of a character inside a word. The first rule of a character whose
 // pattern matches wins, so specific rules go before general ones.
 //
 // Sections besides the syllable table:
@@ -30,9 +36,20 @@ namespace zphonetic::tagger {
 inline constexpr char kRuleMagic[] = "ZPYRULES";
 
 struct RuleElement {
-    enum Kind : uint16_t { kChar = 0, kClass = 1, kStart = 2, kEnd = 3, kTarget = 4 };
+    enum Kind : uint16_t {
+        kChar = 0,
+        kClass = 1,
+        kStart = 2,
+        kEnd = 3,
+        kTarget = 4,      // "_": a character left a word of its own
+        kAny = 5,         // "."
+        kRepeat = 6,      // "~": the same character as the one before it
+        kInWord = 7,      // "@": a character inside a word of two or more characters
+        kWordTarget = 8,  // "=": a character inside a word, whose reading the rule overrides
+        kAloneChar = 9,   // "!" and a character: that character, standing as a word of its own
+    };
     Kind kind = kChar;
-    uint16_t value = 0;  // the character, or the class index
+    uint16_t value = 0;  // the character (kChar, kAloneChar), or the class index
 };
 
 struct RuleSet {
@@ -43,7 +60,7 @@ struct RuleSet {
     struct Rule {
         char16_t target = 0;
         std::u16string reading;
-        std::vector<RuleElement> pattern;  // holds exactly one kTarget
+        std::vector<RuleElement> pattern;  // holds exactly one kTarget or kWordTarget
     };
     std::vector<Class> classes;
     std::vector<Rule> rules;
@@ -63,15 +80,36 @@ public:
     // Throws FormatError when the bytes are not an intact rule dictionary.
     RuleDictionary(const uint8_t* data, size_t size);
 
-    // True when some rule has `c` as its target.
-    bool hasRules(char16_t c) const { return (targets_[c >> 6] >> (c & 63)) & 1; }
-    // The reading that the first matching rule gives text[at], or nullptr when none matches.
-    const Syllable* match(const char16_t* text, size_t length, size_t at) const;
+    // True when some rule has `c` as its target on its own ("_"), or inside a word ("=").
+    bool hasRules(char16_t c) const { return alone_.has(c); }
+    bool hasWordRules(char16_t c) const { return inWord_.has(c); }
+    // The reading that the first matching rule gives text[at], or nullptr when none matches:
+    // among the "_" rules, or with `inWord` among the "=" rules. inWord[i] is 1 where text[i]
+    // lies inside a word of two or more characters on the best path, for i in [0, length).
+    const Syllable* match(const char16_t* text, const uint8_t* inWord, size_t length, size_t at,
+                          bool wordTarget) const;
 
     RuleSet toRuleSet() const;
 
 private:
-    bool matches(size_t rule, const char16_t* text, size_t length, size_t at) const;
+    // The rules of one kind of target ("_" or "="), grouped by target in file order, found
+    // without a search: the target's bit, and the count of targets before it from `rank`.
+    struct TargetIndex {
+        uint64_t bits[0x10000 / 64] = {};
+        uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
+        std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
+        std::vector<uint32_t> rules;      // rule numbers
+
+        bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }
+        void add(char16_t target, uint32_t rule);
+        void finish();
+    };
+
+    const Syllable* firstMatch(const TargetIndex& index, const char16_t* text,
+                               const uint8_t* inWord, size_t length, size_t at,
+                               bool wordTarget) const;
+    bool matches(size_t rule, const char16_t* text, const uint8_t* inWord, size_t length,
+                 size_t at, bool wordTarget) const;
     bool inClass(uint16_t cls, char16_t c) const;
 
     ContainerView file_;
@@ -82,7 +120,8 @@ private:
     LeArray<uint16_t> names_;
     LeArray<uint32_t> rules_;
     LeArray<uint32_t> elements_;
-    uint64_t targets_[0x10000 / 64] = {};
+    TargetIndex alone_;
+    TargetIndex inWord_;
 };
 
 }  // namespace zphonetic::tagger

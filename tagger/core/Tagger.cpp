@@ -60,8 +60,16 @@ void Tagger::segment(const char16_t* text, size_t n) {
         length_[i] = static_cast<uint8_t>(bestLength);
     }
 
-    // Left to right along the best path: readings from the words, and for a character that is
-    // a word of its own the first matching context rule, else its default.
+    // Which characters the best path puts inside a word of two or more: the rules read it, on
+    // both sides of the character they decide.
+    inWord_.assign(n, 0);
+    for (size_t i = 0; i < n; i += length_[i]) {
+        if (length_[i] > 1) std::memset(&inWord_[i], 1, length_[i]);
+    }
+
+    // Left to right along the best path: readings from the words, unless a rule overrides a
+    // character's reading inside its word; for a character that is a word of its own the first
+    // matching context rule, else its default.
     const CharDictionary& chars = dicts_->chars();
     const RuleDictionary& rules = dicts_->rules();
     readings_.resize(n);
@@ -71,14 +79,26 @@ void Tagger::segment(const char16_t* text, size_t n) {
         const size_t len = length_[i];
         if (len > 1) {
             words.readWord(node_[i], len, &readings_[i]);
+            // 不 opening a word may still sit between a repeated verb (对/不对).
+            if (text[i] == kBu) toneChanges_.push_back(i);
             for (size_t k = 0; k < len; ++k) {
                 alone_[i + k] = 0;
-                if (text[i + k] == kBu) toneChanges_.push_back(i + k);
+                if (rules.hasWordRules(text[i + k])) {
+                    const Syllable* r = rules.match(text, inWord_.data(), n, i + k, true);
+                    if (r != nullptr) readings_[i + k] = r;
+                    // 不 changes tone again by the reading the rule gave the syllable after it
+                    // (不应 bù yīng, but 都不应 bú yìng).
+                    if (r != nullptr && k > 0 && text[i + k - 1] == kBu) {
+                        alone_[i + k - 1] = 1;
+                        if (k > 1) toneChanges_.push_back(i + k - 1);  // at 0 it is listed above
+                    }
+                }
             }
             i += len;
             continue;
         }
-        const Syllable* rule = rules.hasRules(text[i]) ? rules.match(text, n, i) : nullptr;
+        const Syllable* rule =
+            rules.hasRules(text[i]) ? rules.match(text, inWord_.data(), n, i, false) : nullptr;
         if (rule != nullptr) {
             readings_[i] = rule;
             alone_[i] = 2;  // settled by a rule: no tone change
@@ -99,7 +119,8 @@ void Tagger::changeTones(const char16_t* text, size_t n) {
         const char16_t c = text[i];
         const bool last = i + 1 == n;
         // A verb repeated around it (看一看, 对不对) leaves it unstressed. 不 gets this even
-        // where the word dictionary joined it to the second verb (对/不对).
+        // where the word dictionary joined it to the second verb (对/不对), but not inside a
+        // longer word that reads it already (一动不动).
         const bool between = !last && i > 0 && text[i - 1] == text[i + 1] && text[i + 1] != c;
         if (between && (alone_[i] == 1 || c == kBu)) {
             readings_[i] = c == kYi ? &kYiNeutral : &kBuNeutral;

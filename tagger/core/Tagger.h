@@ -7,7 +7,9 @@
 //   2. Characters inside a word of two or more characters take the word's readings, neutral
 //      tones and tone changes included.
 //   3. A character left as a word of its own takes the first matching context rule, else its
-//      reading as a word of its own, else its default reading.
+//      reading as a word of its own, else its default reading. The rules see the characters
+//      around it and which of them the path put inside longer words; a few rules override a
+//      character inside a word where the context decides the word's reading.
 //   4. 一 and 不 on their own change tone by the next syllable, as taught in schools.
 
 #include <cstdint>
@@ -45,6 +47,7 @@ private:
     std::vector<uint32_t> cost_;    // cost of the best path from position i to the end
     std::vector<uint32_t> node_;    // word starting at i on that path (0 = a lone fallback)
     std::vector<uint8_t> length_;   // its length
+    std::vector<uint8_t> inWord_;   // 1: inside a word of two or more characters on the path
     std::vector<uint8_t> alone_;    // 1: a word of its own; 2: that, settled by a rule
     std::vector<size_t> toneChanges_;  // where 一 or 不 may change tone
     std::vector<const Syllable*> readings_;

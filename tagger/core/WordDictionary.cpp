@@ -26,6 +26,16 @@ constexpr size_t kMaxWordLength = 64;
 
 }  // namespace
 
+uint16_t parseWordCost(size_t lineNo, const std::string& field) {
+    char* end = nullptr;
+    const unsigned long cost = std::strtoul(field.c_str(), &end, 10);
+    if (field.empty() || *end != '\0' || cost > kMaxWordCost) {
+        throw lineError(lineNo, "cost \"" + field + "\" is not a number from 0 to " +
+                                    std::to_string(kMaxWordCost));
+    }
+    return static_cast<uint16_t>(cost);
+}
+
 std::vector<WordEntry> parseWordText(const std::string& text) {
     std::vector<WordEntry> out;
     forEachLine(text, [&](size_t lineNo, const std::vector<std::string>& fields) {
@@ -36,13 +46,7 @@ std::vector<WordEntry> parseWordText(const std::string& text) {
         if (e.word.empty() || e.readings.size() != e.word.size()) {
             throw lineError(lineNo, "\"" + fields[0] + "\" needs one reading per character");
         }
-        char* end = nullptr;
-        const unsigned long cost = std::strtoul(fields[2].c_str(), &end, 10);
-        if (fields[2].empty() || *end != '\0' || cost > kMaxWordCost) {
-            throw lineError(lineNo, "cost \"" + fields[2] + "\" is not a number from 0 to " +
-                                        std::to_string(kMaxWordCost));
-        }
-        e.cost = static_cast<uint16_t>(cost);
+        e.cost = parseWordCost(lineNo, fields[2]);
         out.push_back(std::move(e));
     });
     return out;

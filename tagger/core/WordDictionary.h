@@ -42,6 +42,8 @@ struct WordEntry {
 
 constexpr uint16_t kMaxWordCost = 2047;
 
+// A word's cost field of a text form; throws FormatError naming the line unless it is 0..2047.
+uint16_t parseWordCost(size_t lineNo, const std::string& field);
 // Parses the text form (any order); throws FormatError naming the line for a malformed line.
 std::vector<WordEntry> parseWordText(const std::string& text);
 // Prints entries in the order given (compile and toEntries() give them sorted).

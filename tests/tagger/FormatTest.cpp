@@ -115,6 +115,29 @@ TEST(Format, OffsetsInsideSectionsAreCheckedOnRead) {
     EXPECT_LE(broken.count(u'行' - 1), 40u);
 }
 
+TEST(Format, RulesOutOfTargetOrderAreRefused) {
+    // The engine finds a character's rules as one run of the sorted rule section; a file whose
+    // runs are interleaved would give a character another's rules.
+    auto bytes = compileRules(parseRuleText("rule\t一\tyī\t第_\nrule\t还\thuán\t_钱\n"));
+    RuleDictionary good(bytes.data(), bytes.size());
+    ASSERT_TRUE(good.hasRules(u'还'));
+    const size_t entries = bytes[12] | bytes[13] << 8;  // the section count
+    for (size_t e = 0; e < entries; ++e) {
+        const size_t at = kHeaderSize + e * kSectionEntrySize;
+        if (bytes[at] != 7) continue;
+        const size_t offset = bytes[at + 8] | bytes[at + 9] << 8 | bytes[at + 10] << 16;
+        std::swap_ranges(bytes.begin() + offset, bytes.begin() + offset + 16,
+                         bytes.begin() + offset + 16);  // the two rules change places
+    }
+    reseal(bytes);
+    try {
+        RuleDictionary broken(bytes.data(), bytes.size());
+        FAIL() << "rules out of order were accepted";
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "rules are not sorted by target");
+    }
+}
+
 // A word dictionary of four slots whose states 2 and 3 are each other's parent, with
 // `readingCount` entries in its reading section (one per state is right).
 std::vector<uint8_t> loopTrie(size_t readingCount) {
@@ -189,7 +212,19 @@ TEST(Format, TextErrorsNameTheLine) {
         parseRuleText("rule\t还\thuán\t钱\n");
         FAIL();
     } catch (const FormatError& e) {
-        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\"");
+        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\" or \"=\"");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t_=钱\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: a pattern needs exactly one \"_\" or \"=\"");
+    }
+    try {
+        parseRuleText("rule\t还\thuán\t_钱!\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: \"!\" must come before a character");
     }
 }
 

@@ -2,6 +2,9 @@
 // The readings the library must give with the dictionaries the build compiles.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "PinyinTagger.h"
 #include "TinyDictionaries.h"
 
@@ -59,6 +62,45 @@ TEST_F(BuiltDictionaries, SentencesReadInContext) {
         {"方便", "fāng biàn"},
     };
     for (const auto& [text, reading] : expected) EXPECT_EQ(readings(text), reading) << text;
+}
+
+// The teachers' suite (data/sentences.txt): ordinary sentences, each with the reading of every
+// Chinese character as a textbook prints it, fed as the add-on feeds them (only U+4E00..U+9FA5,
+// run together). Every sentence must come out right; the figures are printed for the record.
+TEST_F(BuiltDictionaries, TeachersSentencesReadAsTextbooksPrintThem) {
+    std::ifstream in(ZPHONETIC_SENTENCES);
+    ASSERT_TRUE(in) << ZPHONETIC_SENTENCES;
+    size_t sentences = 0, rightSentences = 0, characters = 0, rightCharacters = 0;
+    std::string line;
+    for (size_t lineNo = 1; std::getline(in, line); ++lineNo) {
+        if (line.empty() || line[0] == '#') continue;
+        const size_t tab = line.find('\t');
+        ASSERT_NE(tab, std::string::npos) << "line " << lineNo;
+        std::u16string han;
+        for (char16_t c : tiny::u16(line.substr(0, tab).c_str())) {
+            if (c >= 0x4E00 && c <= 0x9FA5) han.push_back(c);
+        }
+        const std::string want = line.substr(tab + 1);
+        const std::string got = readings(tiny::u8(han).c_str());
+        std::istringstream w(want), g(got);
+        std::string ws, gs;
+        size_t count = 0, right = 0;
+        while (w >> ws) {
+            ++count;
+            right += (g >> gs) && gs == ws;
+        }
+        ASSERT_EQ(count, han.size()) << "line " << lineNo << ": one reading per character";
+        ++sentences;
+        characters += count;
+        rightCharacters += right;
+        rightSentences += got == want;
+        EXPECT_EQ(got, want) << "line " << lineNo << ": " << line.substr(0, tab);
+    }
+    EXPECT_GE(sentences, 600u);
+    std::printf("teachers' suite: %zu of %zu sentences right (%.2f%%), %zu of %zu characters "
+                "(%.2f%%)\n",
+                rightSentences, sentences, 100.0 * rightSentences / sentences, rightCharacters,
+                characters, 100.0 * rightCharacters / characters);
 }
 
 TEST_F(BuiltDictionaries, LoneCharactersListModernReadingsDefaultFirst) {

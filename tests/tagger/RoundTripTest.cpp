@@ -40,6 +40,8 @@ TEST(RoundTrip, Rules) {
         "class\tMONEY\t款钱\n"
         "rule\t一\tyī\t_{DIGIT}\n"
         "rule\t一\tyī\t第_\n"
+        "rule\t得\tde\t~@._!了\n"
+        "rule\t西\txī\t东={MONEY}\n"
         "rule\t还\thuán\t_{MONEY}\n"
         "rule\t还\thái\t^_$\n";
     const auto bytes = compileRules(parseRuleText(text));
@@ -63,8 +65,9 @@ TEST(RoundTrip, RuleTextsAddUp) {
     const auto bytes = compileRules(set);
     RuleDictionary dict(bytes.data(), bytes.size());
     const std::u16string text = u"还钱还";
-    EXPECT_EQ(dict.match(text.data(), text.size(), 0)->text, u"huán");
-    EXPECT_EQ(dict.match(text.data(), text.size(), 2)->text, u"hái");
+    const uint8_t inWord[3] = {};
+    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 0, false)->text, u"huán");
+    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 2, false)->text, u"hái");
     EXPECT_TRUE(dict.hasRules(u'还'));
     EXPECT_FALSE(dict.hasRules(u'钱'));
 }

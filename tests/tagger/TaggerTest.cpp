@@ -60,6 +60,36 @@ TEST(Tagger, RulesDoNotTouchCharactersInsideWords) {
     EXPECT_EQ(tag("一个"), "一/yí个/gè");  // the word's own reading, not the rule for digits
 }
 
+TEST(Tagger, RulesReadTheSegmentationAndOverrideAWordWhereTheContextSays) {
+    using namespace zphonetic::tagger;
+    const std::string rules = std::string(tiny::kRules) +
+                              "rule\t长\tzhǎng\t~_\n"    // after a repeated character
+                              "rule\t好\thào\t@_\n"      // after a word of two or more
+                              "rule\t看\tkān\t_!行\n"    // before 行 standing alone
+                              "rule\t大\tdài\t市._\n"    // any character between
+                              "rule\t行\txíng\t银=天\n";  // 行 inside a word, before 天
+    Tagger tagger(std::make_shared<const Dictionaries>(tiny::charBytes(), tiny::wordBytes(),
+                                                       compileRules(parseRuleText(rules))));
+    auto tagWith = [&](const char* utf8) {
+        const std::u16string text = tiny::u16(utf8);
+        size_t length = 0;
+        char16_t* answer = tagger.answer(text.data(), text.size(), length);
+        const std::string out = tiny::u8(std::u16string(answer, length));
+        delete[] answer;
+        return out;
+    };
+    EXPECT_EQ(tagWith("天天长"), "天/tiān天/tiān长/zhǎng");
+    EXPECT_EQ(tagWith("看天长"), "看/kàn天/tiān长/cháng");
+    EXPECT_EQ(tagWith("银行好"), "银/yín行/háng好/hào");  // 行 before 好: the word's reading
+    EXPECT_EQ(tagWith("市看大"), "市/shì看/kàn大/dài");
+    EXPECT_EQ(tagWith("市大"), "市/shì大/dà");
+    EXPECT_EQ(tagWith("看天好"), "看/kàn天/tiān好/hǎo");
+    EXPECT_EQ(tagWith("看行"), "看/kān行/xíng");
+    EXPECT_EQ(tagWith("看行长"), "看/kàn行/háng长/zhǎng");  // 行 is inside the word 行长
+    EXPECT_EQ(tagWith("银行天"), "银/yín行/xíng天/tiān");
+    EXPECT_EQ(tagWith("银行"), "银/yín行/háng");
+}
+
 TEST(Tagger, YiChangesToneByTheNextSyllable) {
     EXPECT_EQ(tag("一天"), "一/yì天/tiān");
     EXPECT_EQ(tag("一大"), "一/yí大/dà");

@@ -49,6 +49,23 @@ if(NOT out STREQUAL words_text)
     message(FATAL_ERROR "words came back as '${out}'")
 endif()
 
+# A patch sets a word's readings over the source (keeping its cost), adds a word with a cost, and
+# is refused for a line that changes nothing, naming the patch file and the line.
+file(WRITE ${WORK_DIR}/patch.txt "# school readings\n银行\tyín xíng\n长城\tcháng chéng\t300\n")
+run(${DICTC} words --text ${WORK_DIR}/words.txt --patch ${WORK_DIR}/patch.txt
+    -o ${WORK_DIR}/patched.dic)
+run(${DICTDUMP} ${WORK_DIR}/patched.dic)
+if(NOT out STREQUAL "一个\tyí gè\t190\n银行\tyín xíng\t190\n长城\tcháng chéng\t300\n长江\tcháng jiāng\t160\n")
+    message(FATAL_ERROR "patched words came back as '${out}'")
+endif()
+file(WRITE ${WORK_DIR}/same.txt "银行\tyín háng\n")
+execute_process(COMMAND ${DICTC} words --text ${WORK_DIR}/words.txt --patch ${WORK_DIR}/same.txt
+                        -o ${WORK_DIR}/same.dic
+                ERROR_VARIABLE err RESULT_VARIABLE rc)
+if(rc EQUAL 0 OR NOT err STREQUAL "pinyin-dictc: ${WORK_DIR}/same.txt: line 1: \"银行\" reads so already\n")
+    message(FATAL_ERROR "unexpected result ${rc}: ${err}")
+endif()
+
 # Errors name the file and the line.
 file(WRITE ${WORK_DIR}/bad.txt "class\tDIGIT\t一二\nrule\t一\tyi1\t_{DIGIT}\n")
 execute_process(COMMAND ${DICTC} rules --text ${WORK_DIR}/bad.txt -o ${WORK_DIR}/bad.dic
