@@ -139,8 +139,11 @@ TextFormat formatOf(pugi::xml_node rPr, const std::vector<pugi::xml_node>& level
     f.underline = values.underline;
     f.strike = values.strike;
     f.rgb = values.rgb;
-    // A shape's style names the colour of text that names none (white on a filled shape).
-    if (!firstChild(chain, "solidFill")) colorOf(fontReference, styles, &f.rgb, true);
+    // A shape's style names the colour of its text (white on a filled shape) unless the run or
+    // the shape's own list style names one: it comes before the master's and the deck's.
+    const auto own = std::find_if(chain.begin(), chain.end(),
+                                  [](pugi::xml_node n) { return child(n, "solidFill"); });
+    if (own - chain.begin() >= 2) colorOf(fontReference, styles, &f.rgb, true);
     return f;
 }
 
@@ -275,6 +278,13 @@ void fillGeometry(DrawnShape& shape, const ShapeNode& node, const Lineage& l) {
 void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles) {
     const std::string local = localName(l.elements.front());
     if (local == "cxnSp") shape.geometry = QStringLiteral("line");
+    if (local == "pic") {
+        // A picture is not filled, but it may have an outline.
+        const pugi::xml_node ln = child(child(l.elements.front(), "spPr"), "ln");
+        if (ln.attribute("w")) shape.lineWidth = static_cast<float>(ln.attribute("w").as_double() / kEmuPerPoint);
+        fillColor(ln, styles, &shape.outlined, &shape.line);
+        return;
+    }
     if (local == "sp") {
         shape.geometry = QStringLiteral("rect");
         for (pugi::xml_node element : l.elements) {

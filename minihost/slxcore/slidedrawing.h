@@ -81,7 +81,7 @@ struct DrawnShape {
     QString geometry;
     bool filled = false;
     std::uint32_t fill = 0;
-    bool outlined = false;
+    bool outlined = false;  // plain shapes and pictures
     std::uint32_t line = 0;
     float lineWidth = 0.75f;  // points
     bool hasText = false;

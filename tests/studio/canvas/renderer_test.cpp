@@ -17,9 +17,9 @@ using minihost::Deck;
 
 namespace {
 
-QImage render(const Deck& deck, int slide, int width = 960) {
+QImage render(const Deck& deck, int slide) {  // one pixel per point
     const QSizeF size = deck.slideSize();
-    QImage image(width, qRound(width * size.height() / size.width()), QImage::Format_RGB32);
+    QImage image(size.toSize(), QImage::Format_RGB32);
     image.fill(Qt::magenta);  // anything left unpainted shows
     QPainter painter(&image);
     paintSlide(painter, deck, slide, QRectF(QPointF(), QSizeF(image.size())));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "framelayout.h"
 
+#include <QFontMetricsF>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
@@ -34,7 +35,21 @@ QTextCharFormat charFormat(const minihost::TextFormat& format, double scale) {
     QTextCharFormat f;
     f.setFont(fontFor(format, scale));
     f.setForeground(QColor::fromRgb(format.rgb));
+    // Not carried over by setFont().
+    f.setFontUnderline(format.underline);
+    f.setFontStrikeOut(format.strike);
     return f;
+}
+
+// The extent above and below the baseline of text in `format`: its Latin typeface's, which
+// presentation programs use for the line even when ideographs on it come from another font.
+std::pair<double, double> extentOf(const minihost::TextFormat& format, double scale) {
+    QFont font(format.latinFont);
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(format.size * scale * kUnits))));
+    font.setBold(format.bold);
+    font.setItalic(format.italic);
+    const QFontMetricsF metrics(font);
+    return {metrics.ascent(), metrics.descent()};
 }
 
 Qt::Alignment alignmentOf(minihost::TextAlign align) {
@@ -54,6 +69,7 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
     const bool shrinks = frame.autofit == minihost::Autofit::ShrinkText;
     const double scale = shrinks ? frame.fontScale : 1.0;
     const double spacingFactor = shrinks ? 1.0 - frame.lineSpacingReduction : 1.0;
+    const bool follows = frame.autofit == minihost::Autofit::ShapeFollowsText;
     const QMarginsF insets = frame.insets;
     const double room =
         frame.wrap ? std::max(1.0, m_box.width() - insets.left() - insets.right()) : kNoWrapWidth;
@@ -72,7 +88,8 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
         for (const minihost::TextRun& run : para.runs)
             formats.append({run.start - para.start, run.length, charFormat(run.format, scale)});
         laid.layout->setFormats(formats);
-        QTextOption option(alignmentOf(para.align));
+        // A frame that does not wrap aligns its lines itself, once its width is known.
+        QTextOption option(frame.wrap ? alignmentOf(para.align) : Qt::AlignLeft);
         option.setWrapMode(frame.wrap ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                       : QTextOption::NoWrap);
         laid.layout->setTextOption(option);
@@ -86,24 +103,26 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
             if (!line.isValid()) break;
             // A bullet hangs at the indent; the text of its first line starts at the margin.
             const double left = para.marginLeft + (firstLine && !bulleted ? para.indent : 0.0);
-            const double width = frame.wrap ? std::max(1.0, room - left)
-                                            : std::max(1.0, m_box.width() - insets.left() -
-                                                                insets.right() - left);
-            line.setLineWidth((frame.wrap ? width : kNoWrapWidth) * kUnits);
-            const double height = (line.ascent() + line.descent()) / kUnits;
+            line.setLineWidth(std::max(1.0, room - left) * kUnits);
+            // The largest text on the line sets its height.
+            std::pair<double, double> extent{0, 0};
+            const int from = line.textStart(), to = line.textStart() + line.textLength();
+            for (const minihost::TextRun& run : para.runs) {
+                const int runStart = run.start - para.start;
+                if (runStart + run.length <= from || runStart >= std::max(to, from + 1)) continue;
+                const auto e = extentOf(run.format, scale);
+                extent = {std::max(extent.first, e.first), std::max(extent.second, e.second)};
+            }
+            if (extent.first == 0) extent = extentOf(first, scale);
+            laid.extents.push_back(extent);
+            const double height = (extent.first + extent.second) / kUnits;
             const double step = para.lineSpacingPoints > 0
                                     ? para.lineSpacingPoints
                                     : height * para.lineSpacing * spacingFactor;
-            // Spacing other than single adds (or takes) room above the line's text.
-            line.setPosition(QPointF(left * kUnits, (y + step - height) * kUnits));
-            if (!frame.wrap && option.alignment() != Qt::AlignLeft) {
-                // Aligned within the box, though it does not wrap.
-                const double free = width - line.naturalTextWidth() / kUnits;
-                const double shift = option.alignment() == Qt::AlignRight ? free
-                                   : option.alignment() == Qt::AlignHCenter ? free / 2
-                                                                             : 0.0;
-                line.setPosition(line.position() + QPointF(std::max(0.0, shift) * kUnits, 0));
-            }
+            // Spacing other than single adds (or takes) room above the line's text. Qt draws
+            // the baseline at the line's own ascent, taller where a fallback font is.
+            const double baseline = (y + step - height) * kUnits + extent.first;
+            line.setPosition(QPointF(left * kUnits, baseline - line.ascent()));
             widest = std::max(widest, left + line.naturalTextWidth() / kUnits);
             if (firstLine && bulleted) {
                 laid.bullet = std::make_unique<QTextLayout>(para.bullet, fontFor(first, scale));
@@ -126,9 +145,28 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
                    ? 0
                    : frame.paragraphs.last().start + static_cast<int>(frame.paragraphs.last().text.size());
 
-    if (frame.autofit == minihost::Autofit::ShapeFollowsText) {
+    if (follows) {
         m_box.setHeight(y + insets.top() + insets.bottom());
-        if (!frame.wrap) m_box.setWidth(widest + insets.left() + insets.right());
+        // A frame that neither wraps nor keeps its width grows (or shrinks) about its centre.
+        if (!frame.wrap) {
+            const double centre = m_box.center().x();
+            m_box.setWidth(widest + insets.left() + insets.right());
+            m_box.moveLeft(centre - m_box.width() / 2);
+        }
+    }
+    if (!frame.wrap) {
+        const double room = m_box.width() - insets.left() - insets.right();
+        for (int i = 0; i < frame.paragraphs.size(); ++i) {
+            const Qt::Alignment align = alignmentOf(frame.paragraphs[i].align);
+            if (align != Qt::AlignHCenter && align != Qt::AlignRight) continue;
+            QTextLayout& layout = *m_paragraphs[static_cast<std::size_t>(i)].layout;
+            for (int n = 0; n < layout.lineCount(); ++n) {
+                QTextLine line = layout.lineAt(n);
+                const double free = room - (line.x() + line.naturalTextWidth()) / kUnits;
+                const double shift = align == Qt::AlignRight ? free : free / 2;
+                line.setPosition(line.position() + QPointF(std::max(0.0, shift) * kUnits, 0));
+            }
+        }
     }
     const double free = m_box.height() - insets.top() - insets.bottom() - y;
     const double anchor = frame.anchor == minihost::TextAnchor::Middle ? free / 2
@@ -176,9 +214,10 @@ int FrameLayout::positionAt(const QPointF& point) const {
         const QPointF local = (point - p.origin) * kUnits;
         for (int i = 0; i < p.layout->lineCount(); ++i) {
             const QTextLine line = p.layout->lineAt(i);
-            const double distance = local.y() < line.y()                 ? line.y() - local.y()
-                                  : local.y() > line.y() + line.height() ? local.y() - line.y() - line.height()
-                                                                         : 0.0;
+            const auto [top, bottom] = band(p, i);
+            const double distance = local.y() < top    ? top - local.y()
+                                  : local.y() > bottom ? local.y() - bottom
+                                                       : 0.0;
             if (!best || distance < bestDistance) {
                 best = &p;
                 bestLine = line;
@@ -201,8 +240,15 @@ QLineF FrameLayout::cursorLine(int pos) const {
     QTextLine line = p->layout->lineForTextPosition(local);
     if (!line.isValid()) line = p->layout->lineAt(p->layout->lineCount() - 1);
     const double x = line.cursorToX(local);
-    return QLineF(p->origin + QPointF(x, line.y()) / kUnits,
-                  p->origin + QPointF(x, line.y() + line.height()) / kUnits);
+    const auto [top, bottom] = band(*p, line.lineNumber());
+    return QLineF(p->origin + QPointF(x, top) / kUnits, p->origin + QPointF(x, bottom) / kUnits);
+}
+
+std::pair<double, double> FrameLayout::band(const Paragraph& p, int index) {
+    const QTextLine line = p.layout->lineAt(index);
+    const double baseline = line.y() + line.ascent();
+    const auto& extent = p.extents.at(static_cast<std::size_t>(index));
+    return {baseline - extent.first, baseline + extent.second};
 }
 
 int FrameLayout::verticalMove(int pos, int lines) const {

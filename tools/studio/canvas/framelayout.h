@@ -29,7 +29,7 @@ public:
     FrameLayout& operator=(const FrameLayout&) = delete;
 
     // The shape's box as drawn: a frame whose shape follows its text is as high as the text
-    // (and, when it does not wrap, as wide).
+    // (and, when it does not wrap, as wide, about the same centre).
     QRectF box() const { return m_box; }
     int length() const { return m_length; }
 
@@ -53,7 +53,12 @@ private:
         std::unique_ptr<QTextLayout> bullet;
         int start = 0;
         QPointF origin;  // of the layout's coordinates, in points on the slide
+        // Each line's extent above and below its baseline (layout units), as presentation
+        // programs measure it: from the Latin typefaces of its text, not its fallback fonts.
+        std::vector<std::pair<double, double>> extents;
     };
+    // The line's band: from its ascent above the baseline to its descent below (layout units).
+    static std::pair<double, double> band(const Paragraph& p, int line);
     const Paragraph* paragraphFor(int pos) const;
 
     std::vector<Paragraph> m_paragraphs;

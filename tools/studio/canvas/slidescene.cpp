@@ -103,6 +103,9 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
             paintPlaceOf(painter, shape, box);
         else
             painter.drawImage(box, image);
+        if (shape.outlined)
+            painter.strokePath(outlineOf(QStringLiteral("rect"), box),
+                               QPen(QColor::fromRgb(shape.line), std::max(0.25f, shape.lineWidth)));
     } else if (kDrawnGeometries.contains(shape.geometry)) {
         const QPainterPath path = outlineOf(shape.geometry, box);
         if (shape.filled && shape.geometry != QLatin1String("line"))
