@@ -129,7 +129,7 @@ TextFormat formatOf(pugi::xml_node rPr, const std::vector<pugi::xml_node>& level
                     pugi::xml_node fontReference, const DeckStyles& styles) {
     std::vector<pugi::xml_node> chain{rPr};
     for (pugi::xml_node level : levels) chain.push_back(child(level, "defRPr"));
-    const FontValues values = resolveFont(chain, styles);
+    const FontValues values = resolveFont(chain, styles, true);
     TextFormat f;
     f.latinFont = values.name;
     f.eastAsianFont = values.eastAsianName;

@@ -76,7 +76,8 @@ FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyl
     return resolveFont({rPr, listLevel, styles.defaultRunProperties}, styles);
 }
 
-FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles) {
+FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles,
+                       bool transforms) {
     FontValues values;
     values.name = styles.minorLatin.isEmpty() ? QStringLiteral("Calibri") : styles.minorLatin;
     bool haveBold = false, haveSize = false, haveName = false, haveColor = false;
@@ -127,7 +128,7 @@ FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyle
         }
         if (!haveColor)
             if (pugi::xml_node fill = child(props, "solidFill"))
-                haveColor = colorOf(fill, styles, &values.rgb);
+                haveColor = colorOf(fill, styles, &values.rgb, transforms);
     }
     if (!haveEastAsian) values.eastAsianName = styles.minorEastAsian;
     return values;
