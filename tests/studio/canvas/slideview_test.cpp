@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QInputMethodEvent>
 #include <QSignalSpy>
 #include <QTest>
@@ -91,6 +92,11 @@ protected:
         ASSERT_TRUE(deck->hasTextSelection());
     }
     Deck::TextSelection selection() const { return deck->textSelection(); }
+    // What the view shows, to be looked at.
+    void keep(const QString& name) {
+        QDir().mkpath(QStringLiteral(CANVAS_RENDERS_DIR));
+        view.grab().save(QStringLiteral(CANVAS_RENDERS_DIR "/%1.png").arg(name));
+    }
 
     std::unique_ptr<Deck> deck;
     SlideView view;
@@ -104,7 +110,9 @@ TEST_F(SlideViewTest, ClickSelectsAShapeShiftAndCtrlAddAndRemove) {
     EXPECT_EQ(changed.count(), 1);
     click(inside(kBody), Qt::ShiftModifier);
     EXPECT_EQ(deck->selectedShapes(), (QList<int>{kTitle, kBody}));
+    keep(QStringLiteral("view-two-shapes"));
     click(inside(kTitle), Qt::ControlModifier);
+    keep(QStringLiteral("view-one-shape"));
     EXPECT_EQ(deck->selectedShapes(), QList<int>{kBody});
     // Nothing there: nothing selected.
     click(view.toWidget(QPointF(900, 500)).toPoint());
@@ -131,6 +139,7 @@ TEST_F(SlideViewTest, ClickIntoTheSelectedTextShapePlacesACursorDragSelectsText)
     EXPECT_EQ(selection().length, 4);
     EXPECT_EQ(deck->text(1, kBody).mid(selection().start, selection().length),
               QStringLiteral("明月光，"));
+    keep(QStringLiteral("view-text-selection"));
     // Backwards too.
     drag(at(kBody, 9), at(kBody, 7));
     EXPECT_EQ(selection().start, 7);
