@@ -44,7 +44,8 @@ const QByteArray kShapes =
     "<a:normAutofit fontScale=\"50000\" lnSpcReduction=\"10000\"/></a:bodyPr>"
     "<a:lstStyle><a:lvl1pPr algn=\"r\"><a:defRPr sz=\"2400\" i=\"1\"/></a:lvl1pPr></a:lstStyle>"
     "<a:p><a:pPr><a:lnSpc><a:spcPct val=\"150000\"/></a:lnSpc><a:spcAft><a:spcPts val=\"600\"/></a:spcAft></a:pPr>"
-    "<a:r><a:rPr lang=\"zh-CN\" b=\"1\" u=\"sng\"><a:solidFill><a:srgbClr val=\"0000FF\"/></a:solidFill>"
+    "<a:r><a:rPr lang=\"zh-CN\" b=\"1\" u=\"sng\"><a:solidFill><a:srgbClr val=\"0000FF\">"
+    "<a:lumMod val=\"50000\"/></a:srgbClr></a:solidFill>"
     "<a:latin typeface=\"Noto Serif\"/><a:ea typeface=\"Noto Serif CJK SC\"/></a:rPr><a:t>你好</a:t></a:r>"
     "<a:br><a:rPr lang=\"en-US\"/></a:br><a:r><a:rPr lang=\"en-US\"/><a:t>ab</a:t></a:r></a:p>"
     "<a:p><a:pPr marL=\"342900\" indent=\"-342900\" algn=\"ctr\"><a:buChar char=\"-\"/></a:pPr>"
@@ -107,7 +108,7 @@ TEST(SlideDrawing, ShapesWithTheirPlaceOutlineAndResolvedText) {
     EXPECT_TRUE(chinese.bold);
     EXPECT_TRUE(chinese.italic);
     EXPECT_TRUE(chinese.underline);
-    EXPECT_EQ(chinese.rgb, 0x0000FFu);
+    EXPECT_EQ(chinese.rgb, 0x000080u);  // drawn with its luminance transform
     EXPECT_EQ(first.runs[1].start, 2);  // the line break
     EXPECT_EQ(first.runs[1].length, 1);
     EXPECT_EQ(first.runs[2].start, 3);
