@@ -171,6 +171,13 @@ TEST_F(SlideViewTest, ShiftArrowsSelectTextEscapeGoesBackToTheShapeCtrlASelectsA
     EXPECT_FALSE(editing.at(1).at(0).toBool());
     QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_TRUE(deck->selectedShapes().isEmpty());
+    // Enter on a selected text shape selects all its text.
+    click(inside(kTitle));
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(selection().shapeId, kTitle);
+    EXPECT_EQ(selection().start, 0);
+    EXPECT_EQ(selection().length, 3);
+    EXPECT_EQ(editing.count(), 3);
 }
 
 TEST_F(SlideViewTest, TypingDeletingAndPastingAreUndoSteps) {

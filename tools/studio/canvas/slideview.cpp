@@ -442,6 +442,18 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
     case Qt::Key_Escape:
         selectShapes({});
         return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        if (const zstudio::FrameLayout* layout =
+                selected.size() == 1 ? m_scene->text(selected.first()) : nullptr) {
+            m_textShape = selected.first();
+            m_anchor = 0;
+            m_caret = layout->length();
+            setTextMode(true);
+            applyTextSelection();
+        }
+        return true;
     default: return false;
     }
     if (event->modifiers() & Qt::ShiftModifier) {
