@@ -91,6 +91,9 @@ struct DrawnShape {
 
 struct SlideDrawing {
     std::uint32_t background = 0xFFFFFF;
+    // What the slide's master and layout draw behind it (logos, bands, lines: not their
+    // placeholders), in z order. Not shapes of the slide: their ids mean nothing on it.
+    QList<DrawnShape> behind;
     QList<DrawnShape> shapes;  // z order: the first is at the back
 };
 

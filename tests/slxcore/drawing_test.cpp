@@ -152,6 +152,26 @@ TEST(SlideDrawing, PlaceholdersTakeTheirPlaceAndStyleFromTheLayoutAndMaster) {
     EXPECT_EQ(content->text.paragraphs[1].runs[0].format.eastAsianFont, QStringLiteral("Microsoft YaHei"));
 }
 
+TEST(SlideDrawing, TheMastersDrawingsAreBehindTheSlideItsDefaultsOnlyOutsidePlaceholders) {
+    if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
+    QString error;
+    auto deck = Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/real/alterman_security.pptx"),
+                               &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    const minihost::SlideDrawing drawing = deck->drawing(2);
+    // The master's red band along the bottom, not its placeholders.
+    ASSERT_EQ(drawing.behind.size(), 2);
+    EXPECT_EQ(drawing.behind[1].geometry, QStringLiteral("rect"));
+    EXPECT_TRUE(drawing.behind[1].filled);
+    EXPECT_EQ(drawing.behind[1].fill, 0xB9252Eu);
+    // The deck's default text style is italic; the body placeholder's text is not.
+    const DrawnShape* body = find(drawing, 78851);
+    ASSERT_TRUE(body);
+    EXPECT_FALSE(body->text.paragraphs[0].runs[0].format.italic);
+    EXPECT_EQ(body->text.paragraphs[0].runs[0].format.size, 24);
+    EXPECT_TRUE(find(drawing, 78850)->text.paragraphs[0].runs[0].format.italic);  // its own
+}
+
 TEST(DeckEdits, MoveAndResizeAreUndoSteps) {
     auto deck = deckOf(kShapes);
     ASSERT_TRUE(deck);
