@@ -14,6 +14,8 @@ namespace {
 constexpr double kUnits = 10.0;
 // How far a frame that does not wrap may run: far beyond any slide.
 constexpr double kNoWrapWidth = 100000.0;
+// Default tab stops of presentation programs: every inch.
+constexpr double kTabStop = 72.0;
 
 QFont fontFor(const minihost::TextFormat& format, double scale) {
     QFont font(format.latinFont);
@@ -92,6 +94,7 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
         QTextOption option(frame.wrap ? alignmentOf(para.align) : Qt::AlignLeft);
         option.setWrapMode(frame.wrap ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                       : QTextOption::NoWrap);
+        option.setTabStopDistance(kTabStop * kUnits);
         laid.layout->setTextOption(option);
         laid.layout->setCacheEnabled(true);
 
