@@ -67,6 +67,10 @@ SlideScene::SlideScene(const minihost::Deck& deck, int slide)
     for (int i = 0; i < m_drawing.behind.size(); ++i)
         if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
             m_behindText[i] = std::make_unique<FrameLayout>(m_drawing.behind[i]);
+    for (const auto* list : {&m_drawing.behind, &m_drawing.shapes})
+        for (const minihost::DrawnShape& shape : *list)
+            if (!shape.picture.isEmpty())
+                m_images[shape.picture.constData()] = QImage::fromData(shape.picture);
 }
 
 QTransform SlideScene::toTarget(const QRectF& target) const {
@@ -108,7 +112,7 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
         painter.translate(-box.center());
     }
     if (!shape.picture.isEmpty()) {
-        const QImage image = QImage::fromData(shape.picture);
+        const QImage& image = m_images.at(shape.picture.constData());
         if (image.isNull() && ofSlide)
             paintPlaceOf(painter, shape, box);
         else

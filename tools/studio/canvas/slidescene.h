@@ -3,6 +3,7 @@
 // are, in points on the slide. A copy: the deck may change afterwards (make a new scene then).
 #pragma once
 
+#include <QImage>
 #include <QPainter>
 #include <QTransform>
 #include <map>
@@ -45,6 +46,8 @@ private:
     std::map<int, std::unique_ptr<FrameLayout>> m_text;
     // The text of what the master and layout draw behind the slide, by index in `behind`.
     std::map<int, std::unique_ptr<FrameLayout>> m_behindText;
+    // Pictures decoded once, by their media bytes' data (shared with the drawing).
+    std::map<const char*, QImage> m_images;
 };
 
 }  // namespace zstudio
