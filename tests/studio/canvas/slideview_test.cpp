@@ -263,6 +263,12 @@ TEST_F(SlideViewTest, DraggingAHandleResizes) {
     drag(topLeft, topLeft + QPoint(10, 0));
     EXPECT_NEAR(box(kTitle).left(), second.left() + 10, 1);
     EXPECT_NEAR(box(kTitle).right(), second.right(), 1);
+    // The right handle dragged past the left edge: a point wide, the left edge where it was.
+    const QRectF third = drawnBox(kTitle);
+    const QPoint right = view.toWidget(QPointF(third.right(), third.center().y())).toPoint();
+    drag(right, right - QPoint(static_cast<int>(third.width()) + 50, 0));
+    EXPECT_NEAR(box(kTitle).left(), third.left(), 1);
+    EXPECT_NEAR(box(kTitle).width(), 1, 0.01);
 }
 
 TEST_F(SlideViewTest, ArrowKeysMoveTheSelectedShapesDeleteRemovesThem) {
