@@ -99,6 +99,26 @@ TEST(SlideRenderer, PaintsOnlyIntoItsTarget) {
     EXPECT_EQ(pixelsOf(blank, Qt::magenta, 0), blank.rect());
 }
 
+TEST(SlideRenderer, PicturesFromTheDeckPlainShapesAndTheLabelledPlaceOfATable) {
+    if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
+    auto deck = open(decktest::testDeckDir() + QStringLiteral("/pypptx-test_slides.pptx"));
+    ASSERT_TRUE(deck);
+    const QImage image = render(*deck, 1);
+    // The picture (id 6, at 439.4, 156.6, 211 x 71): its yellow and blue, nowhere else.
+    const QRect yellow = pixelsOf(image, QColor(0xFF, 0xD4, 0x3B), 40);
+    ASSERT_FALSE(yellow.isNull());
+    EXPECT_TRUE(QRect(439, 156, 212, 72).contains(yellow.topLeft()));
+    // The rounded rectangles (ids 12, 13) filled with the theme's accent 1, their text white.
+    EXPECT_EQ(image.pixelColor(450, 470), QColor(0x4F, 0x81, 0xBD));
+    EXPECT_FALSE(pixelsOf(image, Qt::white, 10, QRect(450, 460, 60, 20)).isNull());
+    // The table (id 16, at 36.8, 326.7, 323.2 x 58.4) is not drawn: a grey dashed outline
+    // and its name mark its place.
+    const QRect grey = pixelsOf(image, QColor(0x98, 0x98, 0x98), 40, QRect(30, 320, 340, 70));
+    ASSERT_FALSE(grey.isNull());
+    EXPECT_NEAR(grey.left(), 37, 2);
+    EXPECT_NEAR(grey.top(), 327, 2);
+}
+
 TEST(SlideRenderer, DrawsEveryPublicTestDeckWithoutLeavingObjects) {
     const QStringList names = decktest::testDeckNames();
     if (names.isEmpty()) GTEST_SKIP() << "no public test decks";
