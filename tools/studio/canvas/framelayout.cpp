@@ -63,7 +63,10 @@ std::pair<double, double> extentOf(const minihost::TextFormat& format, double sc
     font.setBold(format.bold);
     font.setItalic(format.italic);
     const QFontMetricsF metrics(font);
-    return {metrics.ascent(), metrics.descent()};
+    // Single spacing is at least 1.2 times the size, as presentation programs space lines
+    // (LibreOffice's lines of substituted fonts measure so too); the room goes below the text.
+    const double single = 1.2 * format.size * scale * kUnits;
+    return {metrics.ascent(), std::max(metrics.descent(), single - metrics.ascent())};
 }
 
 bool isIdeographic(QChar c) {
