@@ -155,7 +155,7 @@ bool Deck::setShapeBox(int slide, int shapeId, const QRectF& box) {
     const ShapeNode shape = d->shape(slide - 1, shapeId);
     if (!shape.element || !geometry(shape).known) return false;
     EditScope edit(*d, slide - 1, QStringLiteral("Move"));
-    setOffset(shape, static_cast<float>(box.left()), static_cast<float>(box.top()));
+    setPosition(shape, static_cast<float>(box.left()), static_cast<float>(box.top()));
     setWidth(shape, static_cast<float>(box.width()));
     setHeight(shape, static_cast<float>(box.height()));
     d->fit(slide - 1, shapeId);
