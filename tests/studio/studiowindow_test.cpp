@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+// The studio's window without the dialog: files (open, save, recent, dropped, refused), the
+// ribbon and its usage events, the one-key command, undo and redo by step, the prompt on
+// closing, and the object model left empty after a deck is closed.
+#include <QAction>
+#include <QMenu>
+#include <QMimeData>
+#include <QTabBar>
+#include <unistd.h>
+
+#include "decktestutil.h"
+#include "minihost/slxcore/liveobjects.h"
+#include "slideview.h"
+#include "studiofixture.h"
+
+namespace {
+
+QString u(const char* text) {
+    return QString::fromUtf8(text);
+}
+
+const QString kOneKeyText = u("银行行长还是觉得音乐很快乐。");
+
+class StudioWindowTest : public StudioTest {
+protected:
+    // Opens the lesson and selects slide 2's text box, whose text holds polyphones.
+    void openLessonOnSlide2() {
+        ASSERT_TRUE(window->openFile(lessonPath()));
+        ASSERT_TRUE(window->deck()->setCurrentSlide(2));
+        ASSERT_TRUE(window->deck()->selectShapes({3}));
+    }
+};
+
+TEST_F(StudioWindowTest, OpensADeckGivenByPathAndRemembersIt) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    ASSERT_NE(window->deck(), nullptr);
+    EXPECT_EQ(window->deck()->slideCount(), 3);
+    EXPECT_EQ(window->filePath(), lessonPath());
+    EXPECT_FALSE(window->hasUnsavedChanges());
+    EXPECT_TRUE(window->windowTitle().startsWith(QStringLiteral("lesson.pptx")));
+    ASSERT_FALSE(window->recentFilesMenu()->actions().isEmpty());
+    EXPECT_EQ(window->recentFilesMenu()->actions().first()->data().toString(), lessonPath());
+}
+
+TEST_F(StudioWindowTest, ARecentFileOpensFromTheMenu) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    const QString other = dir.filePath(QStringLiteral("other.pptx"));
+    ASSERT_TRUE(QFile::copy(lessonPath(), other));
+    ASSERT_TRUE(window->openFile(other));
+    QAction* lesson = nullptr;
+    for (QAction* action : window->recentFilesMenu()->actions())
+        if (action->data().toString() == lessonPath()) lesson = action;
+    ASSERT_NE(lesson, nullptr);
+    lesson->trigger();
+    EXPECT_EQ(window->filePath(), lessonPath());
+}
+
+TEST_F(StudioWindowTest, ADroppedDeckOpens) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(lessonPath())});
+    const QPoint at = window->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &drop);
+    ASSERT_NE(window->deck(), nullptr);
+    EXPECT_EQ(window->filePath(), lessonPath());
+}
+
+TEST_F(StudioWindowTest, SomethingElseDroppedIsRefused) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(dir.filePath(QStringLiteral("notes.txt")))});
+    QDragEnterEvent enter(window->rect().center(), Qt::CopyAction, &data, Qt::LeftButton,
+                          Qt::NoModifier);
+    enter.setAccepted(false);
+    QApplication::sendEvent(window.get(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+// A deck that cannot be read: a real error box naming the file and what is wrong, and the
+// window keeps the deck it had.
+void expectRefused(StudioWindowTest* test, StudioWindow* window, const QString& path,
+                   const QString& what) {
+    MessageBoxAnswer answer(QMessageBox::Ok);
+    EXPECT_FALSE(window->openFile(path));
+    EXPECT_TRUE(answer.text.contains(path)) << answer.text.toStdString();
+    EXPECT_TRUE(answer.text.contains(what)) << answer.text.toStdString();
+    EXPECT_EQ(answer.icon, QMessageBox::Critical);
+    ASSERT_NE(window->deck(), nullptr);
+    EXPECT_EQ(window->deck()->slideCount(), 3);
+    EXPECT_TRUE(window->isVisible());
+    (void)test;
+}
+
+TEST_F(StudioWindowTest, ACorruptDeckIsReportedAndTheOpenOneStays) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    const QString corrupt = dir.filePath(QStringLiteral("corrupt.pptx"));
+    QFile file(corrupt);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(decktest::readFile(lessonPath()).left(2000));
+    file.close();
+    expectRefused(this, window.get(), corrupt, QStringLiteral("zip"));
+    EXPECT_EQ(window->filePath(), lessonPath());
+}
+
+TEST_F(StudioWindowTest, AMissingFileIsReported) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    expectRefused(this, window.get(), dir.filePath(QStringLiteral("gone.pptx")),
+                  QStringLiteral("cannot be opened"));
+}
+
+TEST_F(StudioWindowTest, ADeckTheUserMayNotReadIsReported) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    const QString locked = dir.filePath(QStringLiteral("locked.pptx"));
+    ASSERT_TRUE(QFile::copy(lessonPath(), locked));
+    ASSERT_TRUE(QFile::setPermissions(locked, QFileDevice::WriteOwner));
+    // Root reads any file: the test reads as an ordinary user for the length of the attempt.
+    const bool asRoot = geteuid() == 0;
+    if (asRoot) {
+        ASSERT_EQ(chown(dir.path().toLocal8Bit().constData(), 65534, 65534), 0);
+        ASSERT_EQ(seteuid(65534), 0);
+    }
+    expectRefused(this, window.get(), locked, QStringLiteral("Permission denied"));
+    if (asRoot) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+}
+
+TEST_F(StudioWindowTest, TheRibbonHasItsTabsAndBothCommandsOnHomeAndTextTool) {
+    auto* tabs = qobject_cast<QTabBar*>(minihost::ribbonTabBar(window.get()));
+    ASSERT_NE(tabs, nullptr);
+    ASSERT_EQ(tabs->count(), 3);
+    EXPECT_EQ(tabs->tabText(0), QStringLiteral("Home"));
+    EXPECT_EQ(tabs->tabText(1), QStringLiteral("Insert"));
+    EXPECT_EQ(tabs->tabText(2), QStringLiteral("Text Tool"));
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
+    for (const QString& tab : {QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool")}) {
+        EXPECT_NE(ribbonButton(tab, window->phoneticSymbolAction()), nullptr) << tab.toStdString();
+        EXPECT_NE(ribbonButton(tab, window->phoneticOneKeyAction()), nullptr) << tab.toStdString();
+    }
+    EXPECT_EQ(ribbonButton(QStringLiteral("CT_Insert"), window->phoneticSymbolAction()), nullptr);
+}
+
+TEST_F(StudioWindowTest, TextEditingMakesTextToolCurrentAndItsEndGoesHome) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    emit window->slideView()->textEditingChanged(true);
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_TextTool"));
+    emit window->slideView()->textEditingChanged(false);
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
+}
+
+TEST_F(StudioWindowTest, OneKeyFromEachTabPostsThatTabsUsageEvent) {
+    openLessonOnSlide2();
+    QToolButton* home = ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction());
+    ASSERT_NE(home, nullptr);
+    QTest::mouseClick(home, Qt::LeftButton);
+    ASSERT_TRUE(window->deck()->selectShapes({3}));
+    emit window->slideView()->textEditingChanged(true);
+    QToolButton* textTool =
+        ribbonButton(QStringLiteral("CT_TextTool"), window->phoneticOneKeyAction());
+    ASSERT_NE(textTool, nullptr);
+    ASSERT_TRUE(textTool->isVisible());
+    QTest::mouseClick(textTool, Qt::LeftButton);
+    const QList<UsageEvent> events = minihost::usageEvents();
+    ASSERT_EQ(events.size(), 2);
+    EXPECT_EQ(events.at(0).name, QStringLiteral("nvo_phoneticsymbol_home"));
+    EXPECT_EQ(events.at(0).parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+    EXPECT_EQ(events.at(1).name, QStringLiteral("nvo_phoneticsymbol_texttool"));
+    EXPECT_EQ(events.at(1).parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+}
+
+TEST_F(StudioWindowTest, OneKeyLeavesItsBoxSelectedAndIsUndoneAndRedoneByStep) {
+    openLessonOnSlide2();
+    const int before = window->deck()->shapes(2).size();
+    window->phoneticOneKeyAction()->trigger();
+    const QList<minihost::ShapeInfo> after = window->deck()->shapes(2);
+    ASSERT_EQ(after.size(), before + 1);
+    const minihost::ShapeInfo box = after.last();
+    EXPECT_TRUE(box.text.startsWith(u("yín hánɡ"))) << box.text.toStdString();
+    EXPECT_EQ(window->deck()->selectedShapes(), QList<int>{box.id});
+    EXPECT_TRUE(window->hasUnsavedChanges());
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(window->undoAction()->text(), QStringLiteral("&Undo set phonetic symbol"));
+    EXPECT_FALSE(window->redoAction()->isEnabled());
+
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(window->deck()->shapes(2).size(), before);
+    EXPECT_FALSE(window->hasUnsavedChanges());
+    EXPECT_FALSE(window->undoAction()->isEnabled());
+    EXPECT_EQ(window->redoAction()->text(), QStringLiteral("&Redo set phonetic symbol"));
+    QTest::keyClick(window.get(), Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(window->deck()->shapes(2).size(), before + 1);
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(window->deck()->shapes(2).size(), before + 1);
+    EXPECT_EQ(window->deck()->shapes(2).last().text, box.text);
+}
+
+TEST_F(StudioWindowTest, SavingWritesTheEditAndLeavesTheRestByteForByte) {
+    openLessonOnSlide2();
+    const QByteArray original = decktest::readFile(lessonPath());
+    window->phoneticOneKeyAction()->trigger();
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(window->hasUnsavedChanges());
+    const QByteArray saved = decktest::readFile(lessonPath());
+    QString error;
+    auto reread = minihost::Deck::loadFile(lessonPath(), &error);
+    ASSERT_TRUE(reread) << error.toStdString();
+    EXPECT_EQ(reread->shapes(2).size(), 3);
+    EXPECT_EQ(reread->text(2, 3), window->deck()->text(2, 3));
+    for (const decktest::ZipEntry& entry : decktest::zipEntries(original)) {
+        if (entry.name == QStringLiteral("ppt/slides/slide2.xml")) continue;
+        EXPECT_EQ(decktest::zipPart(saved, entry.name), entry.data) << entry.name.toStdString();
+    }
+}
+
+TEST_F(StudioWindowTest, SavingAsMakesTheNewFileTheDecksFile) {
+    openLessonOnSlide2();
+    window->phoneticOneKeyAction()->trigger();
+    const QString copy = dir.filePath(QStringLiteral("copy.pptx"));
+    ASSERT_TRUE(window->saveTo(copy));
+    EXPECT_EQ(window->filePath(), copy);
+    QString error;
+    auto reread = minihost::Deck::loadFile(copy, &error);
+    ASSERT_TRUE(reread) << error.toStdString();
+    EXPECT_EQ(reread->shapes(2).size(), 3);
+    auto untouched = minihost::Deck::loadFile(lessonPath(), &error);
+    EXPECT_EQ(untouched->shapes(2).size(), 2);
+}
+
+TEST_F(StudioWindowTest, AFileThatCannotBeWrittenIsReportedAndTheChangesStay) {
+    openLessonOnSlide2();
+    window->phoneticOneKeyAction()->trigger();
+    MessageBoxAnswer answer(QMessageBox::Ok);
+    EXPECT_FALSE(window->saveTo(dir.filePath(QStringLiteral("no/such/folder/out.pptx"))));
+    EXPECT_TRUE(answer.text.contains(QStringLiteral("out.pptx"))) << answer.text.toStdString();
+    EXPECT_TRUE(window->hasUnsavedChanges());
+    EXPECT_EQ(window->filePath(), lessonPath());
+}
+
+TEST_F(StudioWindowTest, ClosingWithUnsavedChangesAsksAndCancelKeepsTheWindow) {
+    openLessonOnSlide2();
+    window->phoneticOneKeyAction()->trigger();
+    {
+        MessageBoxAnswer answer(QMessageBox::Cancel);
+        EXPECT_FALSE(window->close());
+        EXPECT_TRUE(answer.text.contains(QStringLiteral("lesson.pptx"))) << answer.text.toStdString();
+    }
+    EXPECT_TRUE(window->isVisible());
+    {
+        MessageBoxAnswer answer(QMessageBox::Yes);
+        EXPECT_TRUE(window->close());
+    }
+    QString error;
+    EXPECT_EQ(minihost::Deck::loadFile(lessonPath(), &error)->shapes(2).size(), 3);
+}
+
+TEST_F(StudioWindowTest, ClosingWithoutChangesDoesNotAsk) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    minihost::clearMessagesShown();
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(minihost::messagesShown().isEmpty());
+}
+
+TEST_F(StudioWindowTest, NoObjectOfTheModelOutlivesItsDeck) {
+    openLessonOnSlide2();
+    window->phoneticOneKeyAction()->trigger();
+    ASSERT_TRUE(window->deck()->selectText(3, 0, 4));
+    window->phoneticOneKeyAction()->trigger();
+    EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(' ').toStdString();
+    minihost::setUnshownMessageBoxAnswer(7);
+    ASSERT_TRUE(window->openFile(lessonPath()));  // the edited deck is set aside unsaved
+    minihost::setUnshownMessageBoxAnswer(0);
+    window.reset();
+    EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(' ').toStdString();
+    EXPECT_EQ(minihost::overReleaseCount(), 0);
+}
+
+TEST_F(StudioWindowTest, TheWarningOfTheAddOnIsARealMessageBox) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    ASSERT_TRUE(window->deck()->setCurrentSlide(2));
+    // An empty text box: no Chinese to read.
+    ASSERT_TRUE(window->deck()->selectShapes({3}));
+    ASSERT_TRUE(window->deck()->selectText(3, 13, 1));  // the closing full stop alone
+    MessageBoxAnswer answer(QMessageBox::Ok);
+    window->phoneticOneKeyAction()->trigger();
+    EXPECT_EQ(answer.text, QStringLiteral("please select one character at least"));
+    EXPECT_EQ(answer.icon, QMessageBox::Warning);
+}
+
+}  // namespace
