@@ -370,10 +370,14 @@ void StudioWindow::dropEvent(QDropEvent* event) {
 
 bool StudioWindow::event(QEvent* event) {
     const bool handled = ZMainWindow::event(event);
-    // The dialog deletes itself once it has written (or not); the slide then shows the result.
+    // The dialog deletes itself once it has written (or not): the slide then shows the result,
+    // and the window takes the keyboard back (so Ctrl+Z undoes at once).
     if (event->type() == QEvent::ChildRemoved) {
         auto* child = static_cast<QChildEvent*>(event)->child();
-        if (child && child->isWidgetType() && m_deck) deckChanged();
+        if (child && child->isWidgetType() && m_deck) {
+            deckChanged();
+            if (isVisible()) activateWindow();
+        }
     }
     return handled;
 }
