@@ -28,6 +28,7 @@
 #include <memory>
 
 #include "hostexport.h"
+#include "minihost/slxcore/slidedrawing.h"
 #include "slxcore/slxoldapi.h"
 
 namespace minihost {
@@ -80,6 +81,33 @@ public:
     void clearSelection();
     QList<int> selectedShapes() const;  // the text's shape for a text selection
     bool hasTextSelection() const;
+    // The selected run of text (a cursor when `length` is 0), valid when hasTextSelection().
+    struct TextSelection {
+        int shapeId = 0;
+        int start = 0;
+        int length = 0;
+    };
+    TextSelection textSelection() const;
+
+    // What slide `slide` shows, for drawing it (see slidedrawing.h); empty for a slide that
+    // does not exist.
+    SlideDrawing drawing(int slide) const;
+
+    // A person's edits on the current slide, each one undo step named as given below. False
+    // (and nothing changed, no step) for an unknown shape or a shape the edit cannot apply to.
+    // Moves shapes by (`dx`, `dy`) points: "move". Shapes without a place of their own (a
+    // placeholder that inherits it) take their inherited place first.
+    bool moveShapes(const QList<int>& shapeIds, double dx, double dy);
+    // Gives a shape the box `box` (points; width and height at least 1): "resize".
+    bool resizeShape(int shapeId, const QRectF& box);
+    // Replaces [start, start + length) of a shape's text with `text` (clamped to the text;
+    // positions as in selectText), as typing does: the new text takes the format of the text
+    // before it; a frame that follows its text is fitted again. `stepName` names the step
+    // ("typing", "delete text", "paste"). Returns the position after the new text, or -1.
+    int replaceText(int shapeId, int start, int length, const QString& text,
+                    const QString& stepName);
+    // Removes shapes (with their members, for groups) and clears the selection: "delete".
+    bool deleteShapes(const QList<int>& shapeIds);
 
     // The view of the current slide: a plain pointer owned by the deck (not AddRef'd).
     slxoldapi::DocumentView* view() const;

@@ -135,6 +135,32 @@ QStringList DeckCore::editedParts() const {
     return parts;
 }
 
+std::string DeckCore::relatedPart(const std::string& sourcePart, const std::string& id) const {
+    const auto rels = readRelationships(*package, sourcePart);
+    const auto it = rels.find(id);
+    if (it == rels.end() || it->second.external) return {};
+    return resolveTarget(*package, sourcePart, it->second.target);
+}
+
+const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart,
+                                                    const char* type,
+                                                    std::string* partName) const {
+    const std::string suffix = std::string("/") + type;
+    for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
+        if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
+        const std::string part = resolveTarget(*package, sourcePart, rel.target);
+        if (partName) *partName = part;
+        auto& doc = templates[part];
+        if (!doc) {
+            auto parsed = std::make_unique<pugi::xml_document>();
+            package->parse(part, *parsed);
+            doc = std::move(parsed);
+        }
+        return doc.get();
+    }
+    return nullptr;
+}
+
 ShapeNode DeckCore::shape(int slide, int id) const {
     if (slide < 0 || slide >= static_cast<int>(slides.size())) return {};
     return findShape(shapeTree(slides[slide]->doc), id);

@@ -74,6 +74,16 @@ public:
 
     void note(const QString& entry) { journal << entry; }
 
+    // ---- the parts around slides, for drawing them (layouts, masters, media)
+    // The part that `sourcePart`'s relationship `id` targets, or an empty string for a missing
+    // or external one.
+    std::string relatedPart(const std::string& sourcePart, const std::string& id) const;
+    // The part of `sourcePart`'s first relationship whose type ends with "/<type>" ("slideLayout",
+    // "slideMaster"), parsed once and kept; null when there is none. Throws DeckError when the
+    // part is damaged.
+    const pugi::xml_document* relatedDocument(const std::string& sourcePart, const char* type,
+                                              std::string* partName) const;
+
     QString name;
     std::unique_ptr<Package> package;  // what was read; new decks are read from built bytes too
     pugi::xml_document presentation;
@@ -90,6 +100,8 @@ public:
     std::vector<std::weak_ptr<RangeState>> ranges;
     std::vector<UndoStep> done, undone;
     QStringList journal;
+    // Layouts and masters read for drawing, by part name.
+    mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
 };
 
 // Records the slide's state for undo around one edit made outside any open step, which then is

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "minihost/slxcore/runformat_p.h"
 
-#include <array>
+#include <QColor>
+#include <algorithm>
 #include <cmath>
 
 #include "minihost/slxcore/xmlnode_p.h"
@@ -15,28 +16,23 @@ std::uint32_t parseHex(const char* text) {
     return ok ? (value & 0xFFFFFFu) : 0u;
 }
 
-// The colour of a colour choice element's parent (a:solidFill or a theme's a:dk1 ...).
-bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb) {
-    if (pugi::xml_node srgb = child(holder, "srgbClr")) {
-        *rgb = parseHex(srgb.attribute("val").value());
-        return true;
+// Applies the colour's luminance and tint/shade children, in document order, in HSL as
+// presentation programs do (values in thousandths of a percent).
+std::uint32_t transformed(std::uint32_t rgb, pugi::xml_node choice) {
+    QColor color = QColor::fromRgb(rgb);
+    for (pugi::xml_node t = choice.first_child(); t; t = t.next_sibling()) {
+        const std::string local = localName(t);
+        const double v = t.attribute("val").as_double() / 100000.0;
+        double h, s, l;
+        color.getHslF(&h, &s, &l);
+        if (local == "lumMod") l *= v;
+        else if (local == "lumOff") l += v;
+        else if (local == "tint") l = l * v + (1 - v);  // towards white
+        else if (local == "shade") l *= v;              // towards black
+        else continue;
+        color.setHslF(h < 0 ? 0 : h, s, std::clamp(l, 0.0, 1.0));
     }
-    if (pugi::xml_node sys = child(holder, "sysClr")) {
-        *rgb = parseHex(sys.attribute("lastClr").value());
-        return true;
-    }
-    if (pugi::xml_node scheme = child(holder, "schemeClr")) {
-        // The usual master colour map: text on dark 1, background on light 1.
-        std::string name = scheme.attribute("val").value();
-        if (name == "tx1") name = "dk1";
-        if (name == "bg1") name = "lt1";
-        if (name == "tx2") name = "dk2";
-        if (name == "bg2") name = "lt2";
-        auto it = styles.schemeColors.find(name);
-        *rgb = it == styles.schemeColors.end() ? 0u : it->second;
-        return true;
-    }
-    return false;
+    return color.rgb() & 0xFFFFFFu;
 }
 
 QString resolveTypeface(const QString& face, const DeckStyles& styles) {
@@ -49,18 +45,63 @@ QString resolveTypeface(const QString& face, const DeckStyles& styles) {
 
 }  // namespace
 
+bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb,
+             bool transforms) {
+    pugi::xml_node choice;
+    if (pugi::xml_node srgb = child(holder, "srgbClr")) {
+        *rgb = parseHex(srgb.attribute("val").value());
+        choice = srgb;
+    } else if (pugi::xml_node sys = child(holder, "sysClr")) {
+        *rgb = parseHex(sys.attribute("lastClr").value());
+        choice = sys;
+    } else if (pugi::xml_node scheme = child(holder, "schemeClr")) {
+        // The usual master colour map: text on dark 1, background on light 1.
+        std::string name = scheme.attribute("val").value();
+        if (name == "tx1") name = "dk1";
+        if (name == "bg1") name = "lt1";
+        if (name == "tx2") name = "dk2";
+        if (name == "bg2") name = "lt2";
+        auto it = styles.schemeColors.find(name);
+        *rgb = it == styles.schemeColors.end() ? 0u : it->second;
+        choice = scheme;
+    } else {
+        return false;
+    }
+    if (transforms) *rgb = transformed(*rgb, choice);
+    return true;
+}
+
 FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles) {
     const pugi::xml_node listLevel = child(child(child(txBody, "lstStyle"), "lvl1pPr"), "defRPr");
-    const std::array<pugi::xml_node, 3> chain{rPr, listLevel, styles.defaultRunProperties};
+    return resolveFont({rPr, listLevel, styles.defaultRunProperties}, styles);
+}
+
+FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles) {
     FontValues values;
     values.name = styles.minorLatin.isEmpty() ? QStringLiteral("Calibri") : styles.minorLatin;
     bool haveBold = false, haveSize = false, haveName = false, haveColor = false;
+    bool haveItalic = false, haveUnderline = false, haveStrike = false, haveEastAsian = false;
+    auto flag = [](pugi::xml_attribute a) {
+        const std::string v = a.value();
+        return v == "1" || v == "true";
+    };
     for (pugi::xml_node props : chain) {
         if (!props) continue;
         if (!haveBold && props.attribute("b")) {
-            const std::string b = props.attribute("b").value();
-            values.bold = b == "1" || b == "true";
+            values.bold = flag(props.attribute("b"));
             haveBold = true;
+        }
+        if (!haveItalic && props.attribute("i")) {
+            values.italic = flag(props.attribute("i"));
+            haveItalic = true;
+        }
+        if (!haveUnderline && props.attribute("u")) {
+            values.underline = std::string(props.attribute("u").value()) != "none";
+            haveUnderline = true;
+        }
+        if (!haveStrike && props.attribute("strike")) {
+            values.strike = std::string(props.attribute("strike").value()) != "noStrike";
+            haveStrike = true;
         }
         if (!haveSize && props.attribute("sz")) {
             values.size = static_cast<float>(props.attribute("sz").as_int(1800)) / 100.0f;
@@ -75,10 +116,20 @@ FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyl
                 }
             }
         }
+        if (!haveEastAsian) {
+            if (pugi::xml_node ea = child(props, "ea")) {
+                const QString face = resolveTypeface(qs(ea.attribute("typeface").value()), styles);
+                if (!face.isEmpty()) {
+                    values.eastAsianName = face;
+                    haveEastAsian = true;
+                }
+            }
+        }
         if (!haveColor)
             if (pugi::xml_node fill = child(props, "solidFill"))
                 haveColor = colorOf(fill, styles, &values.rgb);
     }
+    if (!haveEastAsian) values.eastAsianName = styles.minorEastAsian;
     return values;
 }
 

@@ -8,6 +8,7 @@
 #include <map>
 #include <pugixml.hpp>
 #include <string>
+#include <vector>
 
 namespace minihost {
 
@@ -24,6 +25,11 @@ struct FontValues {
     float size = 18.0f;
     bool bold = false;
     std::uint32_t rgb = 0;  // 0x00RRGGBB
+    // What only drawing needs.
+    QString eastAsianName;  // a:ea, empty when nothing in the chain names one
+    bool italic = false;
+    bool underline = false;  // any u other than "none"
+    bool strike = false;     // any strike other than "noStrike"
 };
 
 // The values that apply to a character with properties `rPr` in text body `txBody`: its own,
@@ -31,6 +37,16 @@ struct FontValues {
 // the theme's minor Latin font ("Calibri" without a theme). Theme font references (+mn-lt,
 // +mj-ea, ...) and scheme colours are resolved; colour transforms (lumMod, ...) are not.
 FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles);
+// The same over any chain of run properties, nearest first (empty nodes are skipped): each value
+// comes from the first that sets it.
+FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles);
+
+// The colour a colour-choice holder (a:solidFill, a theme's a:dk1, ...) gives, scheme colours
+// resolved through the theme with the usual colour map; false when it holds no colour. With
+// `transforms`, a:lumMod, a:lumOff, a:tint and a:shade are applied too (drawing wants them; the
+// object model's Font.Color does not).
+bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb,
+             bool transforms = false);
 
 // Writers; each keeps the element's other attributes and children.
 void setBold(pugi::xml_node rPr, bool bold);

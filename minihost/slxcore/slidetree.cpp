@@ -20,21 +20,6 @@ bool isShapeElement(const char* local) {
     return false;
 }
 
-// p:nvSpPr, p:nvPicPr, ... : the one child whose local name starts "nv".
-pugi::xml_node nonVisual(pugi::xml_node element) {
-    for (pugi::xml_node c = element.first_child(); c; c = c.next_sibling())
-        if (c.type() == pugi::node_element && std::strncmp(localName(c), "nv", 2) == 0) return c;
-    return {};
-}
-
-// The a:xfrm of a shape: in p:spPr / p:grpSpPr, or p:xfrm directly for a graphic frame.
-pugi::xml_node transformOf(pugi::xml_node element) {
-    if (pugi::xml_node direct = child(element, "xfrm")) return direct;
-    for (const char* holder : {"spPr", "grpSpPr"})
-        if (pugi::xml_node props = child(element, holder)) return child(props, "xfrm");
-    return {};
-}
-
 void collect(pugi::xml_node parent, const Placement& placement, std::vector<ShapeNode>& out) {
     for (pugi::xml_node c = parent.first_child(); c; c = c.next_sibling()) {
         if (c.type() != pugi::node_element || !isShapeElement(localName(c))) continue;
@@ -110,6 +95,20 @@ double inset(pugi::xml_node bodyPr, const char* name, double defaultEmu) {
 
 }  // namespace
 
+// The one child whose local name starts "nv".
+pugi::xml_node nonVisual(pugi::xml_node element) {
+    for (pugi::xml_node c = element.first_child(); c; c = c.next_sibling())
+        if (c.type() == pugi::node_element && std::strncmp(localName(c), "nv", 2) == 0) return c;
+    return {};
+}
+
+pugi::xml_node transformOf(pugi::xml_node element) {
+    if (pugi::xml_node direct = child(element, "xfrm")) return direct;
+    for (const char* holder : {"spPr", "grpSpPr"})
+        if (pugi::xml_node props = child(element, holder)) return child(props, "xfrm");
+    return {};
+}
+
 pugi::xml_node shapeTree(const pugi::xml_document& slide) {
     return child(child(child(slide, "sld"), "cSld"), "spTree");
 }
@@ -170,6 +169,20 @@ void setWidth(const ShapeNode& shape, float points) {
 
 void setHeight(const ShapeNode& shape, float points) {
     setExtent(shape, "cy", shape.placement.scaleY, points);
+}
+
+void setPosition(const ShapeNode& shape, float left, float top) {
+    pugi::xml_node xfrm = ensureTransform(shape.element);
+    pugi::xml_node off = child(xfrm, "off");
+    if (!off) off = xfrm.prepend_child((prefixOf(xfrm) + "off").c_str());
+    const Placement& p = shape.placement;
+    auto set = [&](const char* attr, double points, double offset, double scale) {
+        pugi::xml_attribute a = off.attribute(attr);
+        if (!a) a = off.append_attribute(attr);
+        a.set_value(static_cast<long long>(std::llround((points * kEmuPerPoint - offset) / scale)));
+    };
+    set("x", left, p.offsetX, p.scaleX);
+    set("y", top, p.offsetY, p.scaleY);
 }
 
 int nextShapeId(const pugi::xml_document& slide) {

@@ -45,6 +45,12 @@ struct Box {
 };
 Box geometry(const ShapeNode& shape);
 void setWidth(const ShapeNode& shape, float points);
+// Moves the shape's top left corner to (`left`, `top`) on the slide (its group's scale undone).
+void setPosition(const ShapeNode& shape, float left, float top);
+// The a:xfrm of a shape (in p:spPr or p:grpSpPr, or p:xfrm of a graphic frame), or an empty node.
+pugi::xml_node transformOf(pugi::xml_node element);
+// p:nvSpPr, p:nvPicPr, ...: the shape's non-visual properties, or an empty node.
+pugi::xml_node nonVisual(pugi::xml_node element);
 void setHeight(const ShapeNode& shape, float points);
 
 // One more than the largest numeric id anywhere in the part.

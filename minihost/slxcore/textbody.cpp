@@ -278,6 +278,14 @@ pugi::xml_node TextBody::propertiesAt(int pos) const {
     return lastContent ? runProperties(lastContent) : child(last, "endParaRPr");
 }
 
+std::vector<TextBody::Piece> TextBody::pieces() const {
+    std::vector<Piece> result;
+    for (const Segment& s : m_segments)
+        if (s.kind != Kind::ParagraphEnd)
+            result.push_back({s.start, s.length, runProperties(s.node), s.paragraph});
+    return result;
+}
+
 std::vector<QString> TextBody::paragraphs() const {
     std::vector<QString> result;
     for (const QString& p : m_text.split(QChar('\r'))) result.push_back(p);

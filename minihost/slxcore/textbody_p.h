@@ -42,6 +42,18 @@ public:
     std::vector<QString> paragraphs() const;
     // Where each paragraph starts.
     std::vector<int> paragraphStarts() const;
+    // The a:p elements, in order (none for a body without paragraphs).
+    const std::vector<pugi::xml_node>& paragraphNodes() const { return m_paragraphs; }
+
+    // A run, line break or field: where its text is and the run properties it carries (an
+    // empty node when it has none). Paragraph ends are not pieces.
+    struct Piece {
+        int start;
+        int length;
+        pugi::xml_node properties;
+        pugi::xml_node paragraph;
+    };
+    std::vector<Piece> pieces() const;
 
 private:
     enum class Kind { Run, Break, Field, ParagraphEnd };

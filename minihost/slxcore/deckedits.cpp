@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// A person's edits through the host's own window: moving, resizing, typing and deleting, each
+// one undo step.
+#include <algorithm>
+
+#include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/deckcore_p.h"
+#include "minihost/slxcore/textbody_p.h"
+
+namespace minihost {
+namespace {
+
+// Where the shape is drawn: its own place, or the one it inherits from its layout.
+QRectF drawnBox(const SlideDrawing& drawing, int id) {
+    for (const DrawnShape& shape : drawing.shapes)
+        if (shape.id == id) return shape.boxKnown ? shape.box : QRectF();
+    return {};
+}
+
+}  // namespace
+
+Deck::TextSelection Deck::textSelection() const {
+    return {d->textShape, d->textStart, d->textLength};
+}
+
+bool Deck::moveShapes(const QList<int>& shapeIds, double dx, double dy) {
+    const int slide = d->currentSlide;
+    const SlideDrawing drawn = drawing(slide + 1);
+    QList<QRectF> boxes;
+    for (int id : shapeIds) {
+        const QRectF box = drawnBox(drawn, id);
+        if (!d->shape(slide, id).element || box.isNull()) return false;
+        boxes << box;
+    }
+    if (shapeIds.isEmpty()) return false;
+    EditScope edit(*d, slide, QStringLiteral("move"));
+    for (int i = 0; i < shapeIds.size(); ++i) {
+        const ShapeNode node = d->shape(slide, shapeIds[i]);
+        const QRectF box = boxes[i];
+        // A shape that inherited its place gets one of its own, the size included.
+        if (!geometry(node).known) {
+            setWidth(node, static_cast<float>(box.width()));
+            setHeight(node, static_cast<float>(box.height()));
+        }
+        setPosition(node, static_cast<float>(box.left() + dx), static_cast<float>(box.top() + dy));
+    }
+    return true;
+}
+
+bool Deck::resizeShape(int shapeId, const QRectF& box) {
+    const int slide = d->currentSlide;
+    const ShapeNode node = d->shape(slide, shapeId);
+    if (!node.element || !(box.width() >= 1 && box.height() >= 1)) return false;
+    EditScope edit(*d, slide, QStringLiteral("resize"));
+    setWidth(node, static_cast<float>(box.width()));
+    setHeight(node, static_cast<float>(box.height()));
+    setPosition(node, static_cast<float>(box.left()), static_cast<float>(box.top()));
+    return true;
+}
+
+int Deck::replaceText(int shapeId, int start, int length, const QString& text,
+                      const QString& stepName) {
+    const int slide = d->currentSlide;
+    const pugi::xml_node body = textBodyOf(d->shape(slide, shapeId).element);
+    if (!body || start < 0 || length < 0) return -1;
+    {
+        TextBody frame(body);
+        start = std::min(start, frame.length());
+        length = std::min(length, frame.length() - start);
+    }
+    if (length == 0 && text.isEmpty()) return start;
+    EditScope edit(*d, slide, stepName);
+    TextBody frame(body);
+    const auto [at, removed] = frame.remove(start, length);
+    const int before = frame.length();
+    const int pos = frame.insert(at, text);
+    const int inserted = frame.length() - before;
+    d->textReplaced(slide, shapeId, at, removed, inserted, nullptr);
+    d->fit(slide, shapeId);
+    return pos + inserted;
+}
+
+bool Deck::deleteShapes(const QList<int>& shapeIds) {
+    const int slide = d->currentSlide;
+    for (int id : shapeIds)
+        if (!d->shape(slide, id).element) return false;
+    if (shapeIds.isEmpty()) return false;
+    EditScope edit(*d, slide, QStringLiteral("delete"));
+    for (int id : shapeIds)
+        // A member of a group deleted with its group earlier in the list is gone already.
+        if (const ShapeNode node = d->shape(slide, id); node.element)
+            node.element.parent().remove_child(node.element);
+    clearSelection();
+    return true;
+}
+
+}  // namespace minihost

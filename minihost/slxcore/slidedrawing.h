@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// What a slide shows, for programs that draw it: its background and its shapes in z order, every
+// value resolved as a presentation program resolves it. Positions and sizes are points on the
+// slide; colours are 0x00RRGGBB; text formats come from the run, else the paragraph's level in
+// the frame's list style, the placeholder it inherits from on the layout and the master, the
+// master's text styles and the deck's defaults; theme fonts and scheme colours are resolved.
+//
+// Made by Deck::drawing(slide): a copy that stays valid whatever happens to the deck later.
+// Text positions are those of Deck::text() and of the selection: UTF-16 units over the frame's
+// text, "\r" between paragraphs, "\v" for a line break.
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMarginsF>
+#include <QRectF>
+#include <QString>
+#include <cstdint>
+
+namespace minihost {
+
+struct TextFormat {
+    QString latinFont;
+    QString eastAsianFont;  // for ideographs; empty when neither the text nor the theme names one
+    float size = 18;        // points, as written (a frame that shrinks its text scales it)
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    bool strike = false;
+    std::uint32_t rgb = 0;
+};
+
+// Consecutive text of one format: a run, a field, or a line break ("\v").
+struct TextRun {
+    int start = 0;  // in the frame's text
+    int length = 0;
+    TextFormat format;
+};
+
+enum class TextAlign { Left, Center, Right, Justify };
+
+struct TextParagraph {
+    int start = 0;        // in the frame's text
+    QString text;         // without the paragraph break; line breaks are "\v"
+    QList<TextRun> runs;  // covering `text` in order
+    TextFormat endFormat;  // the paragraph's end: the height of an empty paragraph
+    TextAlign align = TextAlign::Left;
+    float marginLeft = 0;  // points, from the frame's left inset
+    float indent = 0;      // of the first line, relative to marginLeft (negative: hanging)
+    // Line spacing: a multiple of single spacing, or exact points when lineSpacingPoints > 0.
+    float lineSpacing = 1;
+    float lineSpacingPoints = 0;
+    float spaceBefore = 0, spaceAfter = 0;  // points
+    QString bullet;  // a character bullet, empty for none
+};
+
+enum class TextAnchor { Top, Middle, Bottom };
+enum class Autofit { None, ShrinkText, ShapeFollowsText };
+
+struct TextFrame {
+    QList<TextParagraph> paragraphs;
+    QMarginsF insets{7.2, 3.6, 7.2, 3.6};  // points
+    bool wrap = true;
+    TextAnchor anchor = TextAnchor::Top;
+    Autofit autofit = Autofit::None;
+    float fontScale = 1;             // ShrinkText: every size is scaled by this
+    float lineSpacingReduction = 0;  // ShrinkText: taken off every line spacing (0.2 = 20 %)
+};
+
+struct DrawnShape {
+    int id = 0;
+    QString name;
+    QString kind;         // as ShapeInfo::kind
+    QRectF box;           // points; inherited from the layout for placeholders
+    bool boxKnown = false;  // false: neither the shape nor its layout says where it is
+    double rotation = 0;  // degrees, clockwise about the box's centre
+    bool flipH = false, flipV = false;
+    // The outline of a plain shape: a preset name ("rect", "roundRect", "ellipse", ...),
+    // "line" for connectors, "custom" for free-form geometry; empty for pictures, tables and
+    // charts, and groups (whose members are shapes of their own).
+    QString geometry;
+    bool filled = false;
+    std::uint32_t fill = 0;
+    bool outlined = false;  // plain shapes and pictures
+    std::uint32_t line = 0;
+    float lineWidth = 0.75f;  // points
+    bool hasText = false;
+    TextFrame text;
+    QByteArray picture;  // the media bytes of a picture (PNG, JPEG, ...), empty otherwise
+};
+
+struct SlideDrawing {
+    std::uint32_t background = 0xFFFFFF;
+    QList<DrawnShape> shapes;  // z order: the first is at the back
+};
+
+}  // namespace minihost

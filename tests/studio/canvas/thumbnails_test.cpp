@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The thumbnails panel: one picture of each slide; a click makes that slide the deck's current
+// one, which the slide view then shows.
+#include <gtest/gtest.h>
+
+#include <QListWidget>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/liveobjects.h"
+#include "slidethumbnails.h"
+#include "slideview.h"
+
+using minihost::Deck;
+
+namespace {
+
+TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
+    QString error;
+    auto deck = Deck::loadFile(QStringLiteral(EXAMPLE_DECK), &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    SlideThumbnails thumbnails;
+    SlideView view;
+    QObject::connect(&thumbnails, &SlideThumbnails::slideActivated, &view, &SlideView::refresh);
+    thumbnails.resize(240, 600);
+    thumbnails.setDeck(deck.get());
+    view.setDeck(deck.get());
+    thumbnails.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&thumbnails));
+
+    QListWidget* list = thumbnails.list();
+    ASSERT_EQ(list->count(), 3);
+    EXPECT_EQ(list->currentRow(), 0);
+    // Each is a picture of its slide: not blank, and not all the same.
+    const QImage first = list->item(0)->icon().pixmap(list->iconSize()).toImage();
+    const QImage second = list->item(1)->icon().pixmap(list->iconSize()).toImage();
+    EXPECT_EQ(first.width(), 160);
+    EXPECT_EQ(first.height(), 90);
+    EXPECT_NE(first, second);
+
+    QSignalSpy activated(&thumbnails, &SlideThumbnails::slideActivated);
+    ASSERT_TRUE(deck->selectShapes({2}));
+    const QRect item = list->visualItemRect(list->item(1));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.at(0).at(0).toInt(), 2);
+    EXPECT_EQ(deck->currentSlide(), 2);
+    EXPECT_TRUE(deck->selectedShapes().isEmpty());
+    // The keys move through them too.
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(deck->currentSlide(), 3);
+    // After an edit elsewhere the thumbnails are drawn again, the current one kept.
+    deck->addTextBox(3, QStringLiteral("新"), QRectF(100, 300, 200, 60));
+    thumbnails.refresh();
+    EXPECT_EQ(list->currentRow(), 2);
+
+    thumbnails.setDeck(nullptr);
+    view.setDeck(nullptr);
+    EXPECT_EQ(list->count(), 0);
+    deck.reset();
+    EXPECT_EQ(minihost::liveObjectCount(), 0);
+}
+
+}  // namespace

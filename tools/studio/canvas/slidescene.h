@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// One slide read from the deck and laid out: what to draw and where each shape and its text
+// are, in points on the slide. A copy: the deck may change afterwards (make a new scene then).
+#pragma once
+
+#include <QPainter>
+#include <QTransform>
+#include <map>
+#include <memory>
+
+#include "framelayout.h"
+#include "minihost/slxcore/deck.h"
+
+namespace zstudio {
+
+class SlideScene {
+public:
+    SlideScene(const minihost::Deck& deck, int slide);
+
+    QSizeF size() const { return m_size; }
+    const minihost::SlideDrawing& drawing() const { return m_drawing; }
+    // Slide points onto `target` (the slide stretched to fill it).
+    QTransform toTarget(const QRectF& target) const;
+
+    // Paints the slide in slide points. `textShape`'s text gets [selStart, selStart + selLength)
+    // highlighted.
+    void paint(QPainter& painter, int textShape = 0, int selStart = 0, int selLength = 0) const;
+
+    // The shape with id `id` (null when there is none) and its box as drawn.
+    const minihost::DrawnShape* shape(int id) const;
+    QRectF boxOf(int id) const;
+    // The frontmost shape drawn at `point` (groups are not hit: their members are), or 0.
+    int shapeAt(const QPointF& point) const;
+    // The text layout of shape `id`, null when it has no text frame.
+    const FrameLayout* text(int id) const;
+
+private:
+    void paintShape(QPainter& painter, const minihost::DrawnShape& shape, int selStart,
+                    int selLength) const;
+
+    QSizeF m_size;
+    minihost::SlideDrawing m_drawing;
+    std::map<int, std::unique_ptr<FrameLayout>> m_text;
+};
+
+}  // namespace zstudio
