@@ -4,6 +4,7 @@
 // and keys, see the slide change, undo, redo, save. Screenshots of each stage go to the build
 // tree's screenshots/ folder.
 #include <QAction>
+#include <QListWidget>
 #include <QPainter>
 #include <QTabBar>
 #include <QWebEngineView>
@@ -11,7 +12,7 @@
 #include "decktestutil.h"
 #include "minihost/nvolite/webhost.h"
 #include "nvolite/zxcommonwebwidget.h"
-#include "slideview.h"
+#include "slidethumbnails.h"
 #include "studiofixture.h"
 
 namespace {
@@ -100,12 +101,21 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     screenshot(QStringLiteral("studio-deck.png"));
     QTabBar* tabs = qobject_cast<QTabBar*>(minihost::ribbonTabBar(window.get()));
     ASSERT_NE(tabs, nullptr);
-    ASSERT_TRUE(window->deck()->setCurrentSlide(2));
-    window->slideView()->refresh();
+    // Slide 2, from its thumbnail.
+    QListWidget* thumbnails = window->thumbnails()->list();
+    QTest::mouseClick(thumbnails->viewport(), Qt::LeftButton, {},
+                      thumbnails->visualItemRect(thumbnails->item(1)).center());
+    ASSERT_EQ(window->deck()->currentSlide(), 2);
 
-    // The four characters 银行行长 of the text box.
-    ASSERT_TRUE(window->deck()->selectText(3, 0, 4));
-    emit window->slideView()->textEditingChanged(true);
+    // The four characters 银行行长 of the text box: a click selects the shape, a drag in it
+    // selects the text.
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
+    clickOnSlide(insideShape(3));
+    EXPECT_EQ(window->deck()->selectedShapes(), QList<int>{3});
+    dragOnSlide(textPoint(3, 0), textPoint(3, 4));
+    ASSERT_TRUE(window->deck()->hasTextSelection());
+    EXPECT_EQ(window->slideView()->textAnchor(), 0);
+    EXPECT_EQ(window->slideView()->textCursor(), 4);
     ASSERT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_TextTool"));
     EXPECT_EQ(tabs->currentIndex(), 2);
     screenshot(QStringLiteral("studio-text-selected.png"));

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -18,6 +19,9 @@
 
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/slxcore/deck.h"
+#include "framelayout.h"
+#include "slidescene.h"
+#include "slideview.h"
 #include "studiowindow.h"
 
 class StudioTest : public ::testing::Test {
@@ -51,6 +55,35 @@ protected:
         for (QToolButton* button : panel->findChildren<QToolButton*>())
             if (button->defaultAction() == action) return button;
         return nullptr;
+    }
+
+    // On the slide view, in its pixels: where text position `pos` of shape `id` is drawn (the
+    // middle of its line), and a point inside the shape's box.
+    QPoint textPoint(int id, int pos) const {
+        const zstudio::SlideScene scene(*window->deck(), window->deck()->currentSlide());
+        return window->slideView()->toWidget(scene.text(id)->cursorLine(pos).center()).toPoint();
+    }
+    QPoint insideShape(int id, double fx = 0.5, double fy = 0.5) const {
+        const QRectF box =
+            zstudio::SlideScene(*window->deck(), window->deck()->currentSlide()).boxOf(id);
+        return window->slideView()
+            ->toWidget(QPointF(box.left() + box.width() * fx, box.top() + box.height() * fy))
+            .toPoint();
+    }
+    void clickOnSlide(const QPoint& at, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mouseClick(window->slideView(), Qt::LeftButton, modifiers, at);
+    }
+    // A drag with the left button held, through a point between, as a hand does.
+    void dragOnSlide(const QPoint& from, const QPoint& to) {
+        SlideView* view = window->slideView();
+        QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, from);
+        for (const QPoint& at : {(from + to) / 2, to}) {
+            // QTest::mouseMove moves without the button held, which is no drag.
+            QMouseEvent move(QEvent::MouseMove, at, view->mapToGlobal(at), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(view, &move);
+        }
+        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, to);
     }
 
     QTemporaryDir dir;

@@ -21,9 +21,11 @@ public:
     // The deck was just written to its file.
     void markSaved();
     bool modified() const;
+    // Names the deck's state: equal numbers, the same content (0 for the state as read).
+    int state() const { return m_done.isEmpty() ? 0 : m_done.last(); }
 
 private:
-    int top() const { return m_done.isEmpty() ? 0 : m_done.last(); }
+    int top() const { return state(); }
 
     QVector<int> m_done;    // the deck's undo steps, oldest first
     QVector<int> m_undone;  // its redo steps, next redo last

@@ -12,7 +12,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -54,13 +53,10 @@ StudioWindow::StudioWindow(QWidget* parent) : ZMainWindow(parent) {
     minihost::setCurrentMainWindow(this);
 
     m_thumbnails = new SlideThumbnails;
-    auto* thumbnailScroll = new QScrollArea;
-    thumbnailScroll->setWidget(m_thumbnails);
-    thumbnailScroll->setWidgetResizable(true);
-    thumbnailScroll->setMinimumWidth(170);
+    m_thumbnails->setMinimumWidth(180);
     m_slideView = new SlideView;
     auto* splitter = new QSplitter;
-    splitter->addWidget(thumbnailScroll);
+    splitter->addWidget(m_thumbnails);
     splitter->addWidget(m_slideView);
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
@@ -140,6 +136,7 @@ void StudioWindow::buildActions() {
         connect(action, &QAction::triggered, this, [this, step] {
             if (!m_deck || !m_deck->setCurrentSlide(m_deck->currentSlide() + step)) return;
             m_slideView->refresh();
+            m_thumbnails->refresh();
             textEditingChanged(false);
             deckChanged();
         });
@@ -240,6 +237,7 @@ void StudioWindow::showDeck(std::unique_ptr<minihost::Deck> deck, const QString&
     m_deck = std::move(deck);
     m_path = QFileInfo(path).absoluteFilePath();
     m_history.reset();
+    m_thumbnailsState = m_history.state();
     textEditingChanged(false);
     deckChanged();
 }
@@ -319,7 +317,11 @@ void StudioWindow::deckChanged() {
     if (open) {
         m_history.update(m_deck->undoSteps().size(), m_deck->redoSteps().size());
         m_slideView->refresh();
-        m_thumbnails->refresh();
+        // Every thumbnail is drawn again: only when the content changed.
+        if (m_history.state() != m_thumbnailsState) {
+            m_thumbnails->refresh();
+            m_thumbnailsState = m_history.state();
+        }
     }
     const QStringList undoSteps = open ? m_deck->undoSteps() : QStringList();
     const QStringList redoSteps = open ? m_deck->redoSteps() : QStringList();

@@ -100,6 +100,7 @@ private:
     std::unique_ptr<minihost::Deck> m_deck;
     QString m_path;
     EditHistory m_history;
+    int m_thumbnailsState = 0;  // the deck's state the thumbnails show
 
     SlideView* m_slideView = nullptr;
     SlideThumbnails* m_thumbnails = nullptr;
