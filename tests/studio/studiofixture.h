@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -84,6 +85,19 @@ protected:
             QApplication::sendEvent(view, &move);
         }
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, to);
+    }
+
+    // The window as a person sees it, with `dialog` (a window of its own) over it, saved to the
+    // build tree's screenshots folder.
+    void screenshot(const QString& name, QWidget* dialog = nullptr) {
+        const QString folder = QStringLiteral(ZPHONETIC_SCREENSHOT_DIR);
+        QDir().mkpath(folder);
+        QPixmap picture = window->grab();
+        if (dialog) {
+            QPainter painter(&picture);
+            painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint())), dialog->grab());
+        }
+        EXPECT_TRUE(picture.save(folder + QLatin1Char('/') + name));
     }
 
     QTemporaryDir dir;

@@ -151,12 +151,18 @@ TEST_F(StudioWindowTest, TextEditingMakesTextToolCurrentAndItsEndGoesHome) {
 }
 
 TEST_F(StudioWindowTest, OneKeyFromEachTabPostsThatTabsUsageEvent) {
-    openLessonOnSlide2();
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    // The shape selected with a click: Home stays current.
+    clickOnSlide(insideShape(3));
+    ASSERT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
     QToolButton* home = ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction());
     ASSERT_NE(home, nullptr);
     QTest::mouseClick(home, Qt::LeftButton);
-    ASSERT_TRUE(window->deck()->selectShapes({3}));
-    emit window->slideView()->textEditingChanged(true);
+    // A click into the selected text shape: a text cursor, and Text Tool is current.
+    clickOnSlide(insideShape(2));
+    clickOnSlide(textPoint(2, 1));
+    ASSERT_TRUE(window->deck()->hasTextSelection());
+    ASSERT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_TextTool"));
     QToolButton* textTool =
         ribbonButton(QStringLiteral("CT_TextTool"), window->phoneticOneKeyAction());
     ASSERT_NE(textTool, nullptr);
@@ -168,6 +174,63 @@ TEST_F(StudioWindowTest, OneKeyFromEachTabPostsThatTabsUsageEvent) {
     EXPECT_EQ(events.at(0).parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
     EXPECT_EQ(events.at(1).name, QStringLiteral("nvo_phoneticsymbol_texttool"));
     EXPECT_EQ(events.at(1).parameters.value(QStringLiteral("action")), QStringLiteral("onekey"));
+    // Escape leaves the text, then the shape: Home again.
+    QTest::keyClick(window->slideView(), Qt::Key_Escape);
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
+}
+
+TEST_F(StudioWindowTest, OneKeyOverThreeShapesThenOneBoxDraggedAwayAndTheDragUndone) {
+    // Three texts of a deck of our own, selected with a click and two Shift+clicks.
+    auto made = minihost::Deck::create(1);
+    const QList<int> texts = {made->addTextBox(1, u("你好"), QRectF(60, 60, 300, 50)),
+                              made->addTextBox(1, u("银行"), QRectF(60, 200, 300, 50)),
+                              made->addTextBox(1, u("快乐"), QRectF(500, 200, 300, 50))};
+    const QString path = dir.filePath(QStringLiteral("three.pptx"));
+    QString error;
+    ASSERT_TRUE(made->save(path, &error)) << error.toStdString();
+    ASSERT_TRUE(window->openFile(path));
+    clickOnSlide(insideShape(texts.at(0)));
+    clickOnSlide(insideShape(texts.at(1)), Qt::ShiftModifier);
+    clickOnSlide(insideShape(texts.at(2)), Qt::ShiftModifier);
+    ASSERT_EQ(window->deck()->selectedShapes(), texts);
+
+    QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction()),
+                      Qt::LeftButton);
+    const QList<minihost::ShapeInfo> shapes = window->deck()->shapes(1);
+    ASSERT_EQ(shapes.size(), 6);
+    QList<int> boxes;
+    for (int i = 3; i < 6; ++i) boxes << shapes.at(i).id;
+    EXPECT_EQ(shapes.at(3).text, u("nǐ hǎo"));
+    EXPECT_EQ(shapes.at(4).text, u("yín hánɡ"));
+    EXPECT_EQ(shapes.at(5).text, u("kuài lè"));
+    // All three on one spot, and selected.
+    EXPECT_EQ(shapes.at(3).box.topLeft(), shapes.at(4).box.topLeft());
+    EXPECT_EQ(shapes.at(4).box.topLeft(), shapes.at(5).box.topLeft());
+    EXPECT_EQ(window->deck()->selectedShapes(), boxes);
+    EXPECT_EQ(window->deck()->undoSteps(), QStringList{QStringLiteral("set phonetic symbol")});
+    screenshot(QStringLiteral("studio-after-onekey.png"));
+
+    // The frontmost box dragged to the bottom left, after a click on nothing.
+    clickOnSlide(window->slideView()->toWidget(QPointF(900, 500)).toPoint());
+    ASSERT_TRUE(window->deck()->selectedShapes().isEmpty());
+    const QRectF spot = shapes.at(5).box;
+    const QPoint from = insideShape(boxes.at(2));
+    dragOnSlide(from, from + QPoint(-200, 200));
+    QRectF moved;
+    for (const minihost::ShapeInfo& shape : window->deck()->shapes(1))
+        if (shape.id == boxes.at(2)) moved = shape.box;
+    EXPECT_NE(moved.topLeft(), spot.topLeft());
+    EXPECT_EQ(moved.size(), spot.size());
+    EXPECT_EQ(window->deck()->undoSteps().size(), 2);
+    EXPECT_TRUE(window->undoAction()->text().startsWith(QStringLiteral("&Undo ")));
+    screenshot(QStringLiteral("studio-after-moving.png"));
+
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    for (const minihost::ShapeInfo& shape : window->deck()->shapes(1)) {
+        if (shape.id == boxes.at(2)) EXPECT_EQ(shape.box, spot);
+    }
+    EXPECT_EQ(window->deck()->shapes(1).size(), 6);  // only the drag was undone
+    EXPECT_EQ(window->undoAction()->text(), QStringLiteral("&Undo set phonetic symbol"));
 }
 
 TEST_F(StudioWindowTest, OneKeyLeavesItsBoxSelectedAndIsUndoneAndRedoneByStep) {

@@ -374,6 +374,11 @@ bool StudioWindow::event(QEvent* event) {
     const bool handled = ZMainWindow::event(event);
     // The dialog deletes itself once it has written (or not): the slide then shows the result,
     // and the window takes the keyboard back (so Ctrl+Z undoes at once).
+    // A child may become a window only after it was added (its flags are set later).
+    if (event->type() == QEvent::ChildAdded) {
+        QObject* child = static_cast<QChildEvent*>(event)->child();
+        if (child->isWidgetType()) child->installEventFilter(this);
+    }
     if (event->type() == QEvent::ChildRemoved) {
         auto* child = static_cast<QChildEvent*>(event)->child();
         if (child && child->isWidgetType() && m_deck) {
@@ -382,4 +387,15 @@ bool StudioWindow::event(QEvent* event) {
         }
     }
     return handled;
+}
+
+bool StudioWindow::eventFilter(QObject* watched, QEvent* event) {
+    if ((event->type() == QEvent::Show || event->type() == QEvent::Resize) &&
+        watched->isWidgetType()) {
+        auto* child = static_cast<QWidget*>(watched);
+        // The page sizes its dialog once it has rendered: it stays centred.
+        if (child->isWindow() && child->parentWidget() == this)
+            child->move(geometry().center() - child->rect().center());
+    }
+    return ZMainWindow::eventFilter(watched, event);
 }

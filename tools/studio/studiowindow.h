@@ -75,6 +75,8 @@ protected:
     void dropEvent(QDropEvent* event) override;
     // The add-on's dialog is a child of this window: when it goes, what it wrote is shown.
     bool event(QEvent* event) override;
+    // Windows of this window's own (the dialog) are centred over it when shown and resized.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void chooseFileToOpen();
