@@ -15,5 +15,7 @@ QString directory();
 // Installs the translation of the user's language (and Qt's own, for its standard dialogs).
 // Call before the window is made.
 void install();
+// Removes what install() installed.
+void uninstall();
 
 }  // namespace studiotranslation

@@ -5,150 +5,157 @@
     <name>StudioWindow</name>
     <message>
         <source>&amp;Open...</source>
-        <translation type="unfinished"></translation>
+        <translation>打开(&amp;O)...</translation>
     </message>
     <message>
         <source>&amp;Save</source>
-        <translation type="unfinished"></translation>
+        <translation>保存(&amp;S)</translation>
     </message>
     <message>
         <source>Save &amp;As...</source>
-        <translation type="unfinished"></translation>
+        <translation>另存为(&amp;A)...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>退出(&amp;Q)</translation>
     </message>
     <message>
         <source>Pinyin Guide</source>
-        <translation type="unfinished"></translation>
+        <translation>拼音指南</translation>
     </message>
     <message>
         <source>Check and choose the pinyin of the selected text</source>
-        <translation type="unfinished"></translation>
+        <translation>查看并选择所选文字的拼音</translation>
     </message>
     <message>
         <source>Pinyin at Once</source>
-        <translation type="unfinished"></translation>
+        <translation>一键拼音</translation>
     </message>
     <message>
         <source>Write the pinyin of each selected text into a new text box</source>
-        <translation type="unfinished"></translation>
+        <translation>将每段所选文字的拼音写入新的文本框</translation>
     </message>
     <message>
         <source>&amp;Next Slide</source>
-        <translation type="unfinished"></translation>
+        <translation>下一张幻灯片(&amp;N)</translation>
     </message>
     <message>
         <source>&amp;Previous Slide</source>
-        <translation type="unfinished"></translation>
+        <translation>上一张幻灯片(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;About zphonetic-studio</source>
-        <translation type="unfinished"></translation>
+        <translation>关于 zphonetic-studio(&amp;A)</translation>
     </message>
     <message>
         <source>zphonetic-studio %1
 Writes the pinyin of the Chinese text on your slides.</source>
-        <translation type="unfinished"></translation>
+        <translation>zphonetic-studio %1
+为幻灯片上的中文加注拼音。</translation>
     </message>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished"></translation>
+        <translation>文件(&amp;F)</translation>
     </message>
     <message>
         <source>Open &amp;Recent</source>
-        <translation type="unfinished"></translation>
+        <translation>最近打开(&amp;R)</translation>
     </message>
     <message>
         <source>&amp;Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>编辑(&amp;E)</translation>
     </message>
     <message>
         <source>&amp;View</source>
-        <translation type="unfinished"></translation>
+        <translation>视图(&amp;V)</translation>
     </message>
     <message>
         <source>&amp;Pinyin</source>
-        <translation type="unfinished"></translation>
+        <translation>拼音(&amp;P)</translation>
     </message>
     <message>
         <source>&amp;Help</source>
-        <translation type="unfinished"></translation>
+        <translation>帮助(&amp;H)</translation>
     </message>
     <message>
         <source>Home</source>
-        <translation type="unfinished"></translation>
+        <translation>开始</translation>
     </message>
     <message>
         <source>Insert</source>
-        <translation type="unfinished"></translation>
+        <translation>插入</translation>
     </message>
     <message>
         <source>Text Tool</source>
-        <translation type="unfinished"></translation>
+        <translation>文本工具</translation>
     </message>
     <message>
         <source>%1 has changes that are not saved. Save them first?</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 有尚未保存的更改。要先保存吗？</translation>
     </message>
     <message>
         <source>The deck could not be opened.
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打开演示文稿。
+
+%1</translation>
     </message>
     <message>
         <source>The deck could not be saved.
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>无法保存演示文稿。
+
+%1</translation>
     </message>
     <message>
         <source>Open a Deck</source>
-        <translation type="unfinished"></translation>
+        <translation>打开演示文稿</translation>
     </message>
     <message>
         <source>Presentations (*.pptx)</source>
-        <translation type="unfinished"></translation>
+        <translation>演示文稿 (*.pptx)</translation>
     </message>
     <message>
         <source>Save the Deck As</source>
-        <translation type="unfinished"></translation>
+        <translation>演示文稿另存为</translation>
     </message>
     <message>
         <source>The pinyin add-on could not be loaded, so its commands are not available.
 
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>无法加载拼音加载项，其命令不可用。
+
+%1</translation>
     </message>
     <message>
         <source>&amp;Undo</source>
-        <translation type="unfinished"></translation>
+        <translation>撤销(&amp;U)</translation>
     </message>
     <message>
         <source>&amp;Undo %1</source>
-        <translation type="unfinished"></translation>
+        <translation>撤销 %1(&amp;U)</translation>
     </message>
     <message>
         <source>&amp;Redo</source>
-        <translation type="unfinished"></translation>
+        <translation>恢复(&amp;R)</translation>
     </message>
     <message>
         <source>&amp;Redo %1</source>
-        <translation type="unfinished"></translation>
+        <translation>恢复 %1(&amp;R)</translation>
     </message>
     <message>
         <source>Slide %1 of %2</source>
-        <translation type="unfinished"></translation>
+        <translation>第 %1 张，共 %2 张</translation>
     </message>
     <message>
         <source>Open a deck with File &gt; Open, or drop one here.</source>
-        <translation type="unfinished"></translation>
+        <translation>用“文件 &gt; 打开”打开演示文稿，或将文件拖放到此处。</translation>
     </message>
     <message>
         <source>%1[*] - zphonetic-studio</source>
-        <translation type="unfinished"></translation>
+        <translation>%1[*] - zphonetic-studio</translation>
     </message>
 </context>
 </TS>
