@@ -227,7 +227,9 @@ TEST_F(StudioWindowTest, OneKeyOverThreeShapesThenOneBoxDraggedAwayAndTheDragUnd
 
     QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
     for (const minihost::ShapeInfo& shape : window->deck()->shapes(1)) {
-        if (shape.id == boxes.at(2)) EXPECT_EQ(shape.box, spot);
+        if (shape.id == boxes.at(2)) {
+            EXPECT_EQ(shape.box, spot);
+        }
     }
     EXPECT_EQ(window->deck()->shapes(1).size(), 6);  // only the drag was undone
     EXPECT_EQ(window->undoAction()->text(), QStringLiteral("&Undo set phonetic symbol"));
@@ -350,6 +352,28 @@ TEST_F(StudioWindowTest, TheWarningOfTheAddOnIsARealMessageBox) {
     window->phoneticOneKeyAction()->trigger();
     EXPECT_EQ(answer.text, QStringLiteral("please select one character at least"));
     EXPECT_EQ(answer.icon, QMessageBox::Warning);
+}
+
+TEST_F(StudioWindowTest, InsertTextBoxAddsABoxToTypeInAsOneUndoStep) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    minihost::setCurrentTabById(window.get(), QStringLiteral("CT_Insert"));
+    QToolButton* button = ribbonButton(QStringLiteral("CT_Insert"), window->textBoxAction());
+    ASSERT_NE(button, nullptr);
+    ASSERT_TRUE(button->isVisible());
+    const int before = window->deck()->shapes(1).size();
+    QTest::mouseClick(button, Qt::LeftButton);
+    const QList<minihost::ShapeInfo> shapes = window->deck()->shapes(1);
+    ASSERT_EQ(shapes.size(), before + 1);
+    EXPECT_EQ(window->deck()->undoSteps(), QStringList{QStringLiteral("insert text box")});
+    // The text cursor is in it, and what is typed goes there.
+    EXPECT_TRUE(window->deck()->hasTextSelection());
+    EXPECT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_TextTool"));
+    QTest::keyClicks(window->slideView(), QStringLiteral("Hi"));
+    EXPECT_EQ(window->deck()->text(1, shapes.last().id), QStringLiteral("Hi"));
+    // Undone typing first, then the box.
+    while (window->undoAction()->isEnabled()) window->undoAction()->trigger();
+    EXPECT_EQ(window->deck()->shapes(1).size(), before);
+    EXPECT_FALSE(window->hasUnsavedChanges());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "studioicons.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <QPainterPath>
 #include <QPixmap>
 
@@ -71,6 +72,27 @@ QIcon phoneticOneKey() {
 
 QIcon application() {
     return iconOf(false, true);
+}
+
+QIcon textBox() {
+    QIcon icon;
+    for (int size : {16, 24, 32, 48, 64}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const qreal s = size;
+        painter.setPen(QPen(kInk, std::max(1.0, s * 0.05), Qt::DashLine));
+        painter.drawRect(QRectF(s * 0.1, s * 0.15, s * 0.8, s * 0.7));
+        QFont font;
+        font.setPixelSize(int(s * 0.55));
+        font.setBold(true);
+        painter.setFont(font);
+        painter.setPen(kAccent);
+        painter.drawText(QRectF(0, 0, s, s), Qt::AlignCenter, QStringLiteral("T"));
+        icon.addPixmap(pixmap);
+    }
+    return icon;
 }
 
 }  // namespace studioicons

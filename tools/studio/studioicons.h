@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The studio's icons, painted rather than loaded (the program ships no image plugins): a
 // character with its reading above it for the dialog command, the same with a lightning stroke for
-// the one-key command, and the program's own icon.
+// the one-key command, a framed "T" for a text box, and the program's own icon.
 #pragma once
 
 #include <QIcon>
@@ -11,5 +11,6 @@ namespace studioicons {
 QIcon phoneticSymbol();
 QIcon phoneticOneKey();
 QIcon application();
+QIcon textBox();
 
 }  // namespace studioicons

@@ -22,6 +22,7 @@
 #include "slidethumbnails.h"
 #include "slideview.h"
 #include "studioicons.h"
+#include "textboxcommand.h"
 
 namespace {
 
@@ -127,6 +128,11 @@ void StudioWindow::buildActions() {
     connect(m_oneKeyAction, &QAction::triggered, this,
             [this] { runCommand(QString::fromLatin1(kPhoneticOneKey)); });
 
+    m_textBoxAction = new QAction(studioicons::textBox(), tr("Text Box"), this);
+    m_textBoxAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
+    m_textBoxAction->setToolTip(tr("Add a text box to the slide and type in it"));
+    connect(m_textBoxAction, &QAction::triggered, this, &StudioWindow::insertTextBox);
+
     m_nextSlideAction = new QAction(tr("&Next Slide"), this);
     m_nextSlideAction->setShortcut(QKeySequence(Qt::Key_PageDown));
     m_previousSlideAction = new QAction(tr("&Previous Slide"), this);
@@ -168,6 +174,8 @@ void StudioWindow::buildMenus() {
     QMenu* view = menus->addMenu(tr("&View"));
     view->addAction(m_nextSlideAction);
     view->addAction(m_previousSlideAction);
+    QMenu* insert = menus->addMenu(tr("&Insert"));
+    insert->addAction(m_textBoxAction);
     QMenu* pinyin = menus->addMenu(tr("&Pinyin"));
     pinyin->addAction(m_symbolAction);
     pinyin->addAction(m_oneKeyAction);
@@ -185,6 +193,7 @@ void StudioWindow::buildRibbon() {
         minihost::addRibbonAction(this, tab, m_symbolAction);
         minihost::addRibbonAction(this, tab, m_oneKeyAction);
     }
+    minihost::addRibbonAction(this, kInsert, m_textBoxAction);
     minihost::setCurrentTabById(this, kHome);
 }
 
@@ -294,6 +303,21 @@ bool StudioWindow::runCommand(const QString& action) {
     minihost::triggerCommand(m_entry.get(), action, &source);
     deckChanged();
     return true;
+}
+
+void StudioWindow::insertTextBox() {
+    if (!m_deck) return;
+    // In the middle of the slide, where a person looks first; the user drags it from there.
+    const QSizeF slide = m_deck->slideSize();
+    const QSizeF size(slide.width() / 3, slide.height() / 9);
+    const QRectF box(QPointF((slide.width() - size.width()) / 2, (slide.height() - size.height()) / 2),
+                     size);
+    if (!::insertTextBox(*m_deck, minihost::hostApplication()->coreApplication(), box,
+                         tr("insert text box")))
+        return;
+    m_slideView->refresh();
+    m_slideView->setFocus();
+    deckChanged();
 }
 
 void StudioWindow::undo() {

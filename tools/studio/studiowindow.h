@@ -65,6 +65,7 @@ public:
     SlideThumbnails* thumbnails() const { return m_thumbnails; }
     QAction* phoneticSymbolAction() const { return m_symbolAction; }
     QAction* phoneticOneKeyAction() const { return m_oneKeyAction; }
+    QAction* textBoxAction() const { return m_textBoxAction; }
     QAction* undoAction() const { return m_undoAction; }
     QAction* redoAction() const { return m_redoAction; }
     QMenu* recentFilesMenu() const { return m_recentMenu; }
@@ -81,6 +82,7 @@ protected:
 private slots:
     void chooseFileToOpen();
     void chooseFileToSaveAs();
+    void insertTextBox();
     void undo();
     void redo();
     // Shows the deck as it is now: the slide, the thumbnails, the undo and redo texts, the title.
@@ -115,6 +117,7 @@ private:
     QAction* m_redoAction = nullptr;
     QAction* m_symbolAction = nullptr;
     QAction* m_oneKeyAction = nullptr;
+    QAction* m_textBoxAction = nullptr;
     QAction* m_nextSlideAction = nullptr;
     QAction* m_previousSlideAction = nullptr;
     QAction* m_aboutAction = nullptr;

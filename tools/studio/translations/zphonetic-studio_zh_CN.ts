@@ -157,5 +157,21 @@ Writes the pinyin of the Chinese text on your slides.</source>
         <source>%1[*] - zphonetic-studio</source>
         <translation>%1[*] - zphonetic-studio</translation>
     </message>
+    <message>
+        <source>Text Box</source>
+        <translation>文本框</translation>
+    </message>
+    <message>
+        <source>Add a text box to the slide and type in it</source>
+        <translation>在幻灯片上添加文本框并在其中输入文字</translation>
+    </message>
+    <message>
+        <source>&amp;Insert</source>
+        <translation>插入(&amp;I)</translation>
+    </message>
+    <message>
+        <source>insert text box</source>
+        <translation>插入文本框</translation>
+    </message>
 </context>
 </TS>
