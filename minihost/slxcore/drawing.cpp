@@ -50,18 +50,19 @@ pugi::xml_node matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool 
 struct Templates {
     pugi::xml_node layoutTree, masterTree, masterTextStyles;
     pugi::xml_node layoutRoot, masterRoot;
+    std::string layoutPart, masterPart;
 };
 
 Templates templatesOf(const DeckCore& core, const std::string& slidePart) {
     Templates t;
     try {
-        std::string layoutPart;
-        const pugi::xml_document* layout = core.relatedDocument(slidePart, "slideLayout", &layoutPart);
+        const pugi::xml_document* layout =
+            core.relatedDocument(slidePart, "slideLayout", &t.layoutPart);
         if (!layout) return t;
         t.layoutRoot = layout->document_element();
         t.layoutTree = shapeTree(*layout);
         if (t.layoutTree.empty()) t.layoutTree = child(child(t.layoutRoot, "cSld"), "spTree");
-        const pugi::xml_document* master = core.relatedDocument(layoutPart, "slideMaster", nullptr);
+        const pugi::xml_document* master = core.relatedDocument(t.layoutPart, "slideMaster", &t.masterPart);
         if (!master) return t;
         t.masterRoot = master->document_element();
         t.masterTree = child(child(t.masterRoot, "cSld"), "spTree");
@@ -93,8 +94,8 @@ Lineage lineageOf(pugi::xml_node element, const Templates& t) {
 }
 
 // The list-style level properties ("a:lvl2pPr") that apply to text at `level` (0-based) in the
-// shape, nearest first: its own list style, its placeholders', the master's text style for its
-// kind, the deck's defaults.
+// shape, nearest first: its own list style, then for a placeholder its placeholders' and the
+// master's text style for its kind, for other shapes the deck's defaults.
 std::vector<pugi::xml_node> levelSources(const Lineage& l, const Templates& t,
                                          const DeckCore& core, int level) {
     const std::string name = "lvl" + std::to_string(std::clamp(level, 0, 8) + 1) + "pPr";
@@ -106,9 +107,11 @@ std::vector<pugi::xml_node> levelSources(const Lineage& l, const Templates& t,
         const char* style = family == "title" ? "titleStyle" : family == "body" ? "bodyStyle"
                                                                                 : "otherStyle";
         sources.push_back(child(child(t.masterTextStyles, style), name.c_str()));
+    } else {
+        // The deck's defaults are for text outside placeholders only.
+        sources.push_back(child(child(core.presentation.document_element(), "defaultTextStyle"),
+                                name.c_str()));
     }
-    sources.push_back(child(child(core.presentation.document_element(), "defaultTextStyle"),
-                            name.c_str()));
     return sources;
 }
 
@@ -129,7 +132,7 @@ TextFormat formatOf(pugi::xml_node rPr, const std::vector<pugi::xml_node>& level
                     pugi::xml_node fontReference, const DeckStyles& styles) {
     std::vector<pugi::xml_node> chain{rPr};
     for (pugi::xml_node level : levels) chain.push_back(child(level, "defRPr"));
-    const FontValues values = resolveFont(chain, styles);
+    const FontValues values = resolveFont(chain, styles, true);
     TextFormat f;
     f.latinFont = values.name;
     f.eastAsianFont = values.eastAsianName;
@@ -340,6 +343,22 @@ bool backgroundOf(pugi::xml_node root, const DeckStyles& styles, std::uint32_t* 
     return false;
 }
 
+DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore& core,
+                      const std::string& partName) {
+    DrawnShape shape;
+    shape.id = node.id;
+    shape.name = shapeName(node.element);
+    shape.kind = shapeKind(node.element);
+    const Lineage lineage = lineageOf(node.element, t);
+    fillGeometry(shape, node, lineage);
+    fillOutline(shape, lineage, core.styles);
+    if (const pugi::xml_node body = textBodyOf(node.element))
+        fillText(shape, body, lineage, t, core, child(child(node.element, "style"), "fontRef"));
+    if (std::strcmp(localName(node.element), "pic") == 0)
+        shape.picture = pictureBytes(core, partName, node.element);
+    return shape;
+}
+
 }  // namespace
 
 SlideDrawing Deck::drawing(int slide) const {
@@ -350,20 +369,19 @@ SlideDrawing Deck::drawing(int slide) const {
     for (pugi::xml_node root : {part.doc.document_element(), t.layoutRoot, t.masterRoot})
         if (backgroundOf(root, d->styles, &result.background)) break;
 
-    for (const ShapeNode& node : listShapes(shapeTree(part.doc))) {
-        DrawnShape shape;
-        shape.id = node.id;
-        shape.name = shapeName(node.element);
-        shape.kind = shapeKind(node.element);
-        const Lineage lineage = lineageOf(node.element, t);
-        fillGeometry(shape, node, lineage);
-        fillOutline(shape, lineage, d->styles);
-        if (const pugi::xml_node body = textBodyOf(node.element))
-            fillText(shape, body, lineage, t, *d, child(child(node.element, "style"), "fontRef"));
-        if (std::strcmp(localName(node.element), "pic") == 0)
-            shape.picture = pictureBytes(*d, part.partName, node.element);
-        result.shapes << shape;
-    }
+    // What the master and the layout draw besides their placeholders, unless the slide (or the
+    // layout, for the master's) hides it.
+    const bool slideShows = part.doc.document_element().attribute("showMasterSp").as_bool(true);
+    const bool layoutShows = t.layoutRoot.attribute("showMasterSp").as_bool(true);
+    const std::pair<pugi::xml_node, const std::string*> behind[] = {
+        {slideShows && layoutShows ? t.masterTree : pugi::xml_node(), &t.masterPart},
+        {slideShows ? t.layoutTree : pugi::xml_node(), &t.layoutPart}};
+    for (const auto& [tree, partName] : behind)
+        for (const ShapeNode& node : listShapes(tree))
+            if (!placeholderOf(node.element))
+                result.behind << drawnShape(node, t, *d, *partName);
+    for (const ShapeNode& node : listShapes(shapeTree(part.doc)))
+        result.shapes << drawnShape(node, t, *d, part.partName);
     return result;
 }
 

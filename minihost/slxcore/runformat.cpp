@@ -76,7 +76,8 @@ FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyl
     return resolveFont({rPr, listLevel, styles.defaultRunProperties}, styles);
 }
 
-FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles) {
+FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles,
+                       bool transforms) {
     FontValues values;
     values.name = styles.minorLatin.isEmpty() ? QStringLiteral("Calibri") : styles.minorLatin;
     bool haveBold = false, haveSize = false, haveName = false, haveColor = false;
@@ -107,27 +108,20 @@ FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyle
             values.size = static_cast<float>(props.attribute("sz").as_int(1800)) / 100.0f;
             haveSize = true;
         }
-        if (!haveName) {
-            if (pugi::xml_node latin = child(props, "latin")) {
-                const QString face = resolveTypeface(qs(latin.attribute("typeface").value()), styles);
-                if (!face.isEmpty()) {
-                    values.name = face;
-                    haveName = true;
-                }
-            }
-        }
-        if (!haveEastAsian) {
-            if (pugi::xml_node ea = child(props, "ea")) {
-                const QString face = resolveTypeface(qs(ea.attribute("typeface").value()), styles);
-                if (!face.isEmpty()) {
-                    values.eastAsianName = face;
-                    haveEastAsian = true;
-                }
-            }
-        }
+        // A typeface element (a:latin, a:ea) names the face unless its theme reference is empty.
+        auto typeface = [&](const char* local, QString& face, bool& have) {
+            if (have) return;
+            const QString named =
+                resolveTypeface(qs(child(props, local).attribute("typeface").value()), styles);
+            if (named.isEmpty()) return;
+            face = named;
+            have = true;
+        };
+        typeface("latin", values.name, haveName);
+        typeface("ea", values.eastAsianName, haveEastAsian);
         if (!haveColor)
             if (pugi::xml_node fill = child(props, "solidFill"))
-                haveColor = colorOf(fill, styles, &values.rgb);
+                haveColor = colorOf(fill, styles, &values.rgb, transforms);
     }
     if (!haveEastAsian) values.eastAsianName = styles.minorEastAsian;
     return values;

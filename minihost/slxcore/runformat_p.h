@@ -38,8 +38,9 @@ struct FontValues {
 // +mj-ea, ...) and scheme colours are resolved; colour transforms (lumMod, ...) are not.
 FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles);
 // The same over any chain of run properties, nearest first (empty nodes are skipped): each value
-// comes from the first that sets it.
-FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles);
+// comes from the first that sets it. `transforms` as for colorOf().
+FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyles& styles,
+                       bool transforms = false);
 
 // The colour a colour-choice holder (a:solidFill, a theme's a:dk1, ...) gives, scheme colours
 // resolved through the theme with the usual colour map; false when it holds no colour. With

@@ -2,8 +2,10 @@
 // What a slide shows, for programs that draw it: its background and its shapes in z order, every
 // value resolved as a presentation program resolves it. Positions and sizes are points on the
 // slide; colours are 0x00RRGGBB; text formats come from the run, else the paragraph's level in
-// the frame's list style, the placeholder it inherits from on the layout and the master, the
-// master's text styles and the deck's defaults; theme fonts and scheme colours are resolved.
+// the frame's list style, then for a placeholder the placeholders it inherits from on the layout
+// and the master and the master's text style for its kind, for other text the deck's defaults;
+// a shape style's text colour comes before the master's and the deck's. Theme fonts and scheme
+// colours (with their luminance transforms) are resolved.
 //
 // Made by Deck::drawing(slide): a copy that stays valid whatever happens to the deck later.
 // Text positions are those of Deck::text() and of the selection: UTF-16 units over the frame's
@@ -91,6 +93,9 @@ struct DrawnShape {
 
 struct SlideDrawing {
     std::uint32_t background = 0xFFFFFF;
+    // What the slide's master and layout draw behind it (logos, bands, lines: not their
+    // placeholders), in z order. Not shapes of the slide: their ids mean nothing on it.
+    QList<DrawnShape> behind;
     QList<DrawnShape> shapes;  // z order: the first is at the back
 };
 

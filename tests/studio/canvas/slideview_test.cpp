@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QInputMethodEvent>
 #include <QSignalSpy>
 #include <QTest>
@@ -91,6 +92,11 @@ protected:
         ASSERT_TRUE(deck->hasTextSelection());
     }
     Deck::TextSelection selection() const { return deck->textSelection(); }
+    // What the view shows, to be looked at.
+    void keep(const QString& name) {
+        QDir().mkpath(QStringLiteral(CANVAS_RENDERS_DIR));
+        view.grab().save(QStringLiteral(CANVAS_RENDERS_DIR "/%1.png").arg(name));
+    }
 
     std::unique_ptr<Deck> deck;
     SlideView view;
@@ -104,7 +110,9 @@ TEST_F(SlideViewTest, ClickSelectsAShapeShiftAndCtrlAddAndRemove) {
     EXPECT_EQ(changed.count(), 1);
     click(inside(kBody), Qt::ShiftModifier);
     EXPECT_EQ(deck->selectedShapes(), (QList<int>{kTitle, kBody}));
+    keep(QStringLiteral("view-two-shapes"));
     click(inside(kTitle), Qt::ControlModifier);
+    keep(QStringLiteral("view-one-shape"));
     EXPECT_EQ(deck->selectedShapes(), QList<int>{kBody});
     // Nothing there: nothing selected.
     click(view.toWidget(QPointF(900, 500)).toPoint());
@@ -131,6 +139,7 @@ TEST_F(SlideViewTest, ClickIntoTheSelectedTextShapePlacesACursorDragSelectsText)
     EXPECT_EQ(selection().length, 4);
     EXPECT_EQ(deck->text(1, kBody).mid(selection().start, selection().length),
               QStringLiteral("明月光，"));
+    keep(QStringLiteral("view-text-selection"));
     // Backwards too.
     drag(at(kBody, 9), at(kBody, 7));
     EXPECT_EQ(selection().start, 7);
@@ -162,6 +171,13 @@ TEST_F(SlideViewTest, ShiftArrowsSelectTextEscapeGoesBackToTheShapeCtrlASelectsA
     EXPECT_FALSE(editing.at(1).at(0).toBool());
     QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_TRUE(deck->selectedShapes().isEmpty());
+    // Enter on a selected text shape selects all its text.
+    click(inside(kTitle));
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(selection().shapeId, kTitle);
+    EXPECT_EQ(selection().start, 0);
+    EXPECT_EQ(selection().length, 3);
+    EXPECT_EQ(editing.count(), 3);
 }
 
 TEST_F(SlideViewTest, TypingDeletingAndPastingAreUndoSteps) {
@@ -247,6 +263,12 @@ TEST_F(SlideViewTest, DraggingAHandleResizes) {
     drag(topLeft, topLeft + QPoint(10, 0));
     EXPECT_NEAR(box(kTitle).left(), second.left() + 10, 1);
     EXPECT_NEAR(box(kTitle).right(), second.right(), 1);
+    // The right handle dragged past the left edge: a point wide, the left edge where it was.
+    const QRectF third = drawnBox(kTitle);
+    const QPoint right = view.toWidget(QPointF(third.right(), third.center().y())).toPoint();
+    drag(right, right - QPoint(static_cast<int>(third.width()) + 50, 0));
+    EXPECT_NEAR(box(kTitle).left(), third.left(), 1);
+    EXPECT_NEAR(box(kTitle).width(), 1, 0.01);
 }
 
 TEST_F(SlideViewTest, ArrowKeysMoveTheSelectedShapesDeleteRemovesThem) {

@@ -25,6 +25,7 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     QObject::connect(&thumbnails, &SlideThumbnails::slideActivated, &view, &SlideView::refresh);
     thumbnails.resize(240, 600);
     thumbnails.setDeck(deck.get());
+    EXPECT_EQ(thumbnails.pending(), 3);  // drawn from the event loop
     view.setDeck(deck.get());
     thumbnails.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&thumbnails));
@@ -32,6 +33,8 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     QListWidget* list = thumbnails.list();
     ASSERT_EQ(list->count(), 3);
     EXPECT_EQ(list->currentRow(), 0);
+    for (int turns = 0; thumbnails.pending() > 0 && turns < 100; ++turns) QTest::qWait(1);
+    ASSERT_EQ(thumbnails.pending(), 0);
     // Each is a picture of its slide: not blank, and not all the same.
     const QImage first = list->item(0)->icon().pixmap(list->iconSize()).toImage();
     const QImage second = list->item(1)->icon().pixmap(list->iconSize()).toImage();

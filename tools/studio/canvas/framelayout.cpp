@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "framelayout.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
@@ -14,11 +16,23 @@ namespace {
 constexpr double kUnits = 10.0;
 // How far a frame that does not wrap may run: far beyond any slide.
 constexpr double kNoWrapWidth = 100000.0;
+// Default tab stops of presentation programs: every inch.
+constexpr double kTabStop = 72.0;
+
+// The family the system draws for `family`: itself when installed, else what the font
+// configuration puts in its place (as other presentation programs do), not the next family of
+// a list, which would draw Latin text with the East Asian typeface.
+QString installedFamily(const QString& family) {
+    static QHash<QString, QString> known;  // the GUI thread's only
+    auto it = known.find(family);
+    if (it == known.end()) it = known.insert(family, QFontInfo(QFont(family)).family());
+    return *it;
+}
 
 QFont fontFor(const minihost::TextFormat& format, double scale) {
     QFont font(format.latinFont);
     // Ideographs come from the East Asian typeface; Latin text from the Latin one.
-    QStringList families{format.latinFont};
+    QStringList families{installedFamily(format.latinFont)};
     if (!format.eastAsianFont.isEmpty()) families << format.eastAsianFont;
     font.setFamilies(families);
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(format.size * scale * kUnits))));
@@ -50,6 +64,32 @@ std::pair<double, double> extentOf(const minihost::TextFormat& format, double sc
     font.setItalic(format.italic);
     const QFontMetricsF metrics(font);
     return {metrics.ascent(), metrics.descent()};
+}
+
+bool isIdeographic(QChar c) {
+    const ushort u = c.unicode();
+    return (u >= 0x2E80 && u <= 0x9FFF) || (u >= 0xF900 && u <= 0xFAFF) || c.isSurrogate();
+}
+
+// Where ideographs and Latin text meet, a quarter of an em apart, as the presentation program
+// we compare with (LibreOffice) draws them: after the last character before each such border.
+void spaceScripts(const QString& text, const minihost::TextParagraph& para, double scale,
+                  QVector<QTextLayout::FormatRange>& formats) {
+    for (int i = 0; i + 1 < text.size(); ++i) {
+        const QChar a = text[i], b = text[i + 1];
+        if (a.isSpace() || b.isSpace() || isIdeographic(a) == isIdeographic(b)) continue;
+        // Fullwidth punctuation carries its own room.
+        if ((a.unicode() >= 0x3000 && a.unicode() <= 0x303F) || (b.unicode() >= 0x3000 && b.unicode() <= 0x303F) ||
+            (a.unicode() >= 0xFF00 && a.unicode() <= 0xFF60) || (b.unicode() >= 0xFF00 && b.unicode() <= 0xFF60))
+            continue;
+        float size = para.endFormat.size;
+        for (const minihost::TextRun& run : para.runs)
+            if (run.start - para.start <= i && i < run.start - para.start + run.length) size = run.format.size;
+        QTextCharFormat gap;
+        gap.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+        gap.setFontLetterSpacing(size * scale * kUnits / 4);
+        formats.append({i, 1, gap});
+    }
 }
 
 Qt::Alignment alignmentOf(minihost::TextAlign align) {
@@ -87,11 +127,13 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
         QVector<QTextLayout::FormatRange> formats;
         for (const minihost::TextRun& run : para.runs)
             formats.append({run.start - para.start, run.length, charFormat(run.format, scale)});
+        spaceScripts(text, para, scale, formats);
         laid.layout->setFormats(formats);
         // A frame that does not wrap aligns its lines itself, once its width is known.
         QTextOption option(frame.wrap ? alignmentOf(para.align) : Qt::AlignLeft);
         option.setWrapMode(frame.wrap ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                       : QTextOption::NoWrap);
+        option.setTabStopDistance(kTabStop * kUnits);
         laid.layout->setTextOption(option);
         laid.layout->setCacheEnabled(true);
 
@@ -146,7 +188,11 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
                    : frame.paragraphs.last().start + static_cast<int>(frame.paragraphs.last().text.size());
 
     if (follows) {
-        m_box.setHeight(y + insets.top() + insets.bottom());
+        // It grows away from where its text is anchored: down, both ways, or up.
+        const double grown = y + insets.top() + insets.bottom() - m_box.height();
+        m_box.setHeight(m_box.height() + grown);
+        if (frame.anchor == minihost::TextAnchor::Middle) m_box.translate(0, -grown / 2);
+        if (frame.anchor == minihost::TextAnchor::Bottom) m_box.translate(0, -grown);
         // A frame that neither wraps nor keeps its width grows (or shrinks) about its centre.
         if (!frame.wrap) {
             const double centre = m_box.center().x();

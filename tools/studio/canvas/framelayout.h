@@ -28,8 +28,8 @@ public:
     FrameLayout(const FrameLayout&) = delete;
     FrameLayout& operator=(const FrameLayout&) = delete;
 
-    // The shape's box as drawn: a frame whose shape follows its text is as high as the text
-    // (and, when it does not wrap, as wide, about the same centre).
+    // The shape's box as drawn: a frame whose shape follows its text is as high as the text,
+    // grown away from its anchor (and, when it does not wrap, as wide, about the same centre).
     QRectF box() const { return m_box; }
     int length() const { return m_length; }
 

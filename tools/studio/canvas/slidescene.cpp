@@ -64,6 +64,13 @@ SlideScene::SlideScene(const minihost::Deck& deck, int slide)
     for (const minihost::DrawnShape& shape : m_drawing.shapes)
         if (shape.hasText && shape.boxKnown)
             m_text[shape.id] = std::make_unique<FrameLayout>(shape);
+    for (int i = 0; i < m_drawing.behind.size(); ++i)
+        if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
+            m_behindText[i] = std::make_unique<FrameLayout>(m_drawing.behind[i]);
+    for (const auto* list : {&m_drawing.behind, &m_drawing.shapes})
+        for (const minihost::DrawnShape& shape : *list)
+            if (!shape.picture.isEmpty())
+                m_images[shape.picture.constData()] = QImage::fromData(shape.picture);
 }
 
 QTransform SlideScene::toTarget(const QRectF& target) const {
@@ -79,17 +86,24 @@ void SlideScene::paint(QPainter& painter, int textShape, int selStart, int selLe
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
                            QPainter::SmoothPixmapTransform);
     painter.fillRect(QRectF(QPointF(), m_size), QColor::fromRgb(m_drawing.background));
+    for (int i = 0; i < m_drawing.behind.size(); ++i) {
+        const auto text = m_behindText.find(i);
+        const FrameLayout* layout = text == m_behindText.end() ? nullptr : text->second.get();
+        const minihost::DrawnShape& shape = m_drawing.behind[i];
+        paintShape(painter, shape, layout ? layout->box() : shape.box, layout, false, 0, 0);
+    }
     for (const minihost::DrawnShape& shape : m_drawing.shapes) {
         const bool selected = shape.id == textShape;
-        paintShape(painter, shape, selected ? selStart : 0, selected ? selLength : 0);
+        paintShape(painter, shape, boxOf(shape.id), text(shape.id), true, selected ? selStart : 0,
+                   selected ? selLength : 0);
     }
     painter.restore();
 }
 
-void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape, int selStart,
-                            int selLength) const {
+void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape,
+                            const QRectF& box, const FrameLayout* text, bool ofSlide,
+                            int selStart, int selLength) const {
     if (!shape.boxKnown || shape.kind == QLatin1String("group")) return;
-    const QRectF box = boxOf(shape.id);
     painter.save();
     if (shape.rotation != 0 || shape.flipH || shape.flipV) {
         painter.translate(box.center());
@@ -98,8 +112,8 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
         painter.translate(-box.center());
     }
     if (!shape.picture.isEmpty()) {
-        const QImage image = QImage::fromData(shape.picture);
-        if (image.isNull())
+        const QImage& image = m_images.at(shape.picture.constData());
+        if (image.isNull() && ofSlide)
             paintPlaceOf(painter, shape, box);
         else
             painter.drawImage(box, image);
@@ -114,7 +128,7 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
             QPen pen(QColor::fromRgb(shape.line), std::max(0.25f, shape.lineWidth));
             painter.strokePath(path, pen);
         }
-    } else {
+    } else if (ofSlide) {
         paintPlaceOf(painter, shape, box);
     }
     if (shape.rotation != 0 || shape.flipH || shape.flipV) {
@@ -125,8 +139,7 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
         painter.rotate(shape.rotation);
         painter.translate(-box.center());
     }
-    if (const FrameLayout* layout = text(shape.id))
-        layout->draw(painter, selStart, selLength, QColor(0x99, 0xC2, 0xF0));
+    if (text) text->draw(painter, selStart, selLength, QColor(0x99, 0xC2, 0xF0));
     painter.restore();
 }
 

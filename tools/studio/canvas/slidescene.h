@@ -3,6 +3,7 @@
 // are, in points on the slide. A copy: the deck may change afterwards (make a new scene then).
 #pragma once
 
+#include <QImage>
 #include <QPainter>
 #include <QTransform>
 #include <map>
@@ -35,12 +36,18 @@ public:
     const FrameLayout* text(int id) const;
 
 private:
-    void paintShape(QPainter& painter, const minihost::DrawnShape& shape, int selStart,
-                    int selLength) const;
+    // `ofSlide`: a shape of the slide, whose place is outlined when it is not drawn (what the
+    // master and layout do not draw stays invisible).
+    void paintShape(QPainter& painter, const minihost::DrawnShape& shape, const QRectF& box,
+                    const FrameLayout* text, bool ofSlide, int selStart, int selLength) const;
 
     QSizeF m_size;
     minihost::SlideDrawing m_drawing;
     std::map<int, std::unique_ptr<FrameLayout>> m_text;
+    // The text of what the master and layout draw behind the slide, by index in `behind`.
+    std::map<int, std::unique_ptr<FrameLayout>> m_behindText;
+    // Pictures decoded once, by their media bytes' data (shared with the drawing).
+    std::map<const char*, QImage> m_images;
 };
 
 }  // namespace zstudio

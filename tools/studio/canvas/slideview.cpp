@@ -217,15 +217,28 @@ bool SlideView::onBorder(int shapeId, const QPointF& widgetPoint) const {
 }
 
 QRectF SlideView::resized(const QRectF& box, const QPointF& delta) const {
+    const bool leftEdge = m_handle == 0 || m_handle == 6 || m_handle == 7;
+    const bool rightEdge = m_handle >= 2 && m_handle <= 4;
+    const bool topEdge = m_handle <= 2;
+    const bool bottomEdge = m_handle >= 4 && m_handle <= 6;
     double left = box.left(), top = box.top(), right = box.right(), bottom = box.bottom();
-    if (m_handle == 0 || m_handle == 6 || m_handle == 7) left += delta.x();
-    if (m_handle == 2 || m_handle == 3 || m_handle == 4) right += delta.x();
-    if (m_handle == 0 || m_handle == 1 || m_handle == 2) top += delta.y();
-    if (m_handle == 4 || m_handle == 5 || m_handle == 6) bottom += delta.y();
-    // Never smaller than a point, whichever way the handle went.
-    if (right - left < 1) (m_handle == 0 || m_handle == 6 || m_handle == 7 ? left : right) =
-                              m_handle == 0 || m_handle == 6 || m_handle == 7 ? right - 1 : left + 1;
-    if (bottom - top < 1) (m_handle <= 2 ? top : bottom) = m_handle <= 2 ? bottom - 1 : top + 1;
+    if (leftEdge) left += delta.x();
+    if (rightEdge) right += delta.x();
+    if (topEdge) top += delta.y();
+    if (bottomEdge) bottom += delta.y();
+    // Never smaller than a point, whichever way the handle went: the opposite edge stays.
+    if (right - left < 1) {
+        if (leftEdge)
+            left = right - 1;
+        else
+            right = left + 1;
+    }
+    if (bottom - top < 1) {
+        if (topEdge)
+            top = bottom - 1;
+        else
+            bottom = top + 1;
+    }
     return QRectF(QPointF(left, top), QPointF(right, bottom));
 }
 
@@ -441,6 +454,18 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
         return true;
     case Qt::Key_Escape:
         selectShapes({});
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        if (const zstudio::FrameLayout* layout =
+                selected.size() == 1 ? m_scene->text(selected.first()) : nullptr) {
+            m_textShape = selected.first();
+            m_anchor = 0;
+            m_caret = layout->length();
+            setTextMode(true);
+            applyTextSelection();
+        }
         return true;
     default: return false;
     }

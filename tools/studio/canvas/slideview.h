@@ -4,12 +4,17 @@
 //
 // Selection as in a presentation program: a click selects a shape (the frontmost at that place),
 // Shift or Ctrl+click adds or removes one, a click into the only selected shape's text places a
-// text cursor, a drag or Shift+arrows select a run of text, Ctrl+A all of the frame's text,
-// Escape goes back to the shape (and from a shape to nothing). Editing: a drag on a selected
-// shape (or on the border of the shape being typed in) moves the selection, a drag on a handle
-// resizes the shape; arrows move the selected shapes by 6 pt (Ctrl: 1 pt), Shift+arrows resize
-// one; Delete removes them; in text: typing, Enter (a new paragraph), Shift+Enter (a line
-// break), Backspace, Delete, cut, copy and paste. Each edit is one undo step of the deck.
+// text cursor, a drag there or Shift+arrows select a run of text, Ctrl+A all of the frame's
+// text, Enter or F2 on one selected text shape all of its text, Escape goes back to the shape
+// (and from a shape to nothing).
+//
+// Editing: a drag that starts on a shape not selected selects and moves it; one that starts on
+// a selected shape moves the selection, except inside the one selected text shape, where it
+// selects text: that shape moves by its border. A drag on a handle of the one selected shape
+// resizes it. Arrows move the selected shapes by 6 pt (Ctrl: 1 pt), Shift+arrows resize one;
+// Delete removes them. In text: typing (keys and input methods), Enter (a new paragraph),
+// Shift+Enter (a line break), Backspace, Delete, cut, copy and paste. Each edit is one undo step
+// of the deck.
 //
 // A text cursor is a text selection of length 0 in the deck. Rotated shapes are hit and
 // selected by their unrotated box.
