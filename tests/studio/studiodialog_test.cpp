@@ -175,4 +175,29 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     }
 }
 
+TEST_F(StudioDialog, FromHomeWithAShapeSelectedTheGuideOpensAndHomeIsCounted) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    clickOnSlide(insideShape(2));  // the title, selected as a shape: no text selected
+    ASSERT_EQ(minihost::currentTabId(window.get()), QStringLiteral("CT_Home"));
+    minihost::clearUsageEvents();
+    QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->phoneticSymbolAction()),
+                      Qt::LeftButton);
+    nvolite::ZxCommonWebWidget* dialog = waitForDialog();
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(minihost::waitForPageAttribute(dialog, QStringLiteral("data-rendered"),
+                                               QStringLiteral("guide"), kTimeout));
+    EXPECT_TRUE(minihost::webWidgetUrl(dialog).endsWith(QStringLiteral("#/guide?from=home")))
+        << minihost::webWidgetUrl(dialog).toStdString();
+    ASSERT_EQ(minihost::usageEvents().size(), 1);
+    EXPECT_EQ(minihost::usageEvents().at(0).name, QStringLiteral("nvo_phoneticsymbol_home"));
+    EXPECT_EQ(minihost::usageEvents().at(0).parameters.value(QStringLiteral("action")),
+              QStringLiteral("symbol"));
+    screenshot(QStringLiteral("studio-guide.png"), dialog);
+    // Closed without confirming: nothing written, no step.
+    dialog->close();
+    ASSERT_TRUE(waitForDialogClosed());
+    EXPECT_EQ(window->deck()->text(1, 2), u("静夜思"));
+    EXPECT_FALSE(window->undoAction()->isEnabled());
+}
+
 }  // namespace
