@@ -5,6 +5,7 @@
 // tree's screenshots/ folder.
 #include <QAction>
 #include <QListWidget>
+#include <QRegularExpression>
 #include <QTabBar>
 #include <QWebEngineView>
 
@@ -128,7 +129,12 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     EXPECT_EQ(pageValue(dialog, QStringLiteral("document.querySelectorAll('select.reading-choice').length"))
                   .toInt(),
               3);
-    EXPECT_TRUE(pageValue(dialog, QStringLiteral("document.body.innerText")).toString().contains(u("长")));
+    EXPECT_EQ(pageValue(dialog, QStringLiteral("document.querySelectorAll('.cell').length")).toInt(), 4);
+    const QString shown = pageValue(dialog, QStringLiteral("document.body.innerText")).toString();
+    EXPECT_TRUE(QRegularExpression(u("银.*行.*行.*长"), QRegularExpression::DotMatchesEverythingOption)
+                    .match(shown)
+                    .hasMatch())
+        << shown.toStdString();
     QTest::qWait(300);  // the page fits the window to itself after rendering
     const QPoint offCentre = dialog->geometry().center() - window->geometry().center();
     EXPECT_LE(offCentre.manhattanLength(), 2) << "the dialog is not over the window's centre";
