@@ -101,8 +101,9 @@ public:
     // Gives a shape the box `box` (points; width and height at least 1): "resize".
     bool resizeShape(int shapeId, const QRectF& box);
     // Replaces [start, start + length) of a shape's text with `text` (clamped to the text;
-    // positions as in selectText), as typing does: the new text takes the format of the text
-    // before it; a frame that follows its text is fitted again. `stepName` names the step
+    // positions as in selectText), as typing does: the new text takes the format of the first
+    // character it replaces, or of the text before it when nothing is replaced; a frame that
+    // follows its text is fitted again. `stepName` names the step
     // ("typing", "delete text", "paste"). Returns the position after the new text, or -1.
     int replaceText(int shapeId, int start, int length, const QString& text,
                     const QString& stepName);

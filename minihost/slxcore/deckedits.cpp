@@ -70,14 +70,10 @@ int Deck::replaceText(int shapeId, int start, int length, const QString& text,
     }
     if (length == 0 && text.isEmpty()) return start;
     EditScope edit(*d, slide, stepName);
-    TextBody frame(body);
-    const auto [at, removed] = frame.remove(start, length);
-    const int before = frame.length();
-    const int pos = frame.insert(at, text);
-    const int inserted = frame.length() - before;
-    d->textReplaced(slide, shapeId, at, removed, inserted, nullptr);
+    const TextBody::Replacement r = TextBody(body).replace(start, length, text);
+    d->textReplaced(slide, shapeId, r.at, r.removed, r.inserted, nullptr);
     d->fit(slide, shapeId);
-    return pos + inserted;
+    return r.pos + r.inserted;
 }
 
 bool Deck::deleteShapes(const QList<int>& shapeIds) {

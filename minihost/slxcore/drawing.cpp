@@ -37,7 +37,8 @@ pugi::xml_node matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool 
     if (byIndex && ph.attribute("idx"))
         for (const ShapeNode& s : shapes)
             if (pugi::xml_node other = placeholderOf(s.element);
-                other && std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
+                other &&
+                std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
                 return s.element;
     for (const ShapeNode& s : shapes)
         if (pugi::xml_node other = placeholderOf(s.element);
@@ -62,7 +63,8 @@ Templates templatesOf(const DeckCore& core, const std::string& slidePart) {
         t.layoutRoot = layout->document_element();
         t.layoutTree = shapeTree(*layout);
         if (t.layoutTree.empty()) t.layoutTree = child(child(t.layoutRoot, "cSld"), "spTree");
-        const pugi::xml_document* master = core.relatedDocument(t.layoutPart, "slideMaster", &t.masterPart);
+        const pugi::xml_document* master =
+            core.relatedDocument(t.layoutPart, "slideMaster", &t.masterPart);
         if (!master) return t;
         t.masterRoot = master->document_element();
         t.masterTree = child(child(t.masterRoot, "cSld"), "spTree");
@@ -96,21 +98,22 @@ Lineage lineageOf(pugi::xml_node element, const Templates& t) {
 // The list-style level properties ("a:lvl2pPr") that apply to text at `level` (0-based) in the
 // shape, nearest first: its own list style, then for a placeholder its placeholders' and the
 // master's text style for its kind, for other shapes the deck's defaults.
-std::vector<pugi::xml_node> levelSources(const Lineage& l, const Templates& t,
-                                         const DeckCore& core, int level) {
+std::vector<pugi::xml_node> levelSources(const Lineage& l, const Templates& t, const DeckCore& core,
+                                         int level) {
     const std::string name = "lvl" + std::to_string(std::clamp(level, 0, 8) + 1) + "pPr";
     std::vector<pugi::xml_node> sources;
     for (pugi::xml_node element : l.elements)
         sources.push_back(child(child(child(element, "txBody"), "lstStyle"), name.c_str()));
     if (l.ph) {
         const std::string family = placeholderFamily(l.ph);
-        const char* style = family == "title" ? "titleStyle" : family == "body" ? "bodyStyle"
-                                                                                : "otherStyle";
+        const char* style = family == "title"  ? "titleStyle"
+                            : family == "body" ? "bodyStyle"
+                                               : "otherStyle";
         sources.push_back(child(child(t.masterTextStyles, style), name.c_str()));
     } else {
         // The deck's defaults are for text outside placeholders only.
-        sources.push_back(child(child(core.presentation.document_element(), "defaultTextStyle"),
-                                name.c_str()));
+        sources.push_back(
+            child(child(core.presentation.document_element(), "defaultTextStyle"), name.c_str()));
     }
     return sources;
 }
@@ -168,10 +171,10 @@ TextParagraph paragraphOf(pugi::xml_node p, const Lineage& l, const Templates& t
     chain.insert(chain.end(), levels.begin(), levels.end());
 
     const std::string align = firstAttribute(chain, "algn").value();
-    para.align = align == "ctr" ? TextAlign::Center
-               : align == "r"   ? TextAlign::Right
-               : (align == "just" || align == "dist") ? TextAlign::Justify
-                                                      : TextAlign::Left;
+    para.align = align == "ctr"                         ? TextAlign::Center
+                 : align == "r"                         ? TextAlign::Right
+                 : (align == "just" || align == "dist") ? TextAlign::Justify
+                                                        : TextAlign::Left;
     para.marginLeft = static_cast<float>(firstAttribute(chain, "marL").as_double() / kEmuPerPoint);
     para.indent = static_cast<float>(firstAttribute(chain, "indent").as_double() / kEmuPerPoint);
     para.endFormat = formatOf(child(p, "endParaRPr"), levels, fontReference, core.styles);
@@ -199,17 +202,18 @@ void fillText(DrawnShape& shape, pugi::xml_node txBody, const Lineage& l, const 
     shape.hasText = true;
     TextFrame& frame = shape.text;
     std::vector<pugi::xml_node> bodies;
-    for (pugi::xml_node element : l.elements) bodies.push_back(child(child(element, "txBody"), "bodyPr"));
+    for (pugi::xml_node element : l.elements)
+        bodies.push_back(child(child(element, "txBody"), "bodyPr"));
     auto inset = [&](const char* name, double fallback) {
         const pugi::xml_attribute a = firstAttribute(bodies, name);
         return a ? a.as_double() / kEmuPerPoint : fallback;
     };
-    frame.insets = QMarginsF(inset("lIns", 7.2), inset("tIns", 3.6), inset("rIns", 7.2),
-                             inset("bIns", 3.6));
+    frame.insets =
+        QMarginsF(inset("lIns", 7.2), inset("tIns", 3.6), inset("rIns", 7.2), inset("bIns", 3.6));
     frame.wrap = std::strcmp(firstAttribute(bodies, "wrap").value(), "none") != 0;
     const std::string anchor = firstAttribute(bodies, "anchor").value();
     frame.anchor = anchor == "ctr" ? TextAnchor::Middle
-                 : anchor == "b"   ? TextAnchor::Bottom
+                   : anchor == "b" ? TextAnchor::Bottom
                                    : TextAnchor::Top;
     for (pugi::xml_node bodyPr : bodies) {
         if (child(bodyPr, "spAutoFit")) {
@@ -239,8 +243,9 @@ void fillText(DrawnShape& shape, pugi::xml_node txBody, const Lineage& l, const 
             levelSources(l, t, core, child(nodes[i], "pPr").attribute("lvl").as_int(0));
         for (const TextBody::Piece& piece : pieces)
             if (piece.paragraph == nodes[i] && piece.length > 0)
-                para.runs << TextRun{piece.start, piece.length,
-                                     formatOf(piece.properties, levels, fontReference, core.styles)};
+                para.runs << TextRun{
+                    piece.start, piece.length,
+                    formatOf(piece.properties, levels, fontReference, core.styles)};
         frame.paragraphs << para;
     }
 }
@@ -264,8 +269,8 @@ bool fillColor(pugi::xml_node properties, const DeckStyles& styles, bool* set, s
 
 void fillGeometry(DrawnShape& shape, const ShapeNode& node, const Lineage& l) {
     for (pugi::xml_node element : l.elements) {
-        const ShapeNode inherited{element, node.id, element == node.element ? node.placement
-                                                                            : Placement{}};
+        const ShapeNode inherited{element, node.id,
+                                  element == node.element ? node.placement : Placement{}};
         const Box box = geometry(inherited);
         if (!box.known) continue;
         shape.box = QRectF(box.left, box.top, box.width, box.height);
@@ -284,7 +289,8 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles) 
     if (local == "pic") {
         // A picture is not filled, but it may have an outline.
         const pugi::xml_node ln = child(child(l.elements.front(), "spPr"), "ln");
-        if (ln.attribute("w")) shape.lineWidth = static_cast<float>(ln.attribute("w").as_double() / kEmuPerPoint);
+        if (ln.attribute("w"))
+            shape.lineWidth = static_cast<float>(ln.attribute("w").as_double() / kEmuPerPoint);
         fillColor(ln, styles, &shape.outlined, &shape.line);
         return;
     }
@@ -306,14 +312,16 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles) 
     const pugi::xml_node style = child(l.elements.front(), "style");
     bool decided = false;
     for (pugi::xml_node element : l.elements)
-        if ((decided = fillColor(child(element, "spPr"), styles, &shape.filled, &shape.fill))) break;
+        if ((decided = fillColor(child(element, "spPr"), styles, &shape.filled, &shape.fill)))
+            break;
     if (!decided)
         if (pugi::xml_node ref = child(style, "fillRef"); ref.attribute("idx").as_int() > 0)
             shape.filled = colorOf(ref, styles, &shape.fill, true);
     decided = false;
     for (pugi::xml_node element : l.elements) {
         const pugi::xml_node ln = child(child(element, "spPr"), "ln");
-        if (ln.attribute("w")) shape.lineWidth = static_cast<float>(ln.attribute("w").as_double() / kEmuPerPoint);
+        if (ln.attribute("w"))
+            shape.lineWidth = static_cast<float>(ln.attribute("w").as_double() / kEmuPerPoint);
         if ((decided = fillColor(ln, styles, &shape.outlined, &shape.line))) break;
     }
     if (!decided)
@@ -378,8 +386,7 @@ SlideDrawing Deck::drawing(int slide) const {
         {slideShows ? t.layoutTree : pugi::xml_node(), &t.layoutPart}};
     for (const auto& [tree, partName] : behind)
         for (const ShapeNode& node : listShapes(tree))
-            if (!placeholderOf(node.element))
-                result.behind << drawnShape(node, t, *d, *partName);
+            if (!placeholderOf(node.element)) result.behind << drawnShape(node, t, *d, *partName);
     for (const ShapeNode& node : listShapes(shapeTree(part.doc)))
         result.shapes << drawnShape(node, t, *d, part.partName);
     return result;

@@ -42,9 +42,9 @@ struct TextRun {
 enum class TextAlign { Left, Center, Right, Justify };
 
 struct TextParagraph {
-    int start = 0;        // in the frame's text
-    QString text;         // without the paragraph break; line breaks are "\v"
-    QList<TextRun> runs;  // covering `text` in order
+    int start = 0;         // in the frame's text
+    QString text;          // without the paragraph break; line breaks are "\v"
+    QList<TextRun> runs;   // covering `text` in order
     TextFormat endFormat;  // the paragraph's end: the height of an empty paragraph
     TextAlign align = TextAlign::Left;
     float marginLeft = 0;  // points, from the frame's left inset
@@ -53,7 +53,7 @@ struct TextParagraph {
     float lineSpacing = 1;
     float lineSpacingPoints = 0;
     float spaceBefore = 0, spaceAfter = 0;  // points
-    QString bullet;  // a character bullet, empty for none
+    QString bullet;                         // a character bullet, empty for none
 };
 
 enum class TextAnchor { Top, Middle, Bottom };
@@ -72,10 +72,10 @@ struct TextFrame {
 struct DrawnShape {
     int id = 0;
     QString name;
-    QString kind;         // as ShapeInfo::kind
-    QRectF box;           // points; inherited from the layout for placeholders
+    QString kind;           // as ShapeInfo::kind
+    QRectF box;             // points; inherited from the layout for placeholders
     bool boxKnown = false;  // false: neither the shape nor its layout says where it is
-    double rotation = 0;  // degrees, clockwise about the box's centre
+    double rotation = 0;    // degrees, clockwise about the box's centre
     bool flipH = false, flipV = false;
     // The outline of a plain shape: a preset name ("rect", "roundRect", "ellipse", ...),
     // "line" for connectors, "custom" for free-form geometry; empty for pictures, tables and

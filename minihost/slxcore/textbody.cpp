@@ -32,6 +32,16 @@ QString storable(const QString& text) {
     return result;
 }
 
+// Replaces every attribute and child of `target` by those of `source`.
+void replaceProperties(pugi::xml_node target, pugi::xml_node source) {
+    while (target.first_attribute()) target.remove_attribute(target.first_attribute());
+    while (target.first_child()) target.remove_child(target.first_child());
+    for (pugi::xml_attribute a = source.first_attribute(); a; a = a.next_attribute())
+        target.append_attribute(a.name()).set_value(a.value());
+    for (pugi::xml_node c = source.first_child(); c; c = c.next_sibling()) target.append_copy(c);
+    target.remove_attribute("err");
+}
+
 }  // namespace
 
 TextBody::TextBody(pugi::xml_node txBody) : m_body(txBody) {
@@ -276,6 +286,20 @@ pugi::xml_node TextBody::propertiesAt(int pos) const {
     for (const Segment& s : m_segments)
         if (s.paragraph == last && s.kind != Kind::ParagraphEnd) lastContent = s.node;
     return lastContent ? runProperties(lastContent) : child(last, "endParaRPr");
+}
+
+TextBody::Replacement TextBody::replace(int pos, int len, const QString& text) {
+    pugi::xml_document first;  // a copy: the removal takes the original away
+    if (len > 0)
+        if (pugi::xml_node props = propertiesAt(pos)) first.append_copy(props);
+    const auto [at, removed] = remove(pos, len);
+    const int before = length();
+    const int start = insert(at, text);
+    const int inserted = length() - before;
+    if (first.first_child() && inserted > 0)
+        format(start, inserted,
+               [&](pugi::xml_node rPr) { replaceProperties(rPr, first.first_child()); });
+    return {at, removed, start, inserted};
 }
 
 std::vector<TextBody::Piece> TextBody::pieces() const {

@@ -31,6 +31,13 @@ public:
     // Removes [pos, pos + len), widened to whole fields and pairs; returns the start and the
     // length actually removed. Removing a paragraph break joins the two paragraphs.
     std::pair<int, int> remove(int pos, int len);
+    // Replaces [pos, pos + len) (widened as remove() widens it) by `text`, which takes the
+    // format of the first character it replaces; when nothing is replaced, as insert() says.
+    // The removal started at `at`; the new text is at [pos, pos + inserted).
+    struct Replacement {
+        int at, removed, pos, inserted;
+    };
+    Replacement replace(int pos, int len, const QString& text);
     // Calls `edit` on the run properties (created when missing) of every run, line break and
     // field in [pos, pos + len), splitting runs at both ends. For an empty range in an empty
     // paragraph it edits that paragraph's end properties, which text typed there takes up.

@@ -40,16 +40,6 @@ FontValues fontOf(const DeckCore& core, RangeState& state, bool* found) {
     return resolveFont(TextBody(body).propertiesAt(state.start), body, core.styles);
 }
 
-// Replaces every attribute and child of `target` by those of `source`.
-void copyProperties(pugi::xml_node target, pugi::xml_node source) {
-    while (target.first_attribute()) target.remove_attribute(target.first_attribute());
-    while (target.first_child()) target.remove_child(target.first_child());
-    for (pugi::xml_attribute a = source.first_attribute(); a; a = a.next_attribute())
-        target.append_attribute(a.name()).set_value(a.value());
-    for (pugi::xml_node c = source.first_child(); c; c = c.next_sibling()) target.append_copy(c);
-    target.remove_attribute("err");
-}
-
 }  // namespace
 
 TextFrameObject::TextFrameObject(std::shared_ptr<DeckCore> core, int slide, int id)
@@ -132,20 +122,11 @@ HRESULT TextRangeObject::put_Text(BSTR text) {
         if (!body) return E_FAIL;
         EditScope edit(*m_core, m_state->slide, QStringLiteral("put_Text"));
         TextBody frame(body);
-        // The new text takes the format of the first character it replaces.
-        pugi::xml_document first;
-        if (m_state->length > 0)
-            if (pugi::xml_node props = frame.propertiesAt(m_state->start)) first.append_copy(props);
-        const auto [at, removed] = frame.remove(m_state->start, m_state->length);
-        const int before = frame.length();
-        const int pos = frame.insert(at, value);
-        const int inserted = frame.length() - before;
-        if (first.first_child() && inserted > 0)
-            frame.format(pos, inserted,
-                         [&](pugi::xml_node rPr) { copyProperties(rPr, first.first_child()); });
-        m_core->textReplaced(m_state->slide, m_state->shapeId, at, removed, inserted, m_state.get());
-        m_state->start = pos;
-        m_state->length = inserted;
+        const TextBody::Replacement r = frame.replace(m_state->start, m_state->length, value);
+        m_core->textReplaced(m_state->slide, m_state->shapeId, r.at, r.removed, r.inserted,
+                             m_state.get());
+        m_state->start = r.pos;
+        m_state->length = r.inserted;
         m_core->fit(m_state->slide, m_state->shapeId);
         return S_OK;
     });

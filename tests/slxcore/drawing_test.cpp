@@ -36,33 +36,43 @@ QRectF boxOf(const Deck& deck, int id) {
 // space half the size of its place) holding a text box.
 const QByteArray kShapes =
     "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"Oval 1\"/><p:cNvSpPr/><p:nvPr/></p:nvSpPr>"
-    "<p:spPr><a:xfrm rot=\"5400000\"><a:off x=\"127000\" y=\"254000\"/><a:ext cx=\"2540000\" cy=\"1270000\"/></a:xfrm>"
+    "<p:spPr><a:xfrm rot=\"5400000\"><a:off x=\"127000\" y=\"254000\"/><a:ext cx=\"2540000\" "
+    "cy=\"1270000\"/></a:xfrm>"
     "<a:prstGeom prst=\"ellipse\"><a:avLst/></a:prstGeom>"
     "<a:solidFill><a:srgbClr val=\"FF0000\"><a:lumMod val=\"50000\"/></a:srgbClr></a:solidFill>"
     "<a:ln w=\"25400\"><a:solidFill><a:srgbClr val=\"00FF00\"/></a:solidFill></a:ln></p:spPr>"
     "<p:txBody><a:bodyPr wrap=\"none\" lIns=\"0\" tIns=\"12700\" anchor=\"ctr\">"
     "<a:normAutofit fontScale=\"50000\" lnSpcReduction=\"10000\"/></a:bodyPr>"
     "<a:lstStyle><a:lvl1pPr algn=\"r\"><a:defRPr sz=\"2400\" i=\"1\"/></a:lvl1pPr></a:lstStyle>"
-    "<a:p><a:pPr><a:lnSpc><a:spcPct val=\"150000\"/></a:lnSpc><a:spcAft><a:spcPts val=\"600\"/></a:spcAft></a:pPr>"
+    "<a:p><a:pPr><a:lnSpc><a:spcPct val=\"150000\"/></a:lnSpc><a:spcAft><a:spcPts "
+    "val=\"600\"/></a:spcAft></a:pPr>"
     "<a:r><a:rPr lang=\"zh-CN\" b=\"1\" u=\"sng\"><a:solidFill><a:srgbClr val=\"0000FF\">"
     "<a:lumMod val=\"50000\"/></a:srgbClr></a:solidFill>"
-    "<a:latin typeface=\"Noto Serif\"/><a:ea typeface=\"Noto Serif CJK SC\"/></a:rPr><a:t>你好</a:t></a:r>"
+    "<a:latin typeface=\"Noto Serif\"/><a:ea typeface=\"Noto Serif CJK "
+    "SC\"/></a:rPr><a:t>你好</a:t></a:r>"
     "<a:br><a:rPr lang=\"en-US\"/></a:br><a:r><a:rPr lang=\"en-US\"/><a:t>ab</a:t></a:r></a:p>"
     "<a:p><a:pPr marL=\"342900\" indent=\"-342900\" algn=\"ctr\"><a:buChar char=\"-\"/></a:pPr>"
-    "<a:r><a:rPr lang=\"en-US\" strike=\"sngStrike\"/><a:t>x</a:t></a:r><a:endParaRPr sz=\"1000\"/></a:p>"
+    "<a:r><a:rPr lang=\"en-US\" strike=\"sngStrike\"/><a:t>x</a:t></a:r><a:endParaRPr "
+    "sz=\"1000\"/></a:p>"
     "</p:txBody></p:sp>"
-    "<p:sp><p:nvSpPr><p:cNvPr id=\"3\" name=\"TextBox 2\"/><p:cNvSpPr txBox=\"1\"/><p:nvPr/></p:nvSpPr>"
-    "<p:spPr><a:xfrm><a:off x=\"1270000\" y=\"1270000\"/><a:ext cx=\"2540000\" cy=\"508000\"/></a:xfrm>"
+    "<p:sp><p:nvSpPr><p:cNvPr id=\"3\" name=\"TextBox 2\"/><p:cNvSpPr "
+    "txBox=\"1\"/><p:nvPr/></p:nvSpPr>"
+    "<p:spPr><a:xfrm><a:off x=\"1270000\" y=\"1270000\"/><a:ext cx=\"2540000\" "
+    "cy=\"508000\"/></a:xfrm>"
     "<a:prstGeom prst=\"rect\"><a:avLst/></a:prstGeom><a:noFill/></p:spPr>"
     "<p:txBody><a:bodyPr wrap=\"square\"><a:spAutoFit/></a:bodyPr><a:lstStyle/>"
     "<a:p><a:r><a:rPr lang=\"zh-CN\" sz=\"2000\"/><a:t>银行行长</a:t></a:r></a:p></p:txBody></p:sp>"
-    "<p:grpSp><p:nvGrpSpPr><p:cNvPr id=\"4\" name=\"Group 3\"/><p:cNvGrpSpPr/><p:nvPr/></p:nvGrpSpPr>"
+    "<p:grpSp><p:nvGrpSpPr><p:cNvPr id=\"4\" name=\"Group "
+    "3\"/><p:cNvGrpSpPr/><p:nvPr/></p:nvGrpSpPr>"
     "<p:grpSpPr><a:xfrm><a:off x=\"0\" y=\"2540000\"/><a:ext cx=\"2540000\" cy=\"2540000\"/>"
     "<a:chOff x=\"0\" y=\"0\"/><a:chExt cx=\"1270000\" cy=\"1270000\"/></a:xfrm></p:grpSpPr>"
-    "<p:sp><p:nvSpPr><p:cNvPr id=\"5\" name=\"TextBox 4\"/><p:cNvSpPr txBox=\"1\"/><p:nvPr/></p:nvSpPr>"
-    "<p:spPr><a:xfrm><a:off x=\"127000\" y=\"127000\"/><a:ext cx=\"254000\" cy=\"254000\"/></a:xfrm>"
+    "<p:sp><p:nvSpPr><p:cNvPr id=\"5\" name=\"TextBox 4\"/><p:cNvSpPr "
+    "txBox=\"1\"/><p:nvPr/></p:nvSpPr>"
+    "<p:spPr><a:xfrm><a:off x=\"127000\" y=\"127000\"/><a:ext cx=\"254000\" "
+    "cy=\"254000\"/></a:xfrm>"
     "<a:prstGeom prst=\"rect\"><a:avLst/></a:prstGeom></p:spPr>"
-    "<p:txBody><a:bodyPr/><a:lstStyle/><a:p><a:r><a:rPr lang=\"en-US\"/><a:t>g</a:t></a:r></a:p></p:txBody></p:sp>"
+    "<p:txBody><a:bodyPr/><a:lstStyle/><a:p><a:r><a:rPr "
+    "lang=\"en-US\"/><a:t>g</a:t></a:r></a:p></p:txBody></p:sp>"
     "</p:grpSp>";
 
 TEST(SlideDrawing, ShapesWithTheirPlaceOutlineAndResolvedText) {
@@ -136,27 +146,29 @@ TEST(SlideDrawing, ShapesWithTheirPlaceOutlineAndResolvedText) {
 TEST(SlideDrawing, PlaceholdersTakeTheirPlaceAndStyleFromTheLayoutAndMaster) {
     if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
     QString error;
-    auto deck = Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/poi-bug64693.pptx"), &error);
+    auto deck =
+        Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/poi-bug64693.pptx"), &error);
     ASSERT_TRUE(deck) << error.toStdString();
     const minihost::SlideDrawing drawing = deck->drawing(1);
     const DrawnShape* content = find(drawing, 3);
     ASSERT_TRUE(content);
     EXPECT_TRUE(boxOf(*deck, 3).isNull());  // the slide does not say where it is
-    ASSERT_TRUE(content->boxKnown);  // its layout's placeholder idx="12" does
+    ASSERT_TRUE(content->boxKnown);         // its layout's placeholder idx="12" does
     EXPECT_NEAR(content->box.left(), 726021 / 12700.0, 0.01);
     EXPECT_NEAR(content->box.top(), 1512875 / 12700.0, 0.01);
     ASSERT_GE(content->text.paragraphs.size(), 3);
     // The master's body style: bullets, and the theme's East Asian font named by the slide.
     EXPECT_EQ(content->text.paragraphs[0].bullet, QStringLiteral("•"));
     EXPECT_EQ(content->text.paragraphs[1].text, QStringLiteral("嘿嘿"));
-    EXPECT_EQ(content->text.paragraphs[1].runs[0].format.eastAsianFont, QStringLiteral("Microsoft YaHei"));
+    EXPECT_EQ(content->text.paragraphs[1].runs[0].format.eastAsianFont,
+              QStringLiteral("Microsoft YaHei"));
 }
 
 TEST(SlideDrawing, TheMastersDrawingsAreBehindTheSlideItsDefaultsOnlyOutsidePlaceholders) {
     if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
     QString error;
-    auto deck = Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/real/alterman_security.pptx"),
-                               &error);
+    auto deck = Deck::loadFile(
+        decktest::testDeckDir() + QStringLiteral("/real/alterman_security.pptx"), &error);
     ASSERT_TRUE(deck) << error.toStdString();
     const minihost::SlideDrawing drawing = deck->drawing(2);
     // The master's red band along the bottom, not its placeholders.
@@ -184,8 +196,8 @@ TEST(DeckEdits, MoveAndResizeAreUndoSteps) {
     EXPECT_EQ(boxOf(*deck, 5), QRectF(30, 220, 40, 40));
     EXPECT_TRUE(deck->resizeShape(3, QRectF(0, 0, 50, 30)));
     EXPECT_EQ(boxOf(*deck, 3), QRectF(0, 0, 50, 30));
-    EXPECT_EQ(deck->undoSteps(),
-              (QStringList{QStringLiteral("move"), QStringLiteral("move"), QStringLiteral("resize")}));
+    EXPECT_EQ(deck->undoSteps(), (QStringList{QStringLiteral("move"), QStringLiteral("move"),
+                                              QStringLiteral("resize")}));
     // Unknown shapes and empty boxes change nothing.
     EXPECT_FALSE(deck->moveShapes({2, 99}, 1, 1));
     EXPECT_FALSE(deck->moveShapes({}, 1, 1));
@@ -199,7 +211,8 @@ TEST(DeckEdits, MoveAndResizeAreUndoSteps) {
 TEST(DeckEdits, APlaceholderMovedGetsItsInheritedPlaceAsItsOwn) {
     if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
     QString error;
-    auto deck = Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/poi-bug64693.pptx"), &error);
+    auto deck =
+        Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/poi-bug64693.pptx"), &error);
     ASSERT_TRUE(deck) << error.toStdString();
     const QRectF inherited = find(deck->drawing(1), 3)->box;
     ASSERT_TRUE(deck->moveShapes({3}, 10, 20));
@@ -225,14 +238,18 @@ TEST(DeckEdits, ReplaceTextTypesDeletesAndMovesTheSelection) {
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新的银行"));
     EXPECT_EQ(deck->replaceText(3, 1, 1, QStringLiteral("\n"), QStringLiteral("paste")), 2);
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新\r银行"));
-    EXPECT_EQ(deck->undoSteps(), (QStringList{QStringLiteral("typing"), QStringLiteral("delete text"),
-                                              QStringLiteral("paste")}));
+    EXPECT_EQ(deck->undoSteps(),
+              (QStringList{QStringLiteral("typing"), QStringLiteral("delete text"),
+                           QStringLiteral("paste")}));
     EXPECT_EQ(deck->replaceText(2, 0, 0, QString(), QStringLiteral("typing")), 0);  // nothing
     EXPECT_EQ(deck->replaceText(4, 0, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
     EXPECT_EQ(deck->replaceText(3, -1, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
     EXPECT_EQ(deck->undoSteps().size(), 3);
     ASSERT_TRUE(deck->undo());
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新的银行"));
+    // All of the text replaced: the new text keeps the format of what it replaced.
+    EXPECT_EQ(deck->replaceText(3, 0, 4, QStringLiteral("行"), QStringLiteral("typing")), 1);
+    EXPECT_EQ(find(deck->drawing(1), 3)->text.paragraphs[0].runs[0].format.size, 20);
 }
 
 TEST(DeckEdits, DeleteShapesIsOneStepWithTheirMembers) {

@@ -12,6 +12,7 @@
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "sliderenderer.h"
+#include "slidescene.h"
 
 using minihost::Deck;
 
@@ -73,9 +74,29 @@ TEST(SlideRenderer, ExampleDeckTextInItsBoxesInItsColour) {
         EXPECT_GE(ink.top(), 40);
         EXPECT_LE(ink.bottom(), 140 + 200);
         // Title and body: ink in both boxes.
-        EXPECT_FALSE(pixelsOf(image, QColor(0x1F, 0x38, 0x64), 40, QRect(60, 40, 840, 60)).isNull());
-        EXPECT_FALSE(pixelsOf(image, QColor(0x1F, 0x38, 0x64), 40, QRect(60, 140, 840, 160)).isNull());
+        EXPECT_FALSE(
+            pixelsOf(image, QColor(0x1F, 0x38, 0x64), 40, QRect(60, 40, 840, 60)).isNull());
+        EXPECT_FALSE(
+            pixelsOf(image, QColor(0x1F, 0x38, 0x64), 40, QRect(60, 140, 840, 160)).isNull());
     }
+}
+
+TEST(SlideRenderer, LinesBreakWhereLibreOfficeBreaksThem) {
+    // The example deck's first line with readings in brackets after four characters, as the
+    // phonetic-symbol command writes them: LibreOffice breaks it before 上 (checked on its PDF
+    // page), with a quarter em between the brackets and the Latin readings.
+    auto deck = open(QStringLiteral(EXAMPLE_DECK));
+    ASSERT_TRUE(deck);
+    const QString line =
+        QStringLiteral("床（chuáng）前（qián）明（míng）月（yuè）光，疑是地上霜。");
+    ASSERT_GT(deck->replaceText(3, 0, 12, line, QStringLiteral("typing")), 0);
+    const zstudio::SlideScene scene(*deck, 1);
+    const zstudio::FrameLayout* text = scene.text(3);
+    ASSERT_TRUE(text);
+    const int shang = static_cast<int>(line.indexOf(QStringLiteral("上霜")));
+    EXPECT_EQ(text->lineStart(shang), shang);
+    EXPECT_EQ(text->lineStart(shang - 1), 0);
+    EXPECT_EQ(text->lineEnd(0), shang);
 }
 
 TEST(SlideRenderer, PaintsOnlyIntoItsTarget) {
@@ -99,6 +120,26 @@ TEST(SlideRenderer, PaintsOnlyIntoItsTarget) {
     EXPECT_EQ(pixelsOf(blank, Qt::magenta, 0), blank.rect());
 }
 
+TEST(SlideRenderer, PicturesFromTheDeckPlainShapesAndTheLabelledPlaceOfATable) {
+    if (decktest::testDeckNames().isEmpty()) GTEST_SKIP() << "no public test decks";
+    auto deck = open(decktest::testDeckDir() + QStringLiteral("/pypptx-test_slides.pptx"));
+    ASSERT_TRUE(deck);
+    const QImage image = render(*deck, 1);
+    // The picture (id 6, at 439.4, 156.6, 211 x 71): its yellow and blue, nowhere else.
+    const QRect yellow = pixelsOf(image, QColor(0xFF, 0xD4, 0x3B), 40);
+    ASSERT_FALSE(yellow.isNull());
+    EXPECT_TRUE(QRect(439, 156, 212, 72).contains(yellow.topLeft()));
+    // The rounded rectangles (ids 12, 13) filled with the theme's accent 1, their text white.
+    EXPECT_EQ(image.pixelColor(450, 470), QColor(0x4F, 0x81, 0xBD));
+    EXPECT_FALSE(pixelsOf(image, Qt::white, 10, QRect(450, 460, 60, 20)).isNull());
+    // The table (id 16, at 36.8, 326.7, 323.2 x 58.4) is not drawn: a grey dashed outline
+    // and its name mark its place.
+    const QRect grey = pixelsOf(image, QColor(0x98, 0x98, 0x98), 40, QRect(30, 320, 340, 70));
+    ASSERT_FALSE(grey.isNull());
+    EXPECT_NEAR(grey.left(), 37, 2);
+    EXPECT_NEAR(grey.top(), 327, 2);
+}
+
 TEST(SlideRenderer, DrawsEveryPublicTestDeckWithoutLeavingObjects) {
     const QStringList names = decktest::testDeckNames();
     if (names.isEmpty()) GTEST_SKIP() << "no public test decks";
@@ -108,7 +149,8 @@ TEST(SlideRenderer, DrawsEveryPublicTestDeckWithoutLeavingObjects) {
         for (int slide = 1; slide <= deck->slideCount(); ++slide) {
             const QImage image = render(*deck, slide);
             keep(image, QStringLiteral("%1-%2").arg(QFileInfo(name).completeBaseName()).arg(slide));
-            EXPECT_EQ(pixelsOf(image, Qt::magenta, 0), QRect()) << name.toStdString() << " " << slide;
+            EXPECT_EQ(pixelsOf(image, Qt::magenta, 0), QRect())
+                << name.toStdString() << " " << slide;
         }
     }
     EXPECT_EQ(minihost::liveObjectCount(), 0);

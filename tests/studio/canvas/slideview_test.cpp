@@ -194,9 +194,10 @@ TEST_F(SlideViewTest, TypingDeletingAndPastingAreUndoSteps) {
     QApplication::clipboard()->setText(QStringLiteral("光\n"));
     QTest::keyClick(&view, Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(deck->text(1, kBody).left(7), QStringLiteral("床前明月光\r疑"));
-    EXPECT_EQ(deck->undoSteps(), (QStringList{QStringLiteral("typing"), QStringLiteral("delete text"),
-                                              QStringLiteral("delete text"),
-                                              QStringLiteral("delete text"), QStringLiteral("paste")}));
+    EXPECT_EQ(deck->undoSteps(),
+              (QStringList{QStringLiteral("typing"), QStringLiteral("delete text"),
+                           QStringLiteral("delete text"), QStringLiteral("delete text"),
+                           QStringLiteral("paste")}));
     EXPECT_EQ(edited.count(), 5);
     // The new text takes the format of the text it was typed into.
     const minihost::SlideDrawing drawn = deck->drawing(1);

@@ -63,28 +63,30 @@ std::pair<double, double> extentOf(const minihost::TextFormat& format, double sc
     font.setBold(format.bold);
     font.setItalic(format.italic);
     const QFontMetricsF metrics(font);
-    return {metrics.ascent(), metrics.descent()};
+    // Single spacing is at least 1.2 times the size, as presentation programs space lines
+    // (LibreOffice's lines of substituted fonts measure so too); the room goes below the text.
+    const double single = 1.2 * format.size * scale * kUnits;
+    return {metrics.ascent(), std::max(metrics.descent(), single - metrics.ascent())};
 }
 
-bool isIdeographic(QChar c) {
+// Ideographs, kana, CJK punctuation and fullwidth forms.
+bool isEastAsian(QChar c) {
     const ushort u = c.unicode();
-    return (u >= 0x2E80 && u <= 0x9FFF) || (u >= 0xF900 && u <= 0xFAFF) || c.isSurrogate();
+    return (u >= 0x2E80 && u <= 0x9FFF) || (u >= 0xF900 && u <= 0xFAFF) ||
+           (u >= 0xFF00 && u <= 0xFFEF) || c.isSurrogate();
 }
 
-// Where ideographs and Latin text meet, a quarter of an em apart, as the presentation program
+// Where East Asian and Latin text meet, a quarter of an em apart, as the presentation program
 // we compare with (LibreOffice) draws them: after the last character before each such border.
 void spaceScripts(const QString& text, const minihost::TextParagraph& para, double scale,
                   QVector<QTextLayout::FormatRange>& formats) {
     for (int i = 0; i + 1 < text.size(); ++i) {
         const QChar a = text[i], b = text[i + 1];
-        if (a.isSpace() || b.isSpace() || isIdeographic(a) == isIdeographic(b)) continue;
-        // Fullwidth punctuation carries its own room.
-        if ((a.unicode() >= 0x3000 && a.unicode() <= 0x303F) || (b.unicode() >= 0x3000 && b.unicode() <= 0x303F) ||
-            (a.unicode() >= 0xFF00 && a.unicode() <= 0xFF60) || (b.unicode() >= 0xFF00 && b.unicode() <= 0xFF60))
-            continue;
+        if (a.isSpace() || b.isSpace() || isEastAsian(a) == isEastAsian(b)) continue;
         float size = para.endFormat.size;
         for (const minihost::TextRun& run : para.runs)
-            if (run.start - para.start <= i && i < run.start - para.start + run.length) size = run.format.size;
+            if (run.start - para.start <= i && i < run.start - para.start + run.length)
+                size = run.format.size;
         QTextCharFormat gap;
         gap.setFontLetterSpacingType(QFont::AbsoluteSpacing);
         gap.setFontLetterSpacing(size * scale * kUnits / 4);
@@ -94,10 +96,14 @@ void spaceScripts(const QString& text, const minihost::TextParagraph& para, doub
 
 Qt::Alignment alignmentOf(minihost::TextAlign align) {
     switch (align) {
-    case minihost::TextAlign::Center: return Qt::AlignHCenter;
-    case minihost::TextAlign::Right: return Qt::AlignRight;
-    case minihost::TextAlign::Justify: return Qt::AlignJustify;
-    case minihost::TextAlign::Left: break;
+        case minihost::TextAlign::Center:
+            return Qt::AlignHCenter;
+        case minihost::TextAlign::Right:
+            return Qt::AlignRight;
+        case minihost::TextAlign::Justify:
+            return Qt::AlignJustify;
+        case minihost::TextAlign::Left:
+            break;
     }
     return Qt::AlignLeft;
 }
@@ -168,8 +174,8 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
             widest = std::max(widest, left + line.naturalTextWidth() / kUnits);
             if (firstLine && bulleted) {
                 laid.bullet = std::make_unique<QTextLayout>(para.bullet, fontFor(first, scale));
-                laid.bullet->setFormats({{0, static_cast<int>(para.bullet.size()),
-                                          charFormat(first, scale)}});
+                laid.bullet->setFormats(
+                    {{0, static_cast<int>(para.bullet.size()), charFormat(first, scale)}});
                 laid.bullet->beginLayout();
                 QTextLine mark = laid.bullet->createLine();
                 mark.setLineWidth(kNoWrapWidth);
@@ -183,9 +189,10 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
         y += para.spaceAfter;
         m_paragraphs.push_back(std::move(laid));
     }
-    m_length = frame.paragraphs.isEmpty()
-                   ? 0
-                   : frame.paragraphs.last().start + static_cast<int>(frame.paragraphs.last().text.size());
+    m_length =
+        frame.paragraphs.isEmpty()
+            ? 0
+            : frame.paragraphs.last().start + static_cast<int>(frame.paragraphs.last().text.size());
 
     if (follows) {
         // It grows away from where its text is anchored: down, both ways, or up.
@@ -215,9 +222,9 @@ FrameLayout::FrameLayout(const minihost::DrawnShape& shape) : m_box(shape.box) {
         }
     }
     const double free = m_box.height() - insets.top() - insets.bottom() - y;
-    const double anchor = frame.anchor == minihost::TextAnchor::Middle ? free / 2
-                        : frame.anchor == minihost::TextAnchor::Bottom ? free
-                                                                       : 0.0;
+    const double anchor = frame.anchor == minihost::TextAnchor::Middle   ? free / 2
+                          : frame.anchor == minihost::TextAnchor::Bottom ? free
+                                                                         : 0.0;
     const QPointF origin(m_box.left() + insets.left(), m_box.top() + insets.top() + anchor);
     for (Paragraph& p : m_paragraphs) p.origin = origin;
 }
@@ -261,9 +268,9 @@ int FrameLayout::positionAt(const QPointF& point) const {
         for (int i = 0; i < p.layout->lineCount(); ++i) {
             const QTextLine line = p.layout->lineAt(i);
             const auto [top, bottom] = band(p, i);
-            const double distance = local.y() < top    ? top - local.y()
-                                  : local.y() > bottom ? local.y() - bottom
-                                                       : 0.0;
+            const double distance = local.y() < top      ? top - local.y()
+                                    : local.y() > bottom ? local.y() - bottom
+                                                         : 0.0;
             if (!best || distance < bestDistance) {
                 best = &p;
                 bestLine = line;

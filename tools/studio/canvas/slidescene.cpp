@@ -8,8 +8,8 @@
 namespace zstudio {
 namespace {
 
-const QStringList kDrawnGeometries{QStringLiteral("rect"), QStringLiteral("roundRect"),
-                                   QStringLiteral("ellipse"), QStringLiteral("line"),
+const QStringList kDrawnGeometries{QStringLiteral("rect"),     QStringLiteral("roundRect"),
+                                   QStringLiteral("ellipse"),  QStringLiteral("line"),
                                    QStringLiteral("triangle"), QStringLiteral("diamond")};
 
 // The outline of a plain shape in `box`; empty for a geometry not drawn.
@@ -100,9 +100,9 @@ void SlideScene::paint(QPainter& painter, int textShape, int selStart, int selLe
     painter.restore();
 }
 
-void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape,
-                            const QRectF& box, const FrameLayout* text, bool ofSlide,
-                            int selStart, int selLength) const {
+void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape, const QRectF& box,
+                            const FrameLayout* text, bool ofSlide, int selStart,
+                            int selLength) const {
     if (!shape.boxKnown || shape.kind == QLatin1String("group")) return;
     painter.save();
     if (shape.rotation != 0 || shape.flipH || shape.flipV) {

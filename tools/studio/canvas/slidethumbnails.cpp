@@ -12,7 +12,7 @@
 namespace {
 constexpr int kThumbnailWidth = 160;  // pixels
 constexpr int kPerTurn = 8;           // pictures drawn per turn of the event loop
-}
+}  // namespace
 
 SlideThumbnails::SlideThumbnails(QWidget* parent)
     : QWidget(parent), m_list(new QListWidget(this)), m_drawing(new QTimer(this)) {
@@ -41,8 +41,8 @@ void SlideThumbnails::refresh() {
     m_drawing->stop();
     if (!m_deck) return;
     const QSizeF size = m_deck->slideSize();
-    const QSize pixels(kThumbnailWidth,
-                       std::max(1, qRound(kThumbnailWidth * size.height() / std::max(1.0, size.width()))));
+    const QSize pixels(kThumbnailWidth, std::max(1, qRound(kThumbnailWidth * size.height() /
+                                                           std::max(1.0, size.width()))));
     m_list->setIconSize(pixels);
     QPixmap blank(pixels);
     blank.fill(Qt::white);

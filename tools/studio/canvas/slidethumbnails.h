@@ -17,7 +17,7 @@ class SlideThumbnails : public QWidget {
 public:
     explicit SlideThumbnails(QWidget* parent = nullptr);
     void setDeck(minihost::Deck* deck);  // not owned; null shows nothing
-    void refresh();  // draws every slide again and marks the current one
+    void refresh();                      // draws every slide again and marks the current one
 
     // The list the thumbnails are items of, for tests that click them.
     QListWidget* list() const { return m_list; }

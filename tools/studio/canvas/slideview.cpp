@@ -14,18 +14,17 @@
 
 namespace {
 
-constexpr double kMargin = 16;      // pixels around the slide
-constexpr double kHandle = 7;       // a handle's side, pixels
-constexpr double kBorder = 4;       // how near the border a press moves the shape, pixels
+constexpr double kMargin = 16;              // pixels around the slide
+constexpr double kHandle = 7;               // a handle's side, pixels
+constexpr double kBorder = 4;               // how near the border a press moves the shape, pixels
 constexpr double kStep = 6, kFineStep = 1;  // arrow-key moves, points
 const QColor kSelection(0x1E, 0x6F, 0xD9);
 
 // The box's eight handles: corners and edge middles, clockwise from the top left.
 QPointF handlePoint(const QRectF& r, int i) {
-    const QPointF points[8] = {r.topLeft(), {r.center().x(), r.top()}, r.topRight(),
-                               {r.right(), r.center().y()}, r.bottomRight(),
-                               {r.center().x(), r.bottom()}, r.bottomLeft(),
-                               {r.left(), r.center().y()}};
+    const QPointF points[8] = {
+        r.topLeft(),     {r.center().x(), r.top()},    r.topRight(),   {r.right(), r.center().y()},
+        r.bottomRight(), {r.center().x(), r.bottom()}, r.bottomLeft(), {r.left(), r.center().y()}};
     return points[i];
 }
 
@@ -33,7 +32,7 @@ QPointF handlePoint(const QRectF& r, int i) {
 int previousPosition(const QString& text, int pos) {
     if (pos <= 0) return 0;
     return pos >= 2 && text[pos - 1].isLowSurrogate() && text[pos - 2].isHighSurrogate() ? pos - 2
-                                                                                           : pos - 1;
+                                                                                         : pos - 1;
 }
 int nextPosition(const QString& text, int pos) {
     if (pos >= text.size()) return static_cast<int>(text.size());
@@ -124,13 +123,18 @@ void SlideView::selectShapes(const QList<int>& ids) {
     update();
 }
 
-int SlideView::textCursor() const { return m_textMode ? m_caret : -1; }
-int SlideView::textAnchor() const { return m_textMode ? m_anchor : -1; }
+int SlideView::textCursor() const {
+    return m_textMode ? m_caret : -1;
+}
+int SlideView::textAnchor() const {
+    return m_textMode ? m_anchor : -1;
+}
 
 QRectF SlideView::slideRect() const {
     if (!m_deck) return {};
     const QSizeF size = m_deck->slideSize();
-    const double w = std::max(1.0, width() - 2 * kMargin), h = std::max(1.0, height() - 2 * kMargin);
+    const double w = std::max(1.0, width() - 2 * kMargin),
+                 h = std::max(1.0, height() - 2 * kMargin);
     const double zoom = std::min(w / size.width(), h / size.height());
     const QSizeF shown = size * zoom;
     return QRectF(QPointF((width() - shown.width()) / 2, (height() - shown.height()) / 2), shown);
@@ -161,7 +165,8 @@ void SlideView::paintEvent(QPaintEvent*) {
     painter.setClipRect(target);
     painter.setTransform(toTarget, true);
     if (m_textMode)
-        m_scene->paint(painter, m_textShape, std::min(m_anchor, m_caret), std::abs(m_caret - m_anchor));
+        m_scene->paint(painter, m_textShape, std::min(m_anchor, m_caret),
+                       std::abs(m_caret - m_anchor));
     else
         m_scene->paint(painter);
     painter.restore();
@@ -181,7 +186,8 @@ void SlideView::paintEvent(QPaintEvent*) {
     const QList<int> selected = m_deck->selectedShapes();
     for (int id : selected) {
         QRectF box = toTarget.mapRect(m_scene->boxOf(id));
-        if (m_drag == Drag::Move && m_dragged) box.translate(toTarget.map(m_dragDelta) - toTarget.map(QPointF()));
+        if (m_drag == Drag::Move && m_dragged)
+            box.translate(toTarget.map(m_dragDelta) - toTarget.map(QPointF()));
         if (m_drag == Drag::Resize && m_dragged)
             box = toTarget.mapRect(resized(m_scene->boxOf(id), m_dragDelta));
         painter.setPen(QPen(kSelection, 1, m_dragged ? Qt::DashLine : Qt::SolidLine));
@@ -192,7 +198,8 @@ void SlideView::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(kSelection, 1));
         for (int i = 0; i < 8; ++i) {
             const QPointF c = handlePoint(box, i);
-            painter.drawRect(QRectF(c - QPointF(kHandle / 2, kHandle / 2), QSizeF(kHandle, kHandle)));
+            painter.drawRect(
+                QRectF(c - QPointF(kHandle / 2, kHandle / 2), QSizeF(kHandle, kHandle)));
         }
     }
 }
@@ -316,8 +323,8 @@ void SlideView::mouseMoveEvent(QMouseEvent* event) {
         }
         return;
     }
-    if (!m_dragged && (event->localPos() - m_pressWidget).manhattanLength() <
-                          QApplication::startDragDistance())
+    if (!m_dragged &&
+        (event->localPos() - m_pressWidget).manhattanLength() < QApplication::startDragDistance())
         return;
     m_dragged = true;
     m_dragDelta = at - m_pressSlide;
@@ -352,8 +359,8 @@ void SlideView::edited() {
 
 void SlideView::replaceText(const QString& text, const QString& stepName) {
     const int start = std::min(m_anchor, m_caret);
-    const int end = m_deck->replaceText(m_textShape, start, std::abs(m_caret - m_anchor), text,
-                                        stepName);
+    const int end =
+        m_deck->replaceText(m_textShape, start, std::abs(m_caret - m_anchor), text, stepName);
     if (end < 0) return;
     m_anchor = m_caret = end;
     m_deck->selectText(m_textShape, end, 0);
@@ -401,30 +408,36 @@ bool SlideView::keyInText(QKeyEvent* event) {
     }
     const bool collapse = !extend && m_anchor != m_caret;
     switch (event->key()) {
-    case Qt::Key_Escape:
-        selectShapes({m_textShape});
-        return true;
-    case Qt::Key_Left:
-        return moveTo(collapse ? std::min(m_anchor, m_caret) : previousPosition(text, m_caret));
-    case Qt::Key_Right:
-        return moveTo(collapse ? std::max(m_anchor, m_caret) : nextPosition(text, m_caret));
-    case Qt::Key_Up: return moveTo(layout->verticalMove(m_caret, -1));
-    case Qt::Key_Down: return moveTo(layout->verticalMove(m_caret, 1));
-    case Qt::Key_Home: return moveTo(layout->lineStart(m_caret));
-    case Qt::Key_End: return moveTo(layout->lineEnd(m_caret));
-    case Qt::Key_Backspace:
-        if (m_anchor == m_caret) m_anchor = previousPosition(text, m_caret);
-        if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
-        return true;
-    case Qt::Key_Delete:
-        if (m_anchor == m_caret) m_anchor = nextPosition(text, m_caret);
-        if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        replaceText(extend ? QStringLiteral("\v") : QStringLiteral("\r"), QStringLiteral("typing"));
-        return true;
-    default: break;
+        case Qt::Key_Escape:
+            selectShapes({m_textShape});
+            return true;
+        case Qt::Key_Left:
+            return moveTo(collapse ? std::min(m_anchor, m_caret) : previousPosition(text, m_caret));
+        case Qt::Key_Right:
+            return moveTo(collapse ? std::max(m_anchor, m_caret) : nextPosition(text, m_caret));
+        case Qt::Key_Up:
+            return moveTo(layout->verticalMove(m_caret, -1));
+        case Qt::Key_Down:
+            return moveTo(layout->verticalMove(m_caret, 1));
+        case Qt::Key_Home:
+            return moveTo(layout->lineStart(m_caret));
+        case Qt::Key_End:
+            return moveTo(layout->lineEnd(m_caret));
+        case Qt::Key_Backspace:
+            if (m_anchor == m_caret) m_anchor = previousPosition(text, m_caret);
+            if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
+            return true;
+        case Qt::Key_Delete:
+            if (m_anchor == m_caret) m_anchor = nextPosition(text, m_caret);
+            if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            replaceText(extend ? QStringLiteral("\v") : QStringLiteral("\r"),
+                        QStringLiteral("typing"));
+            return true;
+        default:
+            break;
     }
     const QString typed = event->text();
     if (!typed.isEmpty() && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
@@ -441,33 +454,42 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
     const double step = event->modifiers() & Qt::ControlModifier ? kFineStep : kStep;
     QPointF by;
     switch (event->key()) {
-    case Qt::Key_Left: by = {-step, 0}; break;
-    case Qt::Key_Right: by = {step, 0}; break;
-    case Qt::Key_Up: by = {0, -step}; break;
-    case Qt::Key_Down: by = {0, step}; break;
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace:
-        if (m_deck->deleteShapes(selected)) {
-            edited();
-            emit selectionChanged();
-        }
-        return true;
-    case Qt::Key_Escape:
-        selectShapes({});
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_F2:
-        if (const zstudio::FrameLayout* layout =
-                selected.size() == 1 ? m_scene->text(selected.first()) : nullptr) {
-            m_textShape = selected.first();
-            m_anchor = 0;
-            m_caret = layout->length();
-            setTextMode(true);
-            applyTextSelection();
-        }
-        return true;
-    default: return false;
+        case Qt::Key_Left:
+            by = {-step, 0};
+            break;
+        case Qt::Key_Right:
+            by = {step, 0};
+            break;
+        case Qt::Key_Up:
+            by = {0, -step};
+            break;
+        case Qt::Key_Down:
+            by = {0, step};
+            break;
+        case Qt::Key_Delete:
+        case Qt::Key_Backspace:
+            if (m_deck->deleteShapes(selected)) {
+                edited();
+                emit selectionChanged();
+            }
+            return true;
+        case Qt::Key_Escape:
+            selectShapes({});
+            return true;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_F2:
+            if (const zstudio::FrameLayout* layout =
+                    selected.size() == 1 ? m_scene->text(selected.first()) : nullptr) {
+                m_textShape = selected.first();
+                m_anchor = 0;
+                m_caret = layout->length();
+                setTextMode(true);
+                applyTextSelection();
+            }
+            return true;
+        default:
+            return false;
     }
     if (event->modifiers() & Qt::ShiftModifier) {
         // Shift+arrows grow or shrink the one selected shape from its bottom right corner.
@@ -506,4 +528,6 @@ QVariant SlideView::inputMethodQuery(Qt::InputMethodQuery query) const {
 }
 
 // Tab stays in the view (typed into text) instead of moving the focus.
-bool SlideView::focusNextPrevChild(bool) { return false; }
+bool SlideView::focusNextPrevChild(bool) {
+    return false;
+}

@@ -50,7 +50,7 @@ public:
 signals:
     void selectionChanged();               // the deck's view selection changed by the user
     void textEditingChanged(bool active);  // a text cursor or text selection in a shape began/ended
-    void deckEdited();                     // the user made an undo step (move, resize, typing, delete)
+    void deckEdited();  // the user made an undo step (move, resize, typing, delete)
 
 protected:
     void paintEvent(QPaintEvent* event) override;
