@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// The slides as the studio draws them against the same deck rendered by LibreOffice (to PDF,
+// then to PNG at 96 dpi, the studio's pixel per 0.75 pt): the same text lines (their number and
+// where they start, across and down) and the same text colour, slide by slide. Both pictures go
+// to the screenshots folder. Skipped where LibreOffice or pdftoppm is not installed.
+#include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include "sliderenderer.h"
+#include "studiofixture.h"
+
+namespace {
+
+// The rows of text on a picture: bands of rows with ink (pixels far from the background).
+struct Line {
+    int top = 0;
+    int bottom = 0;
+    int left = 0;
+};
+
+bool isInk(QRgb pixel, QRgb background) {
+    return std::abs(qRed(pixel) - qRed(background)) + std::abs(qGreen(pixel) - qGreen(background)) +
+               std::abs(qBlue(pixel) - qBlue(background)) >
+           240;
+}
+
+QList<Line> linesOf(const QImage& image) {
+    const QRgb background = image.pixel(2, 2);
+    QList<Line> lines;
+    bool inLine = false;
+    for (int y = 0; y < image.height(); ++y) {
+        int left = -1;
+        for (int x = 0; x < image.width() && left < 0; ++x)
+            if (isInk(image.pixel(x, y), background)) left = x;
+        if (left >= 0 && !inLine) lines.append({y, y, left});
+        if (left >= 0) {
+            lines.last().bottom = y;
+            lines.last().left = std::min(lines.last().left, left);
+        }
+        inLine = left >= 0;
+    }
+    // A gap of a few rows inside a line (between the strokes of a character) is no new line.
+    QList<Line> merged;
+    for (const Line& line : lines) {
+        if (!merged.isEmpty() && line.top - merged.last().bottom <= 4) {
+            merged.last().bottom = line.bottom;
+            merged.last().left = std::min(merged.last().left, line.left);
+        } else {
+            merged.append(line);
+        }
+    }
+    return merged;
+}
+
+// The colour of the darkest ink: the text's.
+QColor textColour(const QImage& image) {
+    QRgb darkest = qRgb(255, 255, 255);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qGray(image.pixel(x, y)) < qGray(darkest)) darkest = image.pixel(x, y);
+    return QColor(darkest);
+}
+
+TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+    if (soffice.isEmpty() || pdftoppm.isEmpty()) GTEST_SKIP() << "LibreOffice or pdftoppm missing";
+    QProcess convert;
+    convert.setWorkingDirectory(dir.path());
+    convert.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("lo")),
+                            QStringLiteral("--headless"), QStringLiteral("--convert-to"),
+                            QStringLiteral("pdf"), lessonPath()});
+    ASSERT_TRUE(convert.waitForFinished(180000));
+    QProcess pages;
+    pages.setWorkingDirectory(dir.path());
+    pages.start(pdftoppm, {QStringLiteral("-r"), QStringLiteral("96"), QStringLiteral("-png"),
+                           dir.filePath(QStringLiteral("lesson.pdf")), QStringLiteral("page")});
+    ASSERT_TRUE(pages.waitForFinished(60000));
+
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    const QString folder = QStringLiteral(ZPHONETIC_SCREENSHOT_DIR);
+    QDir().mkpath(folder);
+    for (int slide = 1; slide <= window->deck()->slideCount(); ++slide) {
+        const QImage theirs(dir.filePath(QStringLiteral("page-%1.png").arg(slide)));
+        ASSERT_FALSE(theirs.isNull()) << "slide " << slide;
+        QImage ours(theirs.size(), QImage::Format_RGB32);
+        ours.fill(Qt::white);
+        {
+            QPainter painter(&ours);
+            painter.setRenderHint(QPainter::Antialiasing);
+            paintSlide(painter, *window->deck(), slide, QRectF(QPointF(), QSizeF(ours.size())));
+        }
+        ours.save(folder + QStringLiteral("/compare-slide-%1-studio.png").arg(slide));
+        theirs.save(folder + QStringLiteral("/compare-slide-%1-libreoffice.png").arg(slide));
+
+        const QList<Line> ourLines = linesOf(ours);
+        const QList<Line> theirLines = linesOf(theirs);
+        ASSERT_GE(theirLines.size(), 3) << "slide " << slide;  // a title and two lines at least
+        ASSERT_EQ(ourLines.size(), theirLines.size()) << "slide " << slide;
+        for (int i = 0; i < ourLines.size(); ++i) {
+            // Within 8 pixels (6 pt): the same line in the same place.
+            EXPECT_NEAR(ourLines.at(i).top, theirLines.at(i).top, 8) << "slide " << slide << " line " << i;
+            EXPECT_NEAR(ourLines.at(i).bottom, theirLines.at(i).bottom, 8) << "slide " << slide << " line " << i;
+            EXPECT_NEAR(ourLines.at(i).left, theirLines.at(i).left, 8) << "slide " << slide << " line " << i;
+        }
+        const QColor ourColour = textColour(ours);
+        const QColor theirColour = textColour(theirs);
+        EXPECT_NEAR(ourColour.red(), theirColour.red(), 24) << "slide " << slide;
+        EXPECT_NEAR(ourColour.green(), theirColour.green(), 24) << "slide " << slide;
+        EXPECT_NEAR(ourColour.blue(), theirColour.blue(), 24) << "slide " << slide;
+    }
+}
+
+}  // namespace

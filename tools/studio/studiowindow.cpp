@@ -1,0 +1,425 @@
+// SPDX-License-Identifier: MIT
+#include "studiowindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSplitter>
+#include <QStatusBar>
+
+#include "minihost/nvo/hostcontrol.h"
+#include "minihost/slxcore/deck.h"
+#include "nvo/zapplication.h"
+#include "recentfiles.h"
+#include "slidethumbnails.h"
+#include "slideview.h"
+#include "studioicons.h"
+#include "textboxcommand.h"
+
+namespace {
+
+const QString kHome = QStringLiteral("CT_Home");
+const QString kInsert = QStringLiteral("CT_Insert");
+const QString kTextTool = QStringLiteral("CT_TextTool");
+
+// Message box flags of the host (ZxApplication::messageBox).
+const unsigned int kError = 0x10;
+const unsigned int kAskYesNoCancel = 0x23;
+const int kYes = 6;
+const int kNo = 7;
+
+bool isDeckFile(const QUrl& url) {
+    return url.isLocalFile() &&
+           url.toLocalFile().endsWith(QLatin1String(".pptx"), Qt::CaseInsensitive);
+}
+
+}  // namespace
+
+const char* const StudioWindow::kPhoneticSymbol = "PhoneticSymbol";
+const char* const StudioWindow::kPhoneticOneKey = "PhoneticOneKey";
+
+StudioWindow::StudioWindow(QWidget* parent) : ZMainWindow(parent) {
+    setObjectName(QStringLiteral("StudioWindow"));
+    setWindowIcon(studioicons::application());
+    setAcceptDrops(true);
+    // The add-on takes the current main window as its dialog's parent when it is loaded.
+    minihost::setCurrentMainWindow(this);
+
+    m_thumbnails = new SlideThumbnails;
+    m_thumbnails->setMinimumWidth(180);
+    m_slideView = new SlideView;
+    auto* splitter = new QSplitter;
+    splitter->addWidget(m_thumbnails);
+    splitter->addWidget(m_slideView);
+    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
+    setCentralWidget(splitter);
+    m_slideLabel = new QLabel;
+    statusBar()->addWidget(m_slideLabel);
+
+    buildActions();
+    buildRibbon();
+    buildMenus();
+
+    connect(m_slideView, &SlideView::textEditingChanged, this, &StudioWindow::textEditingChanged);
+    connect(m_slideView, &SlideView::deckEdited, this, &StudioWindow::deckChanged);
+    connect(m_thumbnails, &SlideThumbnails::slideActivated, this, [this] {
+        // A new slide ends any text editing: the view shows the new slide without a selection.
+        m_slideView->refresh();
+        textEditingChanged(false);
+        deckChanged();
+    });
+
+    if (m_module.load(minihost::addonModulePath(QStringLiteral("zphoneticsymbol"))))
+        m_entry.reset(m_module.createEntryObject());
+    deckChanged();
+    resize(1200, 800);
+}
+
+StudioWindow::~StudioWindow() {
+    // An open dialog is closed the way the user closes it, so the add-on forgets it before the
+    // entry object (and with it the add-on's model) is released.
+    for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (child->isWindow()) child->close();
+    m_entry.reset();
+    m_slideView->setDeck(nullptr);
+    m_thumbnails->setDeck(nullptr);
+    if (m_deck && minihost::activeView() == m_deck->view()) minihost::setActiveView(nullptr);
+}
+
+void StudioWindow::buildActions() {
+    m_openAction = new QAction(tr("&Open..."), this);
+    m_openAction->setShortcut(QKeySequence::Open);
+    connect(m_openAction, &QAction::triggered, this, &StudioWindow::chooseFileToOpen);
+    m_saveAction = new QAction(tr("&Save"), this);
+    m_saveAction->setShortcut(QKeySequence::Save);
+    connect(m_saveAction, &QAction::triggered, this, &StudioWindow::save);
+    m_saveAsAction = new QAction(tr("Save &As..."), this);
+    m_saveAsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    connect(m_saveAsAction, &QAction::triggered, this, &StudioWindow::chooseFileToSaveAs);
+    m_quitAction = new QAction(tr("&Quit"), this);
+    m_quitAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(m_quitAction, &QAction::triggered, this, &QWidget::close);
+
+    m_undoAction = new QAction(this);
+    m_undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    connect(m_undoAction, &QAction::triggered, this, &StudioWindow::undo);
+    m_redoAction = new QAction(this);
+    m_redoAction->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    connect(m_redoAction, &QAction::triggered, this, &StudioWindow::redo);
+
+    m_symbolAction = new QAction(studioicons::phoneticSymbol(), tr("Pinyin Guide"), this);
+    m_symbolAction->setObjectName(QString::fromLatin1(kPhoneticSymbol));
+    m_symbolAction->setToolTip(tr("Check and choose the pinyin of the selected text"));
+    connect(m_symbolAction, &QAction::triggered, this,
+            [this] { runCommand(QString::fromLatin1(kPhoneticSymbol)); });
+    m_oneKeyAction = new QAction(studioicons::phoneticOneKey(), tr("Pinyin at Once"), this);
+    m_oneKeyAction->setObjectName(QString::fromLatin1(kPhoneticOneKey));
+    m_oneKeyAction->setToolTip(tr("Write the pinyin of each selected text into a new text box"));
+    connect(m_oneKeyAction, &QAction::triggered, this,
+            [this] { runCommand(QString::fromLatin1(kPhoneticOneKey)); });
+
+    m_textBoxAction = new QAction(studioicons::textBox(), tr("Text Box"), this);
+    m_textBoxAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
+    m_textBoxAction->setToolTip(tr("Add a text box to the slide and type in it"));
+    connect(m_textBoxAction, &QAction::triggered, this, &StudioWindow::insertTextBox);
+
+    m_nextSlideAction = new QAction(tr("&Next Slide"), this);
+    m_nextSlideAction->setShortcut(QKeySequence(Qt::Key_PageDown));
+    m_previousSlideAction = new QAction(tr("&Previous Slide"), this);
+    m_previousSlideAction->setShortcut(QKeySequence(Qt::Key_PageUp));
+    for (QAction* action : {m_nextSlideAction, m_previousSlideAction}) {
+        const int step = action == m_nextSlideAction ? 1 : -1;
+        connect(action, &QAction::triggered, this, [this, step] {
+            if (!m_deck || !m_deck->setCurrentSlide(m_deck->currentSlide() + step)) return;
+            m_slideView->refresh();
+            m_thumbnails->refresh();
+            textEditingChanged(false);
+            deckChanged();
+        });
+    }
+    m_aboutAction = new QAction(tr("&About zphonetic-studio"), this);
+    connect(m_aboutAction, &QAction::triggered, this, [this] {
+        minihost::hostApplication()->messageBox(
+            tr("zphonetic-studio %1\nWrites the pinyin of the Chinese text on your slides.")
+                .arg(QApplication::applicationVersion()),
+            0x40);
+    });
+}
+
+void StudioWindow::buildMenus() {
+    // The ribbon is the window's menu widget, so the menu bar goes above the tabs, into the
+    // ribbon's header (QMainWindow::menuBar() would replace the ribbon).
+    auto* menus = new QMenuBar;
+    static_cast<QBoxLayout*>(headerBar()->layout())->insertWidget(0, menus);
+    QMenu* file = menus->addMenu(tr("&File"));
+    file->addAction(m_openAction);
+    m_recentMenu = file->addMenu(tr("Open &Recent"));
+    file->addAction(m_saveAction);
+    file->addAction(m_saveAsAction);
+    file->addSeparator();
+    file->addAction(m_quitAction);
+    QMenu* edit = menus->addMenu(tr("&Edit"));
+    edit->addAction(m_undoAction);
+    edit->addAction(m_redoAction);
+    QMenu* view = menus->addMenu(tr("&View"));
+    view->addAction(m_nextSlideAction);
+    view->addAction(m_previousSlideAction);
+    QMenu* insert = menus->addMenu(tr("&Insert"));
+    insert->addAction(m_textBoxAction);
+    QMenu* pinyin = menus->addMenu(tr("&Pinyin"));
+    pinyin->addAction(m_symbolAction);
+    pinyin->addAction(m_oneKeyAction);
+    QMenu* help = menus->addMenu(tr("&Help"));
+    help->addAction(m_aboutAction);
+    rebuildRecentMenu();
+}
+
+void StudioWindow::buildRibbon() {
+    minihost::buildRibbon(this, {kHome, kInsert, kTextTool});
+    minihost::setRibbonTabTitle(this, kHome, tr("Home"));
+    minihost::setRibbonTabTitle(this, kInsert, tr("Insert"));
+    minihost::setRibbonTabTitle(this, kTextTool, tr("Text Tool"));
+    for (const QString& tab : {kHome, kTextTool}) {
+        minihost::addRibbonAction(this, tab, m_symbolAction);
+        minihost::addRibbonAction(this, tab, m_oneKeyAction);
+    }
+    minihost::addRibbonAction(this, kInsert, m_textBoxAction);
+    minihost::setCurrentTabById(this, kHome);
+}
+
+void StudioWindow::rebuildRecentMenu() {
+    m_recentMenu->clear();
+    const QStringList paths = recentfiles::list();
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString path = paths.at(i);
+        QAction* action = m_recentMenu->addAction(
+            QStringLiteral("&%1 %2").arg(i + 1).arg(QFileInfo(path).fileName()));
+        action->setToolTip(path);
+        action->setData(path);
+        connect(action, &QAction::triggered, this, [this, path] { openFile(path); });
+    }
+    m_recentMenu->setEnabled(!paths.isEmpty());
+}
+
+bool StudioWindow::hasUnsavedChanges() const {
+    return m_deck && m_history.modified();
+}
+
+bool StudioWindow::maySetDeckAside() {
+    if (!hasUnsavedChanges()) return true;
+    const QString name = m_path.isEmpty() ? m_deck->name() : QFileInfo(m_path).fileName();
+    const int answer = minihost::hostApplication()->messageBox(
+        tr("%1 has changes that are not saved. Save them first?").arg(name), kAskYesNoCancel);
+    if (answer == kYes) return save();
+    return answer == kNo;
+}
+
+bool StudioWindow::openFile(const QString& path) {
+    if (!maySetDeckAside()) return false;
+    QString error;
+    std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(path, &error);
+    if (!deck) {
+        showError(tr("The deck could not be opened.\n\n%1").arg(error));
+        return false;
+    }
+    showDeck(std::move(deck), path);
+    recentfiles::add(path);
+    rebuildRecentMenu();
+    return true;
+}
+
+void StudioWindow::showDeck(std::unique_ptr<minihost::Deck> deck, const QString& path) {
+    m_slideView->setDeck(deck.get());
+    m_thumbnails->setDeck(deck.get());
+    minihost::setActiveView(deck->view());
+    // The previous deck goes only once nothing shows it any more.
+    m_deck = std::move(deck);
+    m_path = QFileInfo(path).absoluteFilePath();
+    m_history.reset();
+    m_thumbnailsState = m_history.state();
+    textEditingChanged(false);
+    deckChanged();
+}
+
+bool StudioWindow::save() {
+    if (!m_deck) return false;
+    if (m_path.isEmpty()) {
+        chooseFileToSaveAs();
+        return !m_history.modified();
+    }
+    return saveTo(m_path);
+}
+
+bool StudioWindow::saveTo(const QString& path) {
+    if (!m_deck) return false;
+    QString error;
+    if (!m_deck->save(path, &error)) {
+        showError(tr("The deck could not be saved.\n\n%1").arg(error));
+        return false;
+    }
+    m_path = QFileInfo(path).absoluteFilePath();
+    m_history.markSaved();
+    recentfiles::add(m_path);
+    rebuildRecentMenu();
+    deckChanged();
+    return true;
+}
+
+void StudioWindow::chooseFileToOpen() {
+    const QString path = QFileDialog::getOpenFileName(
+        this, tr("Open a Deck"), m_path.isEmpty() ? QString() : QFileInfo(m_path).path(),
+        tr("Presentations (*.pptx)"));
+    if (!path.isEmpty()) openFile(path);
+}
+
+void StudioWindow::chooseFileToSaveAs() {
+    if (!m_deck) return;
+    QString path =
+        QFileDialog::getSaveFileName(this, tr("Save the Deck As"), m_path, tr("Presentations (*.pptx)"));
+    if (path.isEmpty()) return;
+    if (!path.endsWith(QLatin1String(".pptx"), Qt::CaseInsensitive)) path += QLatin1String(".pptx");
+    saveTo(path);
+}
+
+bool StudioWindow::runCommand(const QString& action) {
+    if (!m_entry) {
+        showError(tr("The pinyin add-on could not be loaded, so its commands are not available."
+                     "\n\n%1").arg(m_module.errorString()));
+        return false;
+    }
+    // The add-on works on the active view: the deck this window shows (or none).
+    minihost::setActiveView(m_deck ? m_deck->view() : nullptr);
+    ZAppObj source(action);
+    minihost::triggerCommand(m_entry.get(), action, &source);
+    deckChanged();
+    return true;
+}
+
+void StudioWindow::insertTextBox() {
+    if (!m_deck) return;
+    // In the middle of the slide, where a person looks first; the user drags it from there.
+    const QSizeF slide = m_deck->slideSize();
+    const QSizeF size(slide.width() / 3, slide.height() / 9);
+    const QRectF box(QPointF((slide.width() - size.width()) / 2, (slide.height() - size.height()) / 2),
+                     size);
+    if (!::insertTextBox(*m_deck, minihost::hostApplication()->coreApplication(), box,
+                         tr("insert text box")))
+        return;
+    m_slideView->refresh();
+    m_slideView->setFocus();
+    deckChanged();
+}
+
+void StudioWindow::undo() {
+    if (m_deck && m_deck->undo()) {
+        m_history.undone();
+        m_slideView->refresh();
+        deckChanged();
+    }
+}
+
+void StudioWindow::redo() {
+    if (m_deck && m_deck->redo()) {
+        m_history.redone();
+        m_slideView->refresh();
+        deckChanged();
+    }
+}
+
+void StudioWindow::deckChanged() {
+    const bool open = m_deck != nullptr;
+    if (open) {
+        m_history.update(m_deck->undoSteps().size(), m_deck->redoSteps().size());
+        m_slideView->refresh();
+        // Every thumbnail is drawn again: only when the content changed.
+        if (m_history.state() != m_thumbnailsState) {
+            m_thumbnails->refresh();
+            m_thumbnailsState = m_history.state();
+        }
+    }
+    const QStringList undoSteps = open ? m_deck->undoSteps() : QStringList();
+    const QStringList redoSteps = open ? m_deck->redoSteps() : QStringList();
+    m_undoAction->setEnabled(!undoSteps.isEmpty());
+    m_undoAction->setText(undoSteps.isEmpty() ? tr("&Undo")
+                                              : tr("&Undo %1").arg(undoSteps.constLast()));
+    m_redoAction->setEnabled(!redoSteps.isEmpty());
+    m_redoAction->setText(redoSteps.isEmpty() ? tr("&Redo")
+                                              : tr("&Redo %1").arg(redoSteps.constLast()));
+    m_saveAction->setEnabled(open);
+    m_saveAsAction->setEnabled(open);
+    m_nextSlideAction->setEnabled(open && m_deck->currentSlide() < m_deck->slideCount());
+    m_previousSlideAction->setEnabled(open && m_deck->currentSlide() > 1);
+    m_slideLabel->setText(open ? tr("Slide %1 of %2").arg(m_deck->currentSlide()).arg(m_deck->slideCount())
+                               : tr("Open a deck with File > Open, or drop one here."));
+    setWindowFilePath(m_path);
+    setWindowTitle(open ? tr("%1[*] - zphonetic-studio").arg(QFileInfo(m_path).fileName())
+                        : QStringLiteral("zphonetic-studio"));
+    setWindowModified(hasUnsavedChanges());
+}
+
+void StudioWindow::textEditingChanged(bool active) {
+    minihost::setCurrentTabById(this, active ? kTextTool : kHome);
+}
+
+void StudioWindow::showError(const QString& text) {
+    minihost::hostApplication()->messageBox(text, kError);
+}
+
+void StudioWindow::closeEvent(QCloseEvent* event) {
+    if (maySetDeckAside())
+        event->accept();
+    else
+        event->ignore();
+}
+
+void StudioWindow::dragEnterEvent(QDragEnterEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (!urls.isEmpty() && isDeckFile(urls.first())) event->acceptProposedAction();
+}
+
+void StudioWindow::dropEvent(QDropEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty() || !isDeckFile(urls.first())) return;
+    event->acceptProposedAction();
+    openFile(urls.first().toLocalFile());
+}
+
+bool StudioWindow::event(QEvent* event) {
+    const bool handled = ZMainWindow::event(event);
+    // The dialog deletes itself once it has written (or not): the slide then shows the result,
+    // and the window takes the keyboard back (so Ctrl+Z undoes at once).
+    // A child may become a window only after it was added (its flags are set later).
+    if (event->type() == QEvent::ChildAdded) {
+        QObject* child = static_cast<QChildEvent*>(event)->child();
+        if (child->isWidgetType()) child->installEventFilter(this);
+    }
+    if (event->type() == QEvent::ChildRemoved) {
+        auto* child = static_cast<QChildEvent*>(event)->child();
+        if (child && child->isWidgetType() && m_deck) {
+            deckChanged();
+            if (isVisible()) activateWindow();
+        }
+    }
+    return handled;
+}
+
+bool StudioWindow::eventFilter(QObject* watched, QEvent* event) {
+    if ((event->type() == QEvent::Show || event->type() == QEvent::Resize) &&
+        watched->isWidgetType()) {
+        auto* child = static_cast<QWidget*>(watched);
+        // The page sizes its dialog once it has rendered: it stays centred.
+        if (child->isWindow() && child->parentWidget() == this)
+            child->move(geometry().center() - child->rect().center());
+    }
+    return ZMainWindow::eventFilter(watched, event);
+}

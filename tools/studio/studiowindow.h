@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The studio's main window: the host's main window (ZMainWindow, the one the add-on finds as
+// ZxApplication::currentMainWindow()), with a ribbon of the tabs Home, Insert and Text Tool, a
+// menu bar, the slide thumbnails and the current slide of one open deck. The add-on is loaded
+// as a host loads it, once per window, and its two commands run on the deck the window shows.
+//
+// The deck is the object model's: what the user selects is the view's selection, which the
+// add-on reads; every change (the add-on's commands, the user's edits on the slide) is an undo
+// step of the deck, undone and redone from the Edit menu. Errors the user must see (a deck that
+// cannot be read or written, a missing add-on) are host message boxes, and the window keeps what
+// it had open.
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <memory>
+
+#include "edithistory.h"
+#include "minihost/nvo/addonmodule.h"
+#include "nvo/ribbon.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class SlideThumbnails;
+class SlideView;
+namespace minihost {
+class Deck;
+}
+
+class StudioWindow : public ZMainWindow {
+    Q_OBJECT
+public:
+    // The two commands of the add-on, as the ribbon triggers them.
+    static const char* const kPhoneticSymbol;  // "PhoneticSymbol"
+    static const char* const kPhoneticOneKey;  // "PhoneticOneKey"
+
+    // Makes itself the host's current main window and loads the add-on (a failure is reported
+    // when a command is used).
+    explicit StudioWindow(QWidget* parent = nullptr);
+    ~StudioWindow() override;
+
+    // Opens the deck at `path` in place of the open one (asking first when that one has unsaved
+    // changes). False, with a message box naming the file and what is wrong, when it cannot be
+    // read; then the open deck stays.
+    bool openFile(const QString& path);
+    // Writes the deck to its own file (the first time: asks where). False after a message box
+    // when it cannot be written.
+    bool save();
+    // Writes the deck to `path` and makes that the deck's file.
+    bool saveTo(const QString& path);
+
+    // The open deck (null before the first file), its file, and whether it has changes the file
+    // does not have.
+    minihost::Deck* deck() const { return m_deck.get(); }
+    QString filePath() const { return m_path; }
+    bool hasUnsavedChanges() const;
+
+    // Runs an add-on command ("PhoneticSymbol", "PhoneticOneKey") on the open deck, as its ribbon
+    // buttons do. False (after a message box) when the add-on is not loaded.
+    bool runCommand(const QString& action);
+
+    // The widgets and actions, for the program's tests.
+    SlideView* slideView() const { return m_slideView; }
+    SlideThumbnails* thumbnails() const { return m_thumbnails; }
+    QAction* phoneticSymbolAction() const { return m_symbolAction; }
+    QAction* phoneticOneKeyAction() const { return m_oneKeyAction; }
+    QAction* textBoxAction() const { return m_textBoxAction; }
+    QAction* undoAction() const { return m_undoAction; }
+    QAction* redoAction() const { return m_redoAction; }
+    QMenu* recentFilesMenu() const { return m_recentMenu; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    // The add-on's dialog is a child of this window: when it goes, what it wrote is shown.
+    bool event(QEvent* event) override;
+    // Windows of this window's own (the dialog) are centred over it when shown and resized.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private slots:
+    void chooseFileToOpen();
+    void chooseFileToSaveAs();
+    void insertTextBox();
+    void undo();
+    void redo();
+    // Shows the deck as it is now: the slide, the thumbnails, the undo and redo texts, the title.
+    void deckChanged();
+    void textEditingChanged(bool active);
+
+private:
+    void buildActions();
+    void buildMenus();
+    void buildRibbon();
+    void rebuildRecentMenu();
+    // Asks whether to save unsaved changes: true when the caller may go on (saved or discarded).
+    bool maySetDeckAside();
+    void showDeck(std::unique_ptr<minihost::Deck> deck, const QString& path);
+    void showError(const QString& text);
+
+    minihost::AddonModule m_module;
+    std::unique_ptr<QObject> m_entry;  // the add-on's entry object; released before the deck
+    std::unique_ptr<minihost::Deck> m_deck;
+    QString m_path;
+    EditHistory m_history;
+    int m_thumbnailsState = 0;  // the deck's state the thumbnails show
+
+    SlideView* m_slideView = nullptr;
+    SlideThumbnails* m_thumbnails = nullptr;
+    QLabel* m_slideLabel = nullptr;
+    QAction* m_openAction = nullptr;
+    QAction* m_saveAction = nullptr;
+    QAction* m_saveAsAction = nullptr;
+    QAction* m_quitAction = nullptr;
+    QAction* m_undoAction = nullptr;
+    QAction* m_redoAction = nullptr;
+    QAction* m_symbolAction = nullptr;
+    QAction* m_oneKeyAction = nullptr;
+    QAction* m_textBoxAction = nullptr;
+    QAction* m_nextSlideAction = nullptr;
+    QAction* m_previousSlideAction = nullptr;
+    QAction* m_aboutAction = nullptr;
+    QMenu* m_recentMenu = nullptr;
+};
