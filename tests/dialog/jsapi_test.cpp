@@ -144,7 +144,7 @@ TEST_F(JsApi, AGivenTextWithATaggerWhoseLibraryDidNotLoadIsNull) {
             for (int i = 0; i < text.size(); ++i) readings.append({QStringLiteral("dú")});
             return true;
         });
-    app()->coreApplication()->d_func()->registerService(SID_ZReadingService, service);
+    minihost::registerService(SID_ZReadingService, service);
     service->Release();
     model()->releaseModel();
     minihost::setDirectory(minihost::kDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
@@ -158,7 +158,7 @@ TEST_F(JsApi, AGivenTextWithATaggerWhoseLibraryDidNotLoadIsNull) {
                                            QString::fromUtf8(R"({"text":"你好"})"))),
               parsed(R"({"callstatus":"ok","result":null})"));
     model()->releaseModel();
-    app()->coreApplication()->d_func()->unregisterService(SID_ZReadingService);
+    minihost::unregisterService(SID_ZReadingService);
     minihost::setDirectory(minihost::kDirTaggingLibrary, TaggerDoubleLibrary::directory());
     model()->initModel(nullptr);
 }

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "decktestutil.h"
-#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "model/phoneticsymbolmodel.h"
@@ -153,13 +153,13 @@ protected:
 
     void SetUp() override {
         deck = minihost::Deck::create(1);
-        app()->coreApplication()->d_func()->setActiveView(deck->view());
+        minihost::setActiveView(deck->view());
         model()->coreApp = app()->coreApplication();
     }
     void TearDown() override {
         model()->coreApp = nullptr;
         model()->styleType = model()->bracketType = -1;
-        app()->coreApplication()->d_func()->setActiveView(nullptr);
+        minihost::setActiveView(nullptr);
         deck.reset();
         EXPECT_EQ(minihost::liveObjectCount(), 0)
             << minihost::liveObjectKinds().join(' ').toStdString();
