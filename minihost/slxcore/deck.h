@@ -88,10 +88,11 @@ public:
     // application's user would have left it (not journalled, not undoable). Returns its id.
     int addTextBox(int slide, const QString& text, const QRectF& box);
 
-    // The deck as a .pptx, or an empty array and `*error`.
+    // The deck as a .pptx, or an empty array and `*error`. Only slides that differ from what was
+    // read are rewritten: one whose edits were all undone or rolled back is copied as stored.
     QByteArray toBytes(QString* error) const;
     bool save(const QString& path, QString* error) const;
-    QStringList editedParts() const;
+    QStringList editedParts() const;  // the slide parts toBytes() rewrites
 
     bool undo();
     bool redo();
