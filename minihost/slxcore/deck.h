@@ -99,7 +99,9 @@ public:
     QStringList undoSteps() const;  // names, oldest first
     QStringList redoSteps() const;  // names, next redo last
 
-    // Every object-model call made on this deck, in order ("TextRange.InsertAfter(\"hǎo\")").
+    // The object-model calls made on this deck, in order ("TextRange.InsertAfter(\"hǎo\")"): the
+    // last kJournalLimit of them, so that a long session does not grow without end.
+    static constexpr int kJournalLimit = 10000;
     QStringList journal() const;
     void clearJournal();
 

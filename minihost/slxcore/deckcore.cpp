@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/transaction_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 #include "nvo/transaction.h"
@@ -221,6 +222,11 @@ void DeckCore::selectShape(int id, bool replace) {
     textSelected = false;
     if (std::find(selectedShapes.begin(), selectedShapes.end(), id) == selectedShapes.end())
         selectedShapes.push_back(id);
+}
+
+void DeckCore::note(const QString& entry) {
+    if (journal.size() >= Deck::kJournalLimit) journal.removeFirst();  // cheap at a QList's front
+    journal << entry;
 }
 
 std::string DeckCore::snapshot(int slide) const { return serialized(slides[slide]->doc); }

@@ -73,7 +73,7 @@ public:
     bool undo();
     bool redo();
 
-    void note(const QString& entry) { journal << entry; }
+    void note(const QString& entry);
 
     // Whether `slide`, whose XML is now `xml`, differs from what was read.
     bool changed(int slide, const std::string& xml) const;

@@ -131,15 +131,15 @@ public:
     void add(const std::string& name, const QByteArray& data, const ZipEntry* like) {
         const std::uint64_t offset = start();
         const QByteArray packed = deflated(data);
-        const auto [time, date] = dosNow();
+        const std::pair<std::uint16_t, std::uint16_t> when = dosNow();  // time, date
         const std::uint32_t crc = checksum(data.constData(), static_cast<std::uint64_t>(data.size()));
         const std::uint16_t flags = like ? (like->flags & kFlagUtf8) : kFlagUtf8;
         auto header = [&](QByteArray& b) {
             append(b, 20, 2);  // version needed: deflate
             append(b, flags, 2);
             append(b, 8, 2);
-            append(b, time, 2);
-            append(b, date, 2);
+            append(b, when.first, 2);
+            append(b, when.second, 2);
             append(b, crc, 4);
             append(b, static_cast<std::uint64_t>(packed.size()), 4);
             append(b, static_cast<std::uint64_t>(data.size()), 4);

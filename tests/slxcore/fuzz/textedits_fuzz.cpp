@@ -65,6 +65,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(deck != nullptr);
     QString model = kStart;
     std::vector<QString> done, undone;  // the model's states, as the deck's undo steps hold them
+    // Undo and redo: the model goes back to the state on top of `from`, and the state it leaves
+    // goes on top of `to`.
+    auto travel = [&model](std::vector<QString>& from, std::vector<QString>& to) {
+        if (from.empty()) return;
+        to.push_back(model);
+        model = from.back();
+        from.pop_back();
+    };
     Reader in{data, size};
     for (int step = 0; step < 64 && in.more(); ++step) {
         const int op = in.next() % 6;
@@ -100,18 +108,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             }
         } else if (op == 3) {
             check(deck->undo() == !done.empty());
-            if (!done.empty()) {
-                undone.push_back(model);
-                model = done.back();
-                done.pop_back();
-            }
+            travel(done, undone);
         } else if (op == 4) {
             check(deck->redo() == !undone.empty());
-            if (!undone.empty()) {
-                done.push_back(model);
-                model = undone.back();
-                undone.pop_back();
-            }
+            travel(undone, done);
         } else {
             const QByteArray written = deck->toBytes(&error);
             check(!written.isEmpty());
