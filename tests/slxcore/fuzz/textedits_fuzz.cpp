@@ -80,21 +80,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const QString before = model;
         if (op < 3) {
             ComPtr<TextRange> all = wholeText(*deck, id);
-            check(all != nullptr);
+            check(all.get() != nullptr);
             const int start = in.next() % (model.size() + 2);
             const int length = in.next() % 6;
             ComPtr<TextRange> range = characters(all.get(), start, length);
             if (start > model.size()) {
-                check(range == nullptr);  // past the end: refused
+                check(range.get() == nullptr);  // past the end: refused
                 continue;
             }
-            check(range != nullptr);
+            check(range.get() != nullptr);
             const int taken = std::min(length, static_cast<int>(model.size()) - start);
             check(text(range.get()) == model.mid(start, taken));
             if (op == 0) {
                 const QString value = in.text();
                 ComPtr<TextRange> inserted = insertAfter(range.get(), value);
-                check(inserted != nullptr && text(inserted.get()) == value);
+                check(inserted.get() != nullptr && text(inserted.get()) == value);
                 model.insert(start + taken, value);
             } else {
                 const QString value = op == 1 ? in.text() : QString();
