@@ -3,7 +3,7 @@
 # Builds everything and runs every test: the normal build (with the web engine and the page's
 # tests in headless Chromium), then the same tests without the web engine under
 # AddressSanitizer + UndefinedBehaviorSanitizer, then the fuzz targets (clang) for a bounded time
-# each (ZPHONETIC_FUZZ_SECONDS, 60 by default).
+# each (ZPHONETIC_FUZZ_SECONDS, 30 by default).
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 cd "$here"
@@ -28,11 +28,12 @@ echo "== tests under sanitizers"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-asan --output-on-failure -j"$jobs"
 
-echo "== fuzz targets (clang, AddressSanitizer + UndefinedBehaviorSanitizer, ${ZPHONETIC_FUZZ_SECONDS:-60} s each)"
+echo "== fuzz targets (clang, AddressSanitizer + UndefinedBehaviorSanitizer, ${ZPHONETIC_FUZZ_SECONDS:-30} s each)"
 CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -G Ninja "${launcher[@]}" -DCMAKE_BUILD_TYPE=Debug \
     -DZPHONETIC_SANITIZE=ON -DZPHONETIC_WEBENGINE=OFF -DZPHONETIC_BENCH=OFF \
-    -DZPHONETIC_FUZZ_SECONDS="${ZPHONETIC_FUZZ_SECONDS:-60}" >/dev/null
+    -DZPHONETIC_FUZZ_SECONDS="${ZPHONETIC_FUZZ_SECONDS:-30}" >/dev/null
 cmake --build build-fuzz -j"$jobs" --target \
-    zphonetic_answerparser_fuzz zphonetic_deckreader_fuzz zphonetic_readingsimport_fuzz
+    zphonetic_answerparser_fuzz zphonetic_deckreader_fuzz zphonetic_readingsimport_fuzz \
+    zphonetic_textedits_fuzz zphonetic_dictionary_fuzz
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-fuzz --output-on-failure -L fuzz

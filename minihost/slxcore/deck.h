@@ -127,17 +127,20 @@ public:
     // negative size.
     bool setShapeBox(int slide, int shapeId, const QRectF& box);
 
-    // The deck as a .pptx, or an empty array and `*error`.
+    // The deck as a .pptx, or an empty array and `*error`. Only slides that differ from what was
+    // read are rewritten: one whose edits were all undone or rolled back is copied as stored.
     QByteArray toBytes(QString* error) const;
     bool save(const QString& path, QString* error) const;
-    QStringList editedParts() const;
+    QStringList editedParts() const;  // the slide parts toBytes() rewrites
 
     bool undo();
     bool redo();
     QStringList undoSteps() const;  // names, oldest first
     QStringList redoSteps() const;  // names, next redo last
 
-    // Every object-model call made on this deck, in order ("TextRange.InsertAfter(\"hǎo\")").
+    // The object-model calls made on this deck, in order ("TextRange.InsertAfter(\"hǎo\")"): the
+    // last kJournalLimit of them, so that a long session does not grow without end.
+    static constexpr int kJournalLimit = 10000;
     QStringList journal() const;
     void clearJournal();
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/transaction_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 #include "nvo/transaction.h"
@@ -17,6 +18,25 @@ const char kStrictPrefix[] = "http://purl.oclc.org/ooxml/";
 bool endsWith(const std::string& text, const char* suffix) {
     const std::size_t n = std::strlen(suffix);
     return text.size() >= n && text.compare(text.size() - n, n, suffix) == 0;
+}
+
+// A slide part as it is kept: parsed, checked to be a slide, and declared UTF-8 (which is how an
+// edited slide is written, whatever it was read as).
+void readSlide(const Package& package, const std::string& part, pugi::xml_document& doc) {
+    package.parse(part, doc);
+    if (std::strcmp(localName(doc.document_element()), "sld") != 0)
+        package.fail(QStringLiteral("part \"%1\" is not a slide").arg(QString::fromStdString(part)));
+    pugi::xml_node declaration = doc.first_child();
+    if (declaration.type() == pugi::node_declaration)
+        if (pugi::xml_attribute encoding = declaration.attribute("encoding");
+            encoding && QByteArray(encoding.value()).toUpper() != "UTF-8")
+            encoding.set_value("UTF-8");
+}
+
+std::string serialized(const pugi::xml_document& doc) {
+    std::ostringstream out;
+    doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);
+    return out.str();
 }
 
 struct Relationship {
@@ -163,16 +183,7 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
                              .arg(QString::fromStdString(rid)));
         auto slide = std::make_unique<SlidePart>();
         slide->partName = resolveTarget(package, presentationPart, it->second.target);
-        package.parse(slide->partName, slide->doc);
-        if (std::strcmp(localName(slide->doc.document_element()), "sld") != 0)
-            package.fail(QStringLiteral("part \"%1\" is not a slide")
-                             .arg(QString::fromStdString(slide->partName)));
-        // An edited slide is written as UTF-8, whatever it was read as: its declaration says so.
-        pugi::xml_node declaration = slide->doc.first_child();
-        if (declaration.type() == pugi::node_declaration)
-            if (pugi::xml_attribute encoding = declaration.attribute("encoding");
-                encoding && QByteArray(encoding.value()).toUpper() != "UTF-8")
-                encoding.set_value("UTF-8");
+        readSlide(package, slide->partName, slide->doc);
         core->slides.push_back(std::move(slide));
     }
     return core;
@@ -180,18 +191,20 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
 
 QByteArray DeckCore::toBytes() const {
     std::map<std::string, QByteArray> replacements;
-    for (const auto& slide : slides)
-        if (slide->edited)
-            replacements[slide->partName] = QByteArray::fromStdString(snapshot(
-                static_cast<int>(&slide - &slides.front())));
+    for (int slide = 0; slide < static_cast<int>(slides.size()); ++slide) {
+        if (!slides[slide]->edited) continue;
+        if (std::string xml = snapshot(slide); changed(slide, xml))
+            replacements[slides[slide]->partName] = QByteArray::fromStdString(xml);
+    }
     if (replacements.empty()) return package->bytes();
     return package->withReplacements(replacements);
 }
 
 QStringList DeckCore::editedParts() const {
     QStringList parts;
-    for (const auto& slide : slides)
-        if (slide->edited) parts << QString::fromStdString(slide->partName);
+    for (int slide = 0; slide < static_cast<int>(slides.size()); ++slide)
+        if (slides[slide]->edited && changed(slide, snapshot(slide)))
+            parts << QString::fromStdString(slides[slide]->partName);
     return parts;
 }
 
@@ -219,6 +232,15 @@ const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePar
         return doc.get();
     }
     return nullptr;
+}
+
+bool DeckCore::changed(int slide, const std::string& xml) const {
+    if (!slides[slide]->edited) return false;
+    // Edited, then undone or rolled back: the XML is again what was read, and the part is
+    // copied as stored.
+    pugi::xml_document original;
+    readSlide(*package, slides[slide]->partName, original);
+    return serialized(original) != xml;
 }
 
 ShapeNode DeckCore::shape(int slide, int id) const {
@@ -288,11 +310,12 @@ void DeckCore::selectShape(int id, bool replace) {
         selectedShapes.push_back(id);
 }
 
-std::string DeckCore::snapshot(int slide) const {
-    std::ostringstream out;
-    slides[slide]->doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);
-    return out.str();
+void DeckCore::note(const QString& entry) {
+    if (journal.size() >= Deck::kJournalLimit) journal.removeFirst();  // cheap at a QList's front
+    journal << entry;
 }
+
+std::string DeckCore::snapshot(int slide) const { return serialized(slides[slide]->doc); }
 
 void DeckCore::restore(int slide, const std::string& xml) {
     // Live ranges may now reach past their frame's text; every use clamps them to it.

@@ -44,10 +44,11 @@ public:
     // The bytes of a new deck with `slides` empty slides (960 x 540 points).
     static QByteArray blankDeckBytes(int slides);
 
-    // The deck as it is now: the original bytes when nothing was edited, else the original
-    // archive with the edited slide parts rewritten.
+    // The deck as it is now: the original bytes when no slide differs from what was read, else
+    // the original archive with the slide parts that differ rewritten (a slide whose edits were
+    // all undone or rolled back is copied as stored).
     QByteArray toBytes() const;
-    QStringList editedParts() const;
+    QStringList editedParts() const;  // the parts toBytes() rewrites
 
     // ---- shapes and text
     ShapeNode shape(int slide, int id) const;
@@ -75,7 +76,10 @@ public:
     bool undo();
     bool redo();
 
-    void note(const QString& entry) { journal << entry; }
+    void note(const QString& entry);
+
+    // Whether `slide`, whose XML is now `xml`, differs from what was read.
+    bool changed(int slide, const std::string& xml) const;
 
     // ---- the parts around slides, for drawing them (layouts, masters, media)
     // The part that `sourcePart`'s relationship `id` targets, or an empty string for a missing

@@ -6,16 +6,16 @@
 #include <QByteArray>
 #include <QString>
 #include <map>
+#include <memory>
 #include <pugixml.hpp>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
-struct zip;
-struct zip_source;
-
 namespace minihost {
+
+class ZipArchive;
 
 // A deck that cannot be read or written. The message is complete: "<file>: <what is wrong>".
 class DeckError : public std::runtime_error {
@@ -33,8 +33,9 @@ constexpr std::int64_t kMaxEntries = 20000;
 
 class Package {
 public:
-    // Opens the archive in `bytes`, checking its directory: every entry name must stay inside
-    // the archive. Throws DeckError naming `displayName`.
+    // Opens the archive in `bytes`, checking its directory (ziparchive_p.h says what is
+    // accepted): every entry name must stay inside the archive. Throws DeckError naming
+    // `displayName`.
     Package(QByteArray bytes, QString displayName);
     ~Package();
     Package(const Package&) = delete;
@@ -43,12 +44,13 @@ public:
     const QByteArray& bytes() const { return m_bytes; }
     const QString& displayName() const { return m_name; }
     bool has(const std::string& part) const;
-    // The part's bytes; throws when it is missing, too large, encrypted or damaged.
+    // The part's bytes, checked against the directory's size and checksum; throws when it is
+    // missing, too large, encrypted or damaged.
     QByteArray read(const std::string& part) const;
     // The part parsed into `doc`; throws also when it is not well-formed.
     void parse(const std::string& part, pugi::xml_document& doc) const;
     // This archive with the parts in `replacements` rewritten (deflated) in place; every other
-    // entry is copied as stored, in its order, with its compression.
+    // entry is copied as stored, byte for byte, in the directory's order.
     QByteArray withReplacements(const std::map<std::string, QByteArray>& replacements) const;
     // A new archive holding `parts` in this order, deflated.
     static QByteArray build(const std::vector<std::pair<std::string, QByteArray>>& parts);
@@ -60,8 +62,7 @@ private:
 
     QByteArray m_bytes;
     QString m_name;
-    zip_source* m_source = nullptr;
-    zip* m_archive = nullptr;
+    std::unique_ptr<ZipArchive> m_zip;  // reads m_bytes
 };
 
 // The part a relationship of `sourcePart` targets ("../slides/slide1.xml" from

@@ -47,14 +47,8 @@ TEST(CorruptDeck, EmptyFile) { EXPECT_EQ(refusal(QByteArray()), QStringLiteral("
 
 TEST(CorruptDeck, CutShort) {
     const QByteArray whole = decktest::makeZip(blankParts());
-    EXPECT_EQ(refusal(whole.left(whole.size() / 2)), QStringLiteral("not a zip archive"));
-}
-
-TEST(CorruptDeck, DamagedDirectory) {
-    QByteArray zip = decktest::makeZip(blankParts());
-    // The first entry's local header names another file than the central directory does.
-    zip[30] = static_cast<char>(zip[30] ^ 0x20);
-    EXPECT_EQ(refusal(zip), QStringLiteral("damaged zip archive (inconsistent directory)"));
+    EXPECT_EQ(refusal(whole.left(whole.size() / 2)),
+              QStringLiteral("damaged zip archive (no central directory; the file may be cut short)"));
 }
 
 TEST(CorruptDeck, EntryOutsideTheArchive) {
@@ -213,7 +207,8 @@ TEST(CorruptDeck, MissingFile) {
 TEST(CorruptDeck, BuffersAreReadWithoutFiles) {
     QString error;
     EXPECT_FALSE(minihost::Deck::load("PK\x03\x04", QStringLiteral("memory"), &error));
-    EXPECT_EQ(error, QStringLiteral("memory: not a zip archive"));
+    EXPECT_EQ(error, QStringLiteral("memory: damaged zip archive (no central directory; the file "
+                                    "may be cut short)"));
 }
 
 }  // namespace

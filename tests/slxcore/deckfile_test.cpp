@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <csignal>
+#include <sys/resource.h>
 
 #include "decktestutil.h"
 #include "minihost/slxcore/liveobjects.h"
@@ -260,6 +262,66 @@ TEST(DeckFile, SavingReplacesTheTargetOnlyWhenComplete) {
     ASSERT_TRUE(deck->save(target, &error));
     EXPECT_TRUE(loadBytes(decktest::readFile(target)));
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"out.pptx"}));
+}
+
+// Lets no file of this process grow past `bytes` while it lives: a write past the limit fails
+// part way (EFBIG) as on a full disk, in the real writer, with no stand-in.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &m_saved);
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);  // the write fails instead of killing us
+        rlimit limit = m_saved;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_saved);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    rlimit m_saved{};
+    void (*m_handler)(int) = nullptr;
+};
+
+TEST(DeckFile, ASaveThatFailsHalfWayLeavesTheTargetAsItWasAndNothingBehind) {
+    QTemporaryDir dir;
+    const QString target = dir.filePath(QStringLiteral("talk.pptx"));
+    auto deck = Deck::create(3);
+    std::uint32_t seed = 14;
+    for (int slide = 1; slide <= 3; ++slide) {
+        QString text;  // ideographs at random, so that the deck does not compress to nothing
+        for (int i = 0; i < 2000; ++i) {
+            seed = seed * 1103515245u + 12345u;
+            text += QChar(static_cast<char16_t>(0x4E00 + (seed >> 16) % 0x5000));
+        }
+        deck->addTextBox(slide, text, QRectF(0, 0, 500, 300));
+    }
+    QString error;
+    ASSERT_TRUE(deck->save(target, &error)) << error.toStdString();
+    const QByteArray before = decktest::readFile(target);
+    ASSERT_GT(before.size(), 8192);
+
+    // The new version is larger than the limit: its writing stops a few kilobytes in.
+    editFirstSlide(*deck);
+    const QByteArray wanted = deck->toBytes(&error);
+    ASSERT_GT(wanted.size(), 8192);
+    bool saved = true;
+    {
+        const FileSizeLimit limit(4096);
+        saved = deck->save(target, &error);
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_TRUE(error.startsWith(target + QStringLiteral(": cannot be written"))) << error.toStdString();
+    EXPECT_EQ(decktest::readFile(target), before);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
+              QStringList({"talk.pptx"}));
+
+    // Without the limit the same save goes through.
+    ASSERT_TRUE(deck->save(target, &error)) << error.toStdString();
+    EXPECT_EQ(decktest::readFile(target).size(), wanted.size());
+    EXPECT_TRUE(loadBytes(decktest::readFile(target)));
 }
 
 TEST(DeckFile, LibreOfficeOpensEditedDecks) {

@@ -185,6 +185,16 @@ TEST_P(ObjectModelContract, SelectReplacesOrAdds) {
               QStringList({"Shape.Select(-1)", "Shape.Select(0)", "Shape.Select(-1)"}));
 }
 
+TEST_P(ObjectModelContract, TheJournalKeepsTheLastCallsOnly) {
+    ComPtr<Shape> a = shape(*deck, plain);
+    deck->clearJournal();
+    for (int i = 0; i < Deck::kJournalLimit + 5; ++i) a->Select(i % 2 ? 0 : -1);
+    const QStringList journal = deck->journal();
+    ASSERT_EQ(journal.size(), Deck::kJournalLimit);
+    EXPECT_EQ(journal.first(), QStringLiteral("Shape.Select(0)"));  // call 6 of them
+    EXPECT_EQ(journal.last(), QStringLiteral("Shape.Select(-1)"));
+}
+
 TEST_P(ObjectModelContract, AddTextboxMakesAnUndoableBoxWithTheDefaultFormat) {
     const int before = deck->shapes(1).size();
     ComPtr<Shapes> shapes;

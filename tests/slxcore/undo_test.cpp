@@ -2,6 +2,7 @@
 // Undo steps: the transaction guards over the deck of the application's active view.
 #include <gtest/gtest.h>
 
+#include "decktestutil.h"
 #include "minihost/slxcore/hosttransaction.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "nvo/transaction.h"
@@ -178,6 +179,94 @@ TEST_F(UndoSteps, AGuardWithoutAnApplicationStillOpensAndClosesAStep) {
     EXPECT_EQ(guard.commit(), S_OK);
     EXPECT_EQ(second.start(), S_OK);
     EXPECT_EQ(second.commit(), S_OK);
+}
+
+// Edited and then undone is unedited: the slide is written back as it was stored.
+class UndoneEdits : public UndoSteps {
+protected:
+    void SetUp() override {
+        // A deck as a file holds it: two slides with text, read from its bytes.
+        auto made = Deck::create(2);
+        made->addTextBox(1, QStringLiteral("你好"), QRectF(0, 0, 200, 40));
+        made->addTextBox(2, QStringLiteral("再见"), QRectF(0, 0, 200, 40));
+        QString error;
+        // Stored by another writer (and uncompressed), so that a part we rewrite cannot come out
+        // the same by chance.
+        decktest::Parts parts;
+        for (const decktest::ZipEntry& entry : decktest::zipEntries(made->toBytes(&error)))
+            parts.emplace_back(entry.name, entry.data);
+        original = decktest::makeZip(parts, true);
+        deck = Deck::load(original, QStringLiteral("lesson.pptx"), &error);
+        ASSERT_TRUE(deck) << error.toStdString();
+        app.setDeck(deck.get());
+    }
+    QByteArray written() const {
+        QString error;
+        const QByteArray bytes = deck->toBytes(&error);
+        EXPECT_FALSE(bytes.isEmpty()) << error.toStdString();
+        return bytes;
+    }
+    // The entry `name` of `bytes` as stored: its compressed bytes and checksum.
+    static std::pair<QByteArray, std::uint32_t> stored(const QByteArray& bytes, const QString& name) {
+        for (const decktest::ZipEntry& entry : decktest::zipEntries(bytes))
+            if (entry.name == name) return {entry.raw, entry.crc};
+        return {};
+    }
+
+    QByteArray original;
+};
+
+TEST_F(UndoneEdits, AnUndoneStepLeavesTheDeckAsItsBytesWere) {
+    {
+        ZFormatTransGuard guard(&app, QStringLiteral("set phonetic symbol"), true);
+        ASSERT_EQ(guard.start(), S_OK);
+        addBox(QStringLiteral("nǐ hǎo"));
+        ASSERT_EQ(guard.commit(), S_OK);
+    }
+    EXPECT_EQ(deck->editedParts(), QStringList({"ppt/slides/slide1.xml"}));
+    ASSERT_TRUE(deck->undo());
+    EXPECT_TRUE(deck->editedParts().isEmpty());
+    EXPECT_EQ(written(), original);
+    ASSERT_TRUE(deck->redo());  // and redone is edited again
+    EXPECT_EQ(deck->editedParts(), QStringList({"ppt/slides/slide1.xml"}));
+    EXPECT_NE(written(), original);
+}
+
+TEST_F(UndoneEdits, EditsOutsideAStepUndoneOneByOne) {
+    addBox(QStringLiteral("nǐ"));  // two steps of its own
+    insertAfter(wholeText(*deck, deck->shapes(1).first().id).get(), QStringLiteral("（nǐ hǎo）"));
+    ASSERT_EQ(deck->undoSteps().size(), 3);
+    while (deck->undo()) {
+    }
+    EXPECT_EQ(written(), original);
+}
+
+TEST_F(UndoneEdits, OnlyTheSlideWhoseEditsRemainIsRewritten) {
+    addBox(QStringLiteral("nǐ"));
+    ASSERT_TRUE(deck->setCurrentSlide(2));
+    addBox(QStringLiteral("zài jiàn"));
+    ASSERT_TRUE(deck->undo());
+    ASSERT_TRUE(deck->undo());  // slide 2's box and its text are gone; slide 1's stay
+    EXPECT_EQ(deck->editedParts(), QStringList({"ppt/slides/slide1.xml"}));
+    const QByteArray bytes = written();
+    EXPECT_EQ(stored(bytes, QStringLiteral("ppt/slides/slide2.xml")),
+              stored(original, QStringLiteral("ppt/slides/slide2.xml")));
+    EXPECT_NE(stored(bytes, QStringLiteral("ppt/slides/slide1.xml")),
+              stored(original, QStringLiteral("ppt/slides/slide1.xml")));
+}
+
+TEST_F(UndoneEdits, RolledBackStepsLeaveTheDeckAsItsBytesWere) {
+    {
+        ZFormatTransGuard guard(&app, QStringLiteral("set phonetic symbol"), true);
+        guard.start();
+        addBox(QStringLiteral("nǐ"));
+    }  // destroyed without commit
+    EXPECT_EQ(written(), original);
+    ASSERT_TRUE(minihost::openHostTransaction(&app, QStringLiteral("script")));
+    addBox(QStringLiteral("nǐ"));
+    ASSERT_TRUE(minihost::rollbackHostTransaction());
+    EXPECT_TRUE(deck->editedParts().isEmpty());
+    EXPECT_EQ(written(), original);
 }
 
 }  // namespace

@@ -19,6 +19,12 @@ QStringList testDeckNames() {
     return QDir(testDeckDir()).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
 }
 
+QString realDeckDir() { return testDeckDir() + QStringLiteral("/real"); }
+
+QStringList realDeckNames() {
+    return QDir(realDeckDir()).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
+}
+
 QByteArray readFile(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -48,6 +54,11 @@ std::vector<ZipEntry> zipEntries(const QByteArray& bytes) {
         entry.data.resize(static_cast<int>(stat.size));
         if (zip_file_t* file = zip_fopen_index(archive, i, 0)) {
             zip_fread(file, entry.data.data(), stat.size);
+            zip_fclose(file);
+        }
+        entry.raw.resize(static_cast<int>(stat.comp_size));
+        if (zip_file_t* file = zip_fopen_index(archive, i, ZIP_FL_COMPRESSED)) {
+            zip_fread(file, entry.raw.data(), stat.comp_size);
             zip_fclose(file);
         }
         entries.push_back(entry);

@@ -14,6 +14,9 @@ namespace decktest {
 // The public test decks' folder; tests that need them skip when it is absent.
 QString testDeckDir();
 QStringList testDeckNames();  // "poi-bug64693.pptx", ...
+// The real-world decks (testDeckDir()/real), by name.
+QString realDeckDir();
+QStringList realDeckNames();
 QByteArray readFile(const QString& path);
 
 struct ZipEntry {
@@ -23,6 +26,7 @@ struct ZipEntry {
     std::uint64_t size = 0;
     int method = 0;
     QByteArray data;  // uncompressed
+    QByteArray raw;   // as stored (compressed)
 };
 // Every entry of a zip held in `bytes`, in archive order (empty when it is not one).
 std::vector<ZipEntry> zipEntries(const QByteArray& bytes);

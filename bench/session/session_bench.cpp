@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// A long session in one host process: the add-on loaded once, then COMMANDS commands over one
+// deck, alternating "PhoneticOneKey" and the "PhoneticSymbol" dialog's round trip (opened, its
+// readings asked for and confirmed as the page does), each followed by undo. Prints the
+// process's resident memory and the live host objects every tenth of the way; fails when an
+// object is left alive after a command, when the deck is not back to its bytes after the undos,
+// or when memory grows by more than LIMIT_KB from the first tenth to the end.
+//
+//   session_bench [COMMANDS [LIMIT_KB]]     (default 10000 commands, 4096 kB)
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRectF>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "addonsession.h"
+#include "dialogbridge.h"
+#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/taggerreadings.h"
+#include "minihost/nvo/zcoreapplication_p.h"
+#include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/liveobjects.h"
+#include "nvo/readingservice.h"
+#include "nvo/zapplication.h"
+
+namespace {
+
+long residentKb() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("VmRSS:", 0) == 0) return std::atol(line.c_str() + 6);
+    return -1;
+}
+
+int fail(const char* what) {
+    std::fprintf(stderr, "session_bench: %s\n", what);
+    return 1;
+}
+
+// The dialog's round trip as the page makes it: the readings asked for, confirmed unchanged in
+// the layout `style` with brackets `bracket`.
+bool dialogRoundTrip(AddonSession& session, int style, int bracket) {
+    DialogBridge dialog;
+    if (!dialog.open(session)) return false;
+    QString reply;
+    if (!dialog.call(QStringLiteral("getPhoneticText"), {}, &reply)) return false;
+    const QJsonArray phonetic = QJsonDocument::fromJson(reply.toUtf8())
+                                    .object()
+                                    .value(QStringLiteral("result"))
+                                    .toObject()
+                                    .value(QStringLiteral("data"))
+                                    .toObject()
+                                    .value(QStringLiteral("phonetic"))
+                                    .toArray();
+    QJsonArray items;
+    for (const QJsonValue& value : phonetic) {
+        const QJsonObject entry = value.toObject();
+        items.append(QJsonObject{{QStringLiteral("index"), entry[QStringLiteral("index")]},
+                                 {QStringLiteral("pinyin"), entry[QStringLiteral("pinyin")]},
+                                 {QStringLiteral("text"), entry[QStringLiteral("text")]}});
+    }
+    const QVariantMap confirm{
+        {QStringLiteral("styleType"), style},
+        {QStringLiteral("bracketType"), bracket},
+        {QStringLiteral("phonetic"), QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
+    const bool confirmed = !items.isEmpty() && dialog.call(QStringLiteral("setPhoneticText"), confirm, nullptr);
+    dialog.finish();
+    return confirmed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    int applicationArgc = 1;
+    ZxApplication app(applicationArgc, argv);
+    const int commands = argc > 1 ? std::max(2, std::atoi(argv[1])) : 10000;
+    const long limitKb = argc > 2 ? std::atol(argv[2]) : 4096;
+    IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
+    app.coreApplication()->d_func()->registerService(SID_ZReadingService, readings);
+    readings->Release();
+
+    std::unique_ptr<minihost::Deck> deck = minihost::Deck::create(1);
+    const int box = deck->addTextBox(1, QStringLiteral("银行行长还是觉得音乐很快乐"), QRectF(40, 40, 600, 60));
+    QString error;
+    const QByteArray original = deck->toBytes(&error);
+    deck = minihost::Deck::load(original, QStringLiteral("session.pptx"), &error);
+    ZCoreApplicationPrivate* core = app.coreApplication()->d_func();
+    core->setActiveView(deck->view());
+    int status = 0;
+    {
+        AddonSession session;
+        if (!session.open()) return fail(session.errorString().toUtf8().constData());
+        long firstTenthKb = 0;
+        QElapsedTimer timer;
+        timer.start();
+        std::printf("%8s %10s %8s %8s\n", "commands", "rss_kB", "live", "ms");
+        std::printf("%8d %10ld %8d %8d\n", 0, residentKb(), minihost::liveObjectCount(), 0);
+        for (int i = 0; i < commands && status == 0; ++i) {
+            if (!deck->selectText(box, 0, 13)) status = fail("the text cannot be selected");
+            const bool ran = i % 2 == 0 ? session.trigger(QStringLiteral("PhoneticOneKey"))
+                                        : dialogRoundTrip(session, 1 + i / 2 % 3, 1 + i / 6 % 5);
+            if (!ran) status = fail("a command did not run");
+            if (deck->editedParts().isEmpty()) status = fail("a command changed nothing");
+            if (!deck->undo()) status = fail("nothing to undo");
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            if (minihost::liveObjectCount() != 0) status = fail("objects left alive after a command");
+            if ((i + 1) % (commands / 10) == 0 || i + 1 == commands) {
+                const long rss = residentKb();
+                if (!firstTenthKb) firstTenthKb = rss;
+                std::printf("%8d %10ld %8d %8lld\n", i + 1, rss, minihost::liveObjectCount(),
+                            static_cast<long long>(timer.elapsed()));
+                std::fflush(stdout);
+            }
+        }
+        const long growth = residentKb() - firstTenthKb;
+        std::printf("memory from the first tenth to the end: %+ld kB (limit %ld kB)\n", growth, limitKb);
+        if (status == 0 && growth > limitKb) status = fail("memory grew past the limit");
+    }
+    core->setActiveView(nullptr);
+    if (status == 0 && deck->toBytes(&error) != original) status = fail("the deck is not as it was read");
+    deck.reset();
+    std::printf("live objects at the end: %d; over-released: %d\n", minihost::liveObjectCount(),
+                minihost::overReleaseCount());
+    if (status == 0 && (minihost::liveObjectCount() != 0 || minihost::overReleaseCount() != 0))
+        status = fail("objects left alive or released twice");
+    return status;
+}
