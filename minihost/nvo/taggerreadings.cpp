@@ -8,6 +8,8 @@
 
 #include "Tagger.h"
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/hostcontrol.h"
+#include "nvo/readingservice.h"
 
 namespace minihost {
 namespace {
@@ -53,6 +55,12 @@ ReadingFunction engineReadingFunction() {
             readings.append({syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
         return true;
     };
+}
+
+void offerEngineReadingService() {
+    IUnknown* readings = createReadingService(engineReadingFunction());
+    registerService(SID_ZReadingService, readings);
+    readings->Release();
 }
 
 }  // namespace minihost

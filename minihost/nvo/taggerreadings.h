@@ -16,4 +16,10 @@ namespace minihost {
 // prints "zphonetic: <file>: <what is wrong>" to standard error.
 ZHOST_API ReadingFunction engineReadingFunction();
 
+// What every host program does at start-up: offers the host's reading service, backed by
+// engineReadingFunction(), under SID_ZReadingService of the running application (the add-on
+// asks it instead of the tagging library while feature 0x1000018 is off). The application holds
+// the service until unregisterService or its end.
+ZHOST_API void offerEngineReadingService();
+
 }  // namespace minihost

@@ -18,7 +18,7 @@ describe('guide view', () => {
     assert.equal(await dialog.page.textContent('.guide-heading'), '请先选中文字');
     assert.equal(await dialog.page.textContent('.guide-note'), '一次最多标注 30 个字。');
     assert.deepEqual(await dialog.page.$$eval('.guide-steps li', (items) => items.map((item) => item.textContent)), [
-      '1在幻灯片上选中要标注的文字，或选中整个文本框。', '2再点击“拼音标注”，就可以挑选读音和样式。'
+      '1在幻灯片的文本框里拖动鼠标，选中要标注的文字。', '2再点击“拼音标注”，就可以挑选读音和样式。'
     ]);
     const picture = await dialog.page.$eval('svg.guide-picture', (svg) => ({
       texts: Array.from(svg.querySelectorAll('text'), (text) => text.textContent),

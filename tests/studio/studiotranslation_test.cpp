@@ -34,7 +34,7 @@ TEST_F(StudioLanguage, ChineseForAChineseUser) {
     EXPECT_EQ(tab(0), QString::fromUtf8("开始"));
     EXPECT_EQ(tab(1), QString::fromUtf8("插入"));
     EXPECT_EQ(tab(2), QString::fromUtf8("文本工具"));
-    EXPECT_EQ(window->phoneticSymbolAction()->text(), QString::fromUtf8("拼音指南"));
+    EXPECT_EQ(window->phoneticSymbolAction()->text(), QString::fromUtf8("拼音标注"));
     EXPECT_EQ(window->phoneticOneKeyAction()->text(), QString::fromUtf8("一键拼音"));
     ASSERT_TRUE(window->openFile(lessonPath()));
     ASSERT_TRUE(window->deck()->selectShapes({3}));
@@ -47,7 +47,7 @@ TEST_F(StudioLanguage, ChineseForAChineseUser) {
 TEST_F(StudioLanguage, EnglishForAnyOtherLanguage) {
     reopenIn(QStringLiteral("fr_FR"));
     EXPECT_EQ(tab(0), QStringLiteral("Home"));
-    EXPECT_EQ(window->phoneticSymbolAction()->text(), QStringLiteral("Pinyin Guide"));
+    EXPECT_EQ(window->phoneticSymbolAction()->text(), QStringLiteral("Pinyin Readings"));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "decktestutil.h"
+#include "minihost/nvo/hostconfig.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "slideview.h"
 #include "studiofixture.h"
@@ -352,6 +353,20 @@ TEST_F(StudioWindowTest, TheWarningOfTheAddOnIsARealMessageBox) {
     window->phoneticOneKeyAction()->trigger();
     EXPECT_EQ(answer.text, QStringLiteral("please select one character at least"));
     EXPECT_EQ(answer.icon, QMessageBox::Warning);
+}
+
+TEST_F(StudioWindowTest, AMissingDictionaryIsNamedBeforeACommandRuns) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    ASSERT_TRUE(window->deck()->selectShapes({3}));
+    minihost::setDirectory(minihost::kDirDictionaries, dir.filePath(QStringLiteral("nowhere")));
+    MessageBoxAnswer answer(QMessageBox::Ok);
+    window->phoneticOneKeyAction()->trigger();
+    minihost::resetDirectories();
+    EXPECT_TRUE(answer.text.startsWith(dir.filePath(QStringLiteral("nowhere/Pinyin.dic")) +
+                                       QStringLiteral(": ")))
+        << answer.text.toStdString();
+    EXPECT_EQ(answer.icon, QMessageBox::Critical);
+    EXPECT_EQ(window->deck()->undoSteps(), QStringList());  // nothing written
 }
 
 TEST_F(StudioWindowTest, InsertTextBoxAddsABoxToTypeInAsOneUndoStep) {

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "minihost/nvo/hostcontrol.h"
-#include "minihost/nvo/readingservice.h"
 #include "minihost/nvo/taggerreadings.h"
 #include "nvo/readingservice.h"
 #include "nvo/zapplication.h"
@@ -19,7 +18,7 @@ void printHelp() {
         "Usage: zphonetic-studio [DECK.pptx]\n"
         "       zphonetic-studio --help | --version\n\n"
         "Opens a window showing DECK (or no deck), in which the pinyin add-on's commands run on\n"
-        "the text selected on a slide: \"Pinyin Guide\" opens its dialog, \"Pinyin at Once\"\n"
+        "the text selected on a slide: \"Pinyin Readings\" opens its dialog, \"Pinyin at Once\"\n"
         "writes the readings into new text boxes. Both are undone with Ctrl+Z.\n");
 }
 
@@ -44,9 +43,7 @@ int main(int argc, char** argv) {
     // on any display.
     minihost::setShowMessageBoxes(true);
     // With feature 0x1000018 off the add-on asks the host's reading service: the same engine.
-    IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
-    minihost::registerService(SID_ZReadingService, readings);
-    readings->Release();
+    minihost::offerEngineReadingService();
     studiotranslation::install();
 
     const QStringList arguments = ZxApplication::arguments().mid(1);

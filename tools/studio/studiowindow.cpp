@@ -15,6 +15,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 
+#include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/slxcore/deck.h"
 #include "nvo/zapplication.h"
@@ -117,7 +118,7 @@ void StudioWindow::buildActions() {
         {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
     connect(m_redoAction, &QAction::triggered, this, &StudioWindow::redo);
 
-    m_symbolAction = new QAction(studioicons::phoneticSymbol(), tr("Pinyin Guide"), this);
+    m_symbolAction = new QAction(studioicons::phoneticSymbol(), tr("Pinyin Readings"), this);
     m_symbolAction->setObjectName(QString::fromLatin1(kPhoneticSymbol));
     m_symbolAction->setToolTip(tr("Check and choose the pinyin of the selected text"));
     connect(m_symbolAction, &QAction::triggered, this,
@@ -295,6 +296,14 @@ bool StudioWindow::runCommand(const QString& action) {
     if (!m_entry) {
         showError(tr("The pinyin add-on could not be loaded, so its commands are not available."
                      "\n\n%1").arg(m_module.errorString()));
+        return false;
+    }
+    // Without the tagging library or its dictionaries the add-on could only open its guide or say
+    // that nothing is selected: name what is missing instead.
+    QString problem;
+    const QString missing = minihost::missingReadingFile(&problem);
+    if (!missing.isEmpty()) {
+        showError(tr("%1: %2").arg(missing, problem));
         return false;
     }
     // The add-on works on the active view: the deck this window shows (or none).

@@ -3,10 +3,7 @@
 
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
-#include "minihost/nvo/readingservice.h"
-#include "minihost/nvo/taggerreadings.h"
 #include "minihost/slxcore/deck.h"
-#include "nvo/readingservice.h"
 #include "nvo/ribbon.h"
 #include "nvo/zapplication.h"
 #include "reporterror.h"
@@ -55,12 +52,4 @@ int checkReadingFiles() {
 
 IZApplication* DeckHost::coreApplication() const {
     return minihost::hostApplication()->coreApplication();
-}
-
-void registerReadingService() {
-    // With feature 0x1000018 off (host setting features/taggingLibrary=false) the add-on asks
-    // the host's reading service instead of the tagging library: the same engine answers.
-    IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
-    minihost::registerService(SID_ZReadingService, readings);
-    readings->Release();
 }

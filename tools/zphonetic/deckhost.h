@@ -46,7 +46,3 @@ private:
 // its dictionaries. 0, or the exit status of the error it reported ("zphonetic: <missing file>:
 // <what it is and the fix>").
 int checkReadingFiles();
-
-// Registers the host's reading service (which answers the add-on while the tagging library is
-// switched off) with the running application.
-void registerReadingService();

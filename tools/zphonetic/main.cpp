@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "deckhost.h"
+#include "minihost/nvo/taggerreadings.h"
 #include "nvo/zapplication.h"
 #include "subcommands.h"
 
@@ -90,7 +90,7 @@ int main(int argc, char** argv) {
         ZxApplication app(applicationArgc, argv);
         ZxApplication::setApplicationName(QStringLiteral("zphonetic"));
         ZxApplication::setApplicationVersion(QStringLiteral(ZPHONETIC_VERSION));
-        registerReadingService();
+        minihost::offerEngineReadingService();
         return subcommand.run(arguments);
     }
     return reportError(QString::fromLocal8Bit(first),

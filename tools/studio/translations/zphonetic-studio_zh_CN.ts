@@ -20,8 +20,8 @@
         <translation>退出(&amp;Q)</translation>
     </message>
     <message>
-        <source>Pinyin Guide</source>
-        <translation>拼音指南</translation>
+        <source>Pinyin Readings</source>
+        <translation>拼音标注</translation>
     </message>
     <message>
         <source>Check and choose the pinyin of the selected text</source>
