@@ -249,8 +249,9 @@ bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
     return false;
 }
 
-bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* inWord,
-                             size_t length, size_t at, bool wordTarget) const {
+template <class InWord>
+bool RuleDictionary::matches(size_t rule, const char16_t* text, InWord& inWord, size_t length,
+                             size_t at, bool wordTarget) const {
     const uint32_t start = rules_.at(4 * rule + 1);
     const uint32_t count = rules_.at(4 * rule + 2);
     const uint32_t targetPos = rules_.at(4 * rule + 3);
@@ -277,10 +278,12 @@ bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* i
                 if (!inside || pos == 0 || text[pos] != text[pos - 1]) return false;
                 break;
             case RuleElement::kInWord:
-                if (!inside || inWord[pos] == 0) return false;
+                if (!inside || !inWord.inWord(static_cast<size_t>(pos))) return false;
                 break;
             case RuleElement::kAloneChar:
-                if (!inside || inWord[pos] != 0 || text[pos] != value) return false;
+                if (!inside || text[pos] != value || inWord.inWord(static_cast<size_t>(pos))) {
+                    return false;
+                }
                 break;
             case RuleElement::kChar:
                 if (!inside || text[pos] != value) return false;
@@ -300,14 +303,35 @@ bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* i
     return true;
 }
 
-const Syllable* RuleDictionary::match(const char16_t* text, const uint8_t* inWord, size_t length,
-                                      size_t at, bool wordTarget) const {
-    return firstMatch(wordTarget ? inWord_ : alone_, text, inWord, length, at, wordTarget);
+namespace {
+// The marks given in full, as an array.
+struct InWordMarks {
+    const uint8_t* marks;
+    bool inWord(size_t i) const { return marks[i] != 0; }
+};
+}  // namespace
+
+void PathWords::markNextWord() {
+    const size_t end = std::min(length_, marked_ + std::max<size_t>(lengths_[marked_], 1));
+    const uint8_t mark = end - marked_ > 1 ? 1 : 0;
+    for (; marked_ < end; ++marked_) marks_[marked_] = mark;
 }
 
-const Syllable* RuleDictionary::firstMatch(const TargetIndex& index, const char16_t* text,
-                                           const uint8_t* inWord, size_t length, size_t at,
-                                           bool wordTarget) const {
+const Syllable* RuleDictionary::match(const char16_t* text, const uint8_t* inWord, size_t length,
+                                      size_t at, bool wordTarget) const {
+    InWordMarks marks{inWord};
+    return firstMatch(text, marks, length, at, wordTarget);
+}
+
+const Syllable* RuleDictionary::match(const char16_t* text, PathWords& path, size_t length,
+                                      size_t at, bool wordTarget) const {
+    return firstMatch(text, path, length, at, wordTarget);
+}
+
+template <class InWord>
+const Syllable* RuleDictionary::firstMatch(const char16_t* text, InWord& inWord, size_t length,
+                                           size_t at, bool wordTarget) const {
+    const TargetIndex& index = wordTarget ? inWord_ : alone_;
     const char16_t c = text[at];
     if (!index.has(c)) return nullptr;
     const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);

@@ -74,6 +74,32 @@ void appendRuleText(const std::string& text, RuleSet& set);
 std::string formatRuleText(const RuleSet& rules);
 std::vector<uint8_t> compileRules(const RuleSet& rules);
 
+// Which characters the best path puts inside a word of two or more, as the rules read it ("@",
+// "!X"). Worked out along the path only as far as a rule asks: most rules never read it, and
+// most texts have no rule that does.
+class PathWords {
+public:
+    // `lengths[s]` is the length (at least 1) of the path's word starting at s, for every s the
+    // path reaches from 0 within [0, length); `marks` has room for `length` marks, which this
+    // writes. Both must outlive it.
+    PathWords(const uint8_t* lengths, size_t length, uint8_t* marks)
+        : lengths_(lengths), length_(length), marks_(marks) {}
+
+    // True when character i < length lies inside a word of two or more characters.
+    bool inWord(size_t i) {
+        while (marked_ <= i) markNextWord();
+        return marks_[i] != 0;
+    }
+
+private:
+    void markNextWord();
+
+    const uint8_t* lengths_;
+    size_t length_;
+    uint8_t* marks_;
+    size_t marked_ = 0;  // marks_ is written for [0, marked_), a whole number of words
+};
+
 // A checked view of a rule dictionary in memory (does not own the bytes).
 class RuleDictionary {
 public:
@@ -87,6 +113,9 @@ public:
     // among the "_" rules, or with `inWord` among the "=" rules. inWord[i] is 1 where text[i]
     // lies inside a word of two or more characters on the best path, for i in [0, length).
     const Syllable* match(const char16_t* text, const uint8_t* inWord, size_t length, size_t at,
+                          bool wordTarget) const;
+    // The same, reading the words from the best path itself.
+    const Syllable* match(const char16_t* text, PathWords& path, size_t length, size_t at,
                           bool wordTarget) const;
 
     RuleSet toRuleSet() const;
@@ -105,11 +134,13 @@ private:
         void finish();
     };
 
-    const Syllable* firstMatch(const TargetIndex& index, const char16_t* text,
-                               const uint8_t* inWord, size_t length, size_t at,
+    // `InWord` answers inWord(i): character i lies inside a word of two or more.
+    template <class InWord>
+    const Syllable* firstMatch(const char16_t* text, InWord& inWord, size_t length, size_t at,
                                bool wordTarget) const;
-    bool matches(size_t rule, const char16_t* text, const uint8_t* inWord, size_t length,
-                 size_t at, bool wordTarget) const;
+    template <class InWord>
+    bool matches(size_t rule, const char16_t* text, InWord& inWord, size_t length, size_t at,
+                 bool wordTarget) const;
     bool inClass(uint16_t cls, char16_t c) const;
 
     ContainerView file_;

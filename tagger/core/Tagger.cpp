@@ -61,11 +61,9 @@ void Tagger::segment(const char16_t* text, size_t n) {
     }
 
     // Which characters the best path puts inside a word of two or more: the rules read it, on
-    // both sides of the character they decide.
-    inWord_.assign(n, 0);
-    for (size_t i = 0; i < n; i += length_[i]) {
-        if (length_[i] > 1) std::memset(&inWord_[i], 1, length_[i]);
-    }
+    // both sides of the character they decide, and it is worked out only where they do.
+    inWord_.resize(n);
+    PathWords path(length_.data(), n, inWord_.data());
 
     // Left to right along the best path: readings from the words, unless a rule overrides a
     // character's reading inside its word; for a character that is a word of its own the first
@@ -84,7 +82,7 @@ void Tagger::segment(const char16_t* text, size_t n) {
             for (size_t k = 0; k < len; ++k) {
                 alone_[i + k] = 0;
                 if (rules.hasWordRules(text[i + k])) {
-                    const Syllable* r = rules.match(text, inWord_.data(), n, i + k, true);
+                    const Syllable* r = rules.match(text, path, n, i + k, true);
                     if (r != nullptr) readings_[i + k] = r;
                     // 不 changes tone again by the reading the rule gave the syllable after it
                     // (不应 bù yīng, but 都不应 bú yìng).
@@ -98,7 +96,7 @@ void Tagger::segment(const char16_t* text, size_t n) {
             continue;
         }
         const Syllable* rule =
-            rules.hasRules(text[i]) ? rules.match(text, inWord_.data(), n, i, false) : nullptr;
+            rules.hasRules(text[i]) ? rules.match(text, path, n, i, false) : nullptr;
         if (rule != nullptr) {
             readings_[i] = rule;
             alone_[i] = 2;  // settled by a rule: no tone change
