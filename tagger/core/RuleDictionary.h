@@ -121,26 +121,44 @@ public:
     RuleSet toRuleSet() const;
 
 private:
+    // A rule made ready at opening: its pattern's elements other than the target, each placed
+    // relative to the target and nearest to it first (the neighbours tell most rules apart);
+    // "." only widens the span of characters the pattern needs inside the text.
+    struct Check {
+        int32_t offset;  // of the element's character from the target
+        uint16_t kind;   // RuleElement::Kind, never "_", "=" or "."
+        uint16_t value;
+    };
+    struct Rule {
+        uint32_t firstCheck = 0;  // its checks are checks_[firstCheck, firstCheck + checkCount)
+        uint32_t checkCount = 0;
+        int32_t lowest = 0;   // offsets of the first and last characters it needs in the text
+        int32_t highest = 0;
+        uint16_t syllable = 0;
+    };
     // The rules of one kind of target ("_" or "="), grouped by target in file order, found
     // without a search: the target's bit, and the count of targets before it from `rank`.
     struct TargetIndex {
         uint64_t bits[0x10000 / 64] = {};
         uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
         std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
-        std::vector<uint32_t> rules;      // rule numbers
+        std::vector<Rule> rules;
 
         bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }
-        void add(char16_t target, uint32_t rule);
+        void add(char16_t target, const Rule& rule);
         void finish();
     };
 
+    // Reads rule r of the file into a Rule and its checks; throws FormatError for a pattern
+    // that compileRules() cannot have written.
+    Rule prepare(size_t r);
     // `InWord` answers inWord(i): character i lies inside a word of two or more.
     template <class InWord>
     const Syllable* firstMatch(const char16_t* text, InWord& inWord, size_t length, size_t at,
                                bool wordTarget) const;
     template <class InWord>
-    bool matches(size_t rule, const char16_t* text, InWord& inWord, size_t length, size_t at,
-                 bool wordTarget) const;
+    bool matches(const Rule& rule, const char16_t* text, InWord& inWord, size_t length,
+                 size_t at) const;
     bool inClass(uint16_t cls, char16_t c) const;
 
     ContainerView file_;
@@ -151,6 +169,10 @@ private:
     LeArray<uint16_t> names_;
     LeArray<uint32_t> rules_;
     LeArray<uint32_t> elements_;
+    // The classes copied out of the file: class k is classMembers_[classStarts_[k], [k + 1]).
+    std::vector<uint32_t> classStarts_;
+    std::vector<char16_t> classMembers_;
+    std::vector<Check> checks_;
     TargetIndex alone_;
     TargetIndex inWord_;
 };
