@@ -17,6 +17,15 @@ constexpr uint32_t kNameSection = 6;
 constexpr uint32_t kRuleSection = 7;
 constexpr uint32_t kElementSection = 8;
 
+// The number of bits set, without the library call the compiler makes of a builtin for a
+// processor that may lack the instruction.
+size_t countBits(uint64_t x) {
+    x -= (x >> 1) & 0x5555555555555555;
+    x = (x & 0x3333333333333333) + ((x >> 2) & 0x3333333333333333);
+    x = (x + (x >> 4)) & 0x0F0F0F0F0F0F0F0F;
+    return static_cast<size_t>((x * 0x0101010101010101) >> 56);
+}
+
 std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
                                       const std::vector<RuleSet::Class>& classes) {
     const std::u16string text = toUtf16(field);
@@ -218,6 +227,7 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
         const uint32_t targetKind =
             elements_.at(size_t{rules_.at(4 * r + 1)} + rules_.at(4 * r + 3)) >> 16;
         (targetKind == RuleElement::kWordTarget ? inWord_ : alone_).add(target, prepare(r));
+        if (targetKind == RuleElement::kWordTarget) wordTargetBits_ |= uint64_t{1} << (target & 63);
     }
     alone_.finish();
     inWord_.finish();
@@ -274,7 +284,7 @@ void RuleDictionary::TargetIndex::finish() {
     uint32_t before = 0;
     for (size_t w = 0; w < 0x10000 / 64; ++w) {
         rank[w] = before;
-        before += static_cast<uint32_t>(__builtin_popcountll(bits[w]));
+        before += static_cast<uint32_t>(countBits(bits[w]));
     }
 }
 
@@ -282,46 +292,6 @@ bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
     const auto first = classMembers_.begin() + classStarts_[cls];
     const auto last = classMembers_.begin() + classStarts_[cls + size_t{1}];
     return std::binary_search(first, last, c);
-}
-
-template <class InWord>
-bool RuleDictionary::matches(const Rule& rule, const char16_t* text, InWord& inWord,
-                             size_t length, size_t at) const {
-    // "^" and "$" stand just outside the text; every other element needs its character inside.
-    const auto target = static_cast<long long>(at);
-    const auto end = static_cast<long long>(length);
-    if (target + rule.lowest < 0 || target + rule.highest >= end) return false;
-    const Check* check = checks_.data() + rule.firstCheck;
-    for (const Check* last = check + rule.checkCount; check != last; ++check) {
-        const long long pos = target + check->offset;
-        switch (check->kind) {
-            case RuleElement::kChar:
-                if (text[pos] != check->value) return false;
-                break;
-            case RuleElement::kClass:
-                if (!inClass(check->value, text[pos])) return false;
-                break;
-            case RuleElement::kRepeat:
-                if (text[pos] != text[pos - 1]) return false;
-                break;
-            case RuleElement::kInWord:
-                if (!inWord.inWord(static_cast<size_t>(pos))) return false;
-                break;
-            case RuleElement::kAloneChar:
-                if (text[pos] != check->value || inWord.inWord(static_cast<size_t>(pos))) {
-                    return false;
-                }
-                break;
-            case RuleElement::kStart:
-                if (pos != -1) return false;
-                break;
-            case RuleElement::kEnd:
-                if (pos != end) return false;
-                break;
-            default: return false;
-        }
-    }
-    return true;
 }
 
 namespace {
@@ -356,10 +326,35 @@ const Syllable* RuleDictionary::firstMatch(const char16_t* text, InWord& inWord,
     const char16_t c = text[at];
     if (!index.has(c)) return nullptr;
     const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);
-    const size_t k = index.rank[c >> 6] + static_cast<size_t>(__builtin_popcountll(below));
+    const size_t k = index.rank[c >> 6] + countBits(below);
+    // "^" and "$" stand just outside the text; every other element needs its character inside.
+    const auto target = static_cast<long long>(at);
+    const auto end = static_cast<long long>(length);
     for (uint32_t i = index.starts[k]; i < index.starts[k + 1]; ++i) {
         const Rule& rule = index.rules[i];
-        if (matches(rule, text, inWord, length, at)) return syllables_.get(rule.syllable);
+        if (target + rule.lowest < 0 || target + rule.highest >= end) continue;
+        const Check* check = checks_.data() + rule.firstCheck;
+        const Check* const last = check + rule.checkCount;
+        for (; check != last; ++check) {
+            const long long pos = target + check->offset;
+            bool holds = false;
+            switch (check->kind) {
+                case RuleElement::kChar: holds = text[pos] == check->value; break;
+                case RuleElement::kClass: holds = inClass(check->value, text[pos]); break;
+                case RuleElement::kRepeat: holds = text[pos] == text[pos - 1]; break;
+                case RuleElement::kInWord:
+                    holds = inWord.inWord(static_cast<size_t>(pos));
+                    break;
+                case RuleElement::kAloneChar:
+                    holds = text[pos] == check->value && !inWord.inWord(static_cast<size_t>(pos));
+                    break;
+                case RuleElement::kStart: holds = pos == -1; break;
+                case RuleElement::kEnd: holds = pos == end; break;
+                default: break;
+            }
+            if (!holds) break;
+        }
+        if (check == last) return syllables_.get(rule.syllable);
     }
     return nullptr;
 }

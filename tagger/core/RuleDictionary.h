@@ -107,8 +107,12 @@ public:
     RuleDictionary(const uint8_t* data, size_t size);
 
     // True when some rule has `c` as its target on its own ("_"), or inside a word ("=").
+    // The engine asks hasWordRules() of every character inside a word, and few characters
+    // have such rules: a filter of their low six bits, kept in a register, answers most.
     bool hasRules(char16_t c) const { return alone_.has(c); }
-    bool hasWordRules(char16_t c) const { return inWord_.has(c); }
+    bool hasWordRules(char16_t c) const {
+        return ((wordTargetBits_ >> (c & 63)) & 1) != 0 && inWord_.has(c);
+    }
     // The reading that the first matching rule gives text[at], or nullptr when none matches:
     // among the "_" rules, or with `inWord` among the "=" rules. inWord[i] is 1 where text[i]
     // lies inside a word of two or more characters on the best path, for i in [0, length).
@@ -156,9 +160,6 @@ private:
     template <class InWord>
     const Syllable* firstMatch(const char16_t* text, InWord& inWord, size_t length, size_t at,
                                bool wordTarget) const;
-    template <class InWord>
-    bool matches(const Rule& rule, const char16_t* text, InWord& inWord, size_t length,
-                 size_t at) const;
     bool inClass(uint16_t cls, char16_t c) const;
 
     ContainerView file_;
@@ -175,6 +176,7 @@ private:
     std::vector<Check> checks_;
     TargetIndex alone_;
     TargetIndex inWord_;
+    uint64_t wordTargetBits_ = 0;  // bit c & 63 of each target of an "=" rule
 };
 
 }  // namespace zphonetic::tagger

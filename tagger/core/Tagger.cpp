@@ -71,7 +71,7 @@ void Tagger::segment(const char16_t* text, size_t n) {
     const CharDictionary& chars = dicts_->chars();
     const RuleDictionary& rules = dicts_->rules();
     readings_.resize(n);
-    alone_.resize(n);
+    alone_.assign(n, 0);  // inside a word, unless set below
     toneChanges_.clear();
     for (size_t i = 0; i < n;) {
         const size_t len = length_[i];
@@ -79,19 +79,11 @@ void Tagger::segment(const char16_t* text, size_t n) {
             words.readWord(node_[i], len, &readings_[i]);
             // 不 opening a word may still sit between a repeated verb (对/不对).
             if (text[i] == kBu) toneChanges_.push_back(i);
-            for (size_t k = 0; k < len; ++k) {
-                alone_[i + k] = 0;
-                if (rules.hasWordRules(text[i + k])) {
-                    const Syllable* r = rules.match(text, path, n, i + k, true);
-                    if (r != nullptr) readings_[i + k] = r;
-                    // 不 changes tone again by the reading the rule gave the syllable after it
-                    // (不应 bù yīng, but 都不应 bú yìng).
-                    if (r != nullptr && k > 0 && text[i + k - 1] == kBu) {
-                        alone_[i + k - 1] = 1;
-                        if (k > 1) toneChanges_.push_back(i + k - 1);  // at 0 it is listed above
-                    }
-                }
-            }
+            // Most words have no character with "=" rules: find the first that has, if any.
+            const char16_t* const end = text + i + len;
+            const char16_t* c = text + i;
+            while (c != end && !rules.hasWordRules(*c)) ++c;
+            if (c != end) overrideInWord(text, n, i, len, static_cast<size_t>(c - text) - i, path);
             i += len;
             continue;
         }
@@ -107,6 +99,24 @@ void Tagger::segment(const char16_t* text, size_t n) {
             if (text[i] == kYi || text[i] == kBu) toneChanges_.push_back(i);
         }
         ++i;
+    }
+}
+
+void Tagger::overrideInWord(const char16_t* text, size_t n, size_t word, size_t len, size_t k,
+                            PathWords& path) {
+    const RuleDictionary& rules = dicts_->rules();
+    for (; k < len; ++k) {
+        const size_t at = word + k;
+        const Syllable* r = rules.hasWordRules(text[at]) ? rules.match(text, path, n, at, true)
+                                                         : nullptr;
+        if (r == nullptr) continue;
+        readings_[at] = r;
+        // 不 changes tone again by the reading the rule gave the syllable after it (不应 bù
+        // yīng, but 都不应 bú yìng).
+        if (k > 0 && text[at - 1] == kBu) {
+            alone_[at - 1] = 1;
+            if (k > 1) toneChanges_.push_back(at - 1);  // opening the word, it is listed already
+        }
     }
 }
 

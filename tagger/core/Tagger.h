@@ -41,6 +41,10 @@ public:
 
 private:
     void segment(const char16_t* text, size_t n);
+    // Characters k and after of the path's word [word, word + len) take the reading of the
+    // first "=" rule that matches, where one does.
+    void overrideInWord(const char16_t* text, size_t n, size_t word, size_t len, size_t k,
+                        PathWords& path);
     void changeTones(const char16_t* text, size_t n);
 
     std::shared_ptr<const Dictionaries> dicts_;
