@@ -2,6 +2,7 @@
 #include "RuleDictionary.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "TextLines.h"
 #include "Utf16.h"
@@ -15,6 +16,15 @@ constexpr uint32_t kNameIndexSection = 5;
 constexpr uint32_t kNameSection = 6;
 constexpr uint32_t kRuleSection = 7;
 constexpr uint32_t kElementSection = 8;
+
+// The number of bits set, without the library call the compiler makes of a builtin for a
+// processor that may lack the instruction.
+size_t countBits(uint64_t x) {
+    x -= (x >> 1) & 0x5555555555555555;
+    x = (x & 0x3333333333333333) + ((x >> 2) & 0x3333333333333333);
+    x = (x + (x >> 4)) & 0x0F0F0F0F0F0F0F0F;
+    return static_cast<size_t>((x * 0x0101010101010101) >> 56);
+}
 
 std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
                                       const std::vector<RuleSet::Class>& classes) {
@@ -200,6 +210,14 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
     if (classIndex_.size() == 0 || nameIndex_.size() != classIndex_.size()) {
         throw FormatError("class tables are empty or of different sizes");
     }
+    for (size_t k = 0; k + 1 < classIndex_.size(); ++k) {
+        classStarts_.push_back(static_cast<uint32_t>(classMembers_.size()));
+        for (size_t i = classIndex_.at(k); i < classIndex_.at(k + 1) && i < classChars_.size();
+             ++i) {
+            classMembers_.push_back(static_cast<char16_t>(classChars_.at(i)));
+        }
+    }
+    classStarts_.push_back(static_cast<uint32_t>(classMembers_.size()));
     if (rules_.size() % 4 != 0) throw FormatError("rule section is not whole rules");
     for (size_t r = 0; r < rules_.size() / 4; ++r) {
         const auto target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
@@ -208,14 +226,51 @@ RuleDictionary::RuleDictionary(const uint8_t* data, size_t size)
         }
         const uint32_t targetKind =
             elements_.at(size_t{rules_.at(4 * r + 1)} + rules_.at(4 * r + 3)) >> 16;
-        (targetKind == RuleElement::kWordTarget ? inWord_ : alone_)
-            .add(target, static_cast<uint32_t>(r));
+        (targetKind == RuleElement::kWordTarget ? inWord_ : alone_).add(target, prepare(r));
+        if (targetKind == RuleElement::kWordTarget) wordTargetBits_ |= uint64_t{1} << (target & 63);
     }
     alone_.finish();
     inWord_.finish();
 }
 
-void RuleDictionary::TargetIndex::add(char16_t target, uint32_t rule) {
+RuleDictionary::Rule RuleDictionary::prepare(size_t r) {
+    const std::string which = "rule " + std::to_string(r);
+    const uint32_t start = rules_.at(4 * r + 1);
+    const uint32_t count = rules_.at(4 * r + 2);
+    const uint32_t targetPos = rules_.at(4 * r + 3);
+    if (size_t{start} + count > elements_.size() || targetPos >= count) {
+        throw FormatError(which + " has a pattern out of range");
+    }
+    Rule rule;
+    rule.firstCheck = static_cast<uint32_t>(checks_.size());
+    rule.syllable = static_cast<uint16_t>(rules_.at(4 * r) & 0xFFFF);
+    for (uint32_t k = 0; k < count; ++k) {
+        const uint32_t e = elements_.at(size_t{start} + k);
+        const auto kind = static_cast<uint16_t>(e >> 16);
+        const auto value = static_cast<uint16_t>(e & 0xFFFF);
+        const int32_t offset = static_cast<int32_t>(k) - static_cast<int32_t>(targetPos);
+        const bool target = kind == RuleElement::kTarget || kind == RuleElement::kWordTarget;
+        if (target != (offset == 0)) throw FormatError(which + " has not one target");
+        if (kind > RuleElement::kAloneChar) throw FormatError(which + " has an unknown element");
+        if (kind == RuleElement::kClass && size_t{value} + 1 >= classStarts_.size()) {
+            throw FormatError(which + " names a class the file does not have");
+        }
+        if (kind != RuleElement::kStart && kind != RuleElement::kEnd) {
+            // "~" compares its character with the one before it.
+            rule.lowest = std::min(rule.lowest, kind == RuleElement::kRepeat ? offset - 1 : offset);
+            rule.highest = std::max(rule.highest, offset);
+        }
+        if (!target && kind != RuleElement::kAny) checks_.push_back({offset, kind, value});
+    }
+    rule.checkCount = static_cast<uint32_t>(checks_.size()) - rule.firstCheck;
+    std::stable_sort(checks_.begin() + rule.firstCheck, checks_.end(),
+                     [](const Check& a, const Check& b) {
+                         return std::abs(a.offset) < std::abs(b.offset);
+                     });
+    return rule;
+}
+
+void RuleDictionary::TargetIndex::add(char16_t target, const Rule& rule) {
     // Rules come sorted by target, so a new target is one above the last.
     if (!has(target)) {
         bits[target >> 6] |= uint64_t{1} << (target & 63);
@@ -229,94 +284,77 @@ void RuleDictionary::TargetIndex::finish() {
     uint32_t before = 0;
     for (size_t w = 0; w < 0x10000 / 64; ++w) {
         rank[w] = before;
-        before += static_cast<uint32_t>(__builtin_popcountll(bits[w]));
+        before += static_cast<uint32_t>(countBits(bits[w]));
     }
 }
 
 bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
-    size_t lo = classIndex_.at(cls);
-    size_t hi = std::min<size_t>(classIndex_.at(cls + size_t{1}), classChars_.size());
-    while (lo < hi) {
-        const size_t mid = lo + (hi - lo) / 2;
-        const auto v = static_cast<char16_t>(classChars_.at(mid));
-        if (v == c) return true;
-        if (v < c) {
-            lo = mid + 1;
-        } else {
-            hi = mid;
-        }
-    }
-    return false;
+    const auto first = classMembers_.begin() + classStarts_[cls];
+    const auto last = classMembers_.begin() + classStarts_[cls + size_t{1}];
+    return std::binary_search(first, last, c);
 }
 
-bool RuleDictionary::matches(size_t rule, const char16_t* text, const uint8_t* inWord,
-                             size_t length, size_t at, bool wordTarget) const {
-    const uint32_t start = rules_.at(4 * rule + 1);
-    const uint32_t count = rules_.at(4 * rule + 2);
-    const uint32_t targetPos = rules_.at(4 * rule + 3);
-    // Element k of the pattern lines up with text[at - targetPos + k]; "^" and "$" stand just
-    // outside the text.
-    for (uint32_t k = 0; k < count; ++k) {
-        const uint32_t e = elements_.at(size_t{start} + k, uint32_t{RuleElement::kEnd} << 16);
-        const auto kind = static_cast<uint16_t>(e >> 16);
-        const auto value = static_cast<uint16_t>(e & 0xFFFF);
-        const long long pos = static_cast<long long>(at) - targetPos + k;
-        const bool inside = pos >= 0 && pos < static_cast<long long>(length);
-        switch (kind) {
-            case RuleElement::kTarget:
-            case RuleElement::kWordTarget:
-                if (pos != static_cast<long long>(at) ||
-                    (kind == RuleElement::kWordTarget) != wordTarget) {
-                    return false;
-                }
-                break;
-            case RuleElement::kAny:
-                if (!inside) return false;
-                break;
-            case RuleElement::kRepeat:
-                if (!inside || pos == 0 || text[pos] != text[pos - 1]) return false;
-                break;
-            case RuleElement::kInWord:
-                if (!inside || inWord[pos] == 0) return false;
-                break;
-            case RuleElement::kAloneChar:
-                if (!inside || inWord[pos] != 0 || text[pos] != value) return false;
-                break;
-            case RuleElement::kChar:
-                if (!inside || text[pos] != value) return false;
-                break;
-            case RuleElement::kClass:
-                if (!inside || !inClass(value, text[pos])) return false;
-                break;
-            case RuleElement::kStart:
-                if (pos != -1) return false;
-                break;
-            case RuleElement::kEnd:
-                if (pos != static_cast<long long>(length)) return false;
-                break;
-            default: return false;
-        }
-    }
-    return true;
+namespace {
+// The marks given in full, as an array.
+struct InWordMarks {
+    const uint8_t* marks;
+    bool inWord(size_t i) const { return marks[i] != 0; }
+};
+}  // namespace
+
+void PathWords::markNextWord() {
+    const size_t end = std::min(length_, marked_ + std::max<size_t>(lengths_[marked_], 1));
+    const uint8_t mark = end - marked_ > 1 ? 1 : 0;
+    for (; marked_ < end; ++marked_) marks_[marked_] = mark;
 }
 
 const Syllable* RuleDictionary::match(const char16_t* text, const uint8_t* inWord, size_t length,
                                       size_t at, bool wordTarget) const {
-    return firstMatch(wordTarget ? inWord_ : alone_, text, inWord, length, at, wordTarget);
+    InWordMarks marks{inWord};
+    return firstMatch(text, marks, length, at, wordTarget);
 }
 
-const Syllable* RuleDictionary::firstMatch(const TargetIndex& index, const char16_t* text,
-                                           const uint8_t* inWord, size_t length, size_t at,
-                                           bool wordTarget) const {
+const Syllable* RuleDictionary::match(const char16_t* text, PathWords& path, size_t length,
+                                      size_t at, bool wordTarget) const {
+    return firstMatch(text, path, length, at, wordTarget);
+}
+
+template <class InWord>
+const Syllable* RuleDictionary::firstMatch(const char16_t* text, InWord& inWord, size_t length,
+                                           size_t at, bool wordTarget) const {
+    const TargetIndex& index = wordTarget ? inWord_ : alone_;
     const char16_t c = text[at];
     if (!index.has(c)) return nullptr;
     const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);
-    const size_t k = index.rank[c >> 6] + static_cast<size_t>(__builtin_popcountll(below));
+    const size_t k = index.rank[c >> 6] + countBits(below);
+    // "^" and "$" stand just outside the text; every other element needs its character inside.
+    const auto target = static_cast<long long>(at);
+    const auto end = static_cast<long long>(length);
     for (uint32_t i = index.starts[k]; i < index.starts[k + 1]; ++i) {
-        const uint32_t r = index.rules[i];
-        if (matches(r, text, inWord, length, at, wordTarget)) {
-            return syllables_.get(rules_.at(4 * size_t{r}) & 0xFFFF);
+        const Rule& rule = index.rules[i];
+        if (target + rule.lowest < 0 || target + rule.highest >= end) continue;
+        const Check* check = checks_.data() + rule.firstCheck;
+        const Check* const last = check + rule.checkCount;
+        for (; check != last; ++check) {
+            const long long pos = target + check->offset;
+            bool holds = false;
+            switch (check->kind) {
+                case RuleElement::kChar: holds = text[pos] == check->value; break;
+                case RuleElement::kClass: holds = inClass(check->value, text[pos]); break;
+                case RuleElement::kRepeat: holds = text[pos] == text[pos - 1]; break;
+                case RuleElement::kInWord:
+                    holds = inWord.inWord(static_cast<size_t>(pos));
+                    break;
+                case RuleElement::kAloneChar:
+                    holds = text[pos] == check->value && !inWord.inWord(static_cast<size_t>(pos));
+                    break;
+                case RuleElement::kStart: holds = pos == -1; break;
+                case RuleElement::kEnd: holds = pos == end; break;
+                default: break;
+            }
+            if (!holds) break;
         }
+        if (check == last) return syllables_.get(rule.syllable);
     }
     return nullptr;
 }

@@ -74,6 +74,32 @@ void appendRuleText(const std::string& text, RuleSet& set);
 std::string formatRuleText(const RuleSet& rules);
 std::vector<uint8_t> compileRules(const RuleSet& rules);
 
+// Which characters the best path puts inside a word of two or more, as the rules read it ("@",
+// "!X"). Worked out along the path only as far as a rule asks: most rules never read it, and
+// most texts have no rule that does.
+class PathWords {
+public:
+    // `lengths[s]` is the length (at least 1) of the path's word starting at s, for every s the
+    // path reaches from 0 within [0, length); `marks` has room for `length` marks, which this
+    // writes. Both must outlive it.
+    PathWords(const uint8_t* lengths, size_t length, uint8_t* marks)
+        : lengths_(lengths), length_(length), marks_(marks) {}
+
+    // True when character i < length lies inside a word of two or more characters.
+    bool inWord(size_t i) {
+        while (marked_ <= i) markNextWord();
+        return marks_[i] != 0;
+    }
+
+private:
+    void markNextWord();
+
+    const uint8_t* lengths_;
+    size_t length_;
+    uint8_t* marks_;
+    size_t marked_ = 0;  // marks_ is written for [0, marked_), a whole number of words
+};
+
 // A checked view of a rule dictionary in memory (does not own the bytes).
 class RuleDictionary {
 public:
@@ -81,35 +107,59 @@ public:
     RuleDictionary(const uint8_t* data, size_t size);
 
     // True when some rule has `c` as its target on its own ("_"), or inside a word ("=").
+    // The engine asks hasWordRules() of every character inside a word, and few characters
+    // have such rules: a filter of their low six bits, kept in a register, answers most.
     bool hasRules(char16_t c) const { return alone_.has(c); }
-    bool hasWordRules(char16_t c) const { return inWord_.has(c); }
+    bool hasWordRules(char16_t c) const {
+        return ((wordTargetBits_ >> (c & 63)) & 1) != 0 && inWord_.has(c);
+    }
     // The reading that the first matching rule gives text[at], or nullptr when none matches:
     // among the "_" rules, or with `inWord` among the "=" rules. inWord[i] is 1 where text[i]
     // lies inside a word of two or more characters on the best path, for i in [0, length).
     const Syllable* match(const char16_t* text, const uint8_t* inWord, size_t length, size_t at,
                           bool wordTarget) const;
+    // The same, reading the words from the best path itself.
+    const Syllable* match(const char16_t* text, PathWords& path, size_t length, size_t at,
+                          bool wordTarget) const;
 
     RuleSet toRuleSet() const;
 
 private:
+    // A rule made ready at opening: its pattern's elements other than the target, each placed
+    // relative to the target and nearest to it first (the neighbours tell most rules apart);
+    // "." only widens the span of characters the pattern needs inside the text.
+    struct Check {
+        int32_t offset;  // of the element's character from the target
+        uint16_t kind;   // RuleElement::Kind, never "_", "=" or "."
+        uint16_t value;
+    };
+    struct Rule {
+        uint32_t firstCheck = 0;  // its checks are checks_[firstCheck, firstCheck + checkCount)
+        uint32_t checkCount = 0;
+        int32_t lowest = 0;   // offsets of the first and last characters it needs in the text
+        int32_t highest = 0;
+        uint16_t syllable = 0;
+    };
     // The rules of one kind of target ("_" or "="), grouped by target in file order, found
     // without a search: the target's bit, and the count of targets before it from `rank`.
     struct TargetIndex {
         uint64_t bits[0x10000 / 64] = {};
         uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
         std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
-        std::vector<uint32_t> rules;      // rule numbers
+        std::vector<Rule> rules;
 
         bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }
-        void add(char16_t target, uint32_t rule);
+        void add(char16_t target, const Rule& rule);
         void finish();
     };
 
-    const Syllable* firstMatch(const TargetIndex& index, const char16_t* text,
-                               const uint8_t* inWord, size_t length, size_t at,
+    // Reads rule r of the file into a Rule and its checks; throws FormatError for a pattern
+    // that compileRules() cannot have written.
+    Rule prepare(size_t r);
+    // `InWord` answers inWord(i): character i lies inside a word of two or more.
+    template <class InWord>
+    const Syllable* firstMatch(const char16_t* text, InWord& inWord, size_t length, size_t at,
                                bool wordTarget) const;
-    bool matches(size_t rule, const char16_t* text, const uint8_t* inWord, size_t length,
-                 size_t at, bool wordTarget) const;
     bool inClass(uint16_t cls, char16_t c) const;
 
     ContainerView file_;
@@ -120,8 +170,13 @@ private:
     LeArray<uint16_t> names_;
     LeArray<uint32_t> rules_;
     LeArray<uint32_t> elements_;
+    // The classes copied out of the file: class k is classMembers_[classStarts_[k], [k + 1]).
+    std::vector<uint32_t> classStarts_;
+    std::vector<char16_t> classMembers_;
+    std::vector<Check> checks_;
     TargetIndex alone_;
     TargetIndex inWord_;
+    uint64_t wordTargetBits_ = 0;  // bit c & 63 of each target of an "=" rule
 };
 
 }  // namespace zphonetic::tagger

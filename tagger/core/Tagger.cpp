@@ -61,11 +61,9 @@ void Tagger::segment(const char16_t* text, size_t n) {
     }
 
     // Which characters the best path puts inside a word of two or more: the rules read it, on
-    // both sides of the character they decide.
-    inWord_.assign(n, 0);
-    for (size_t i = 0; i < n; i += length_[i]) {
-        if (length_[i] > 1) std::memset(&inWord_[i], 1, length_[i]);
-    }
+    // both sides of the character they decide, and it is worked out only where they do.
+    inWord_.resize(n);
+    PathWords path(length_.data(), n, inWord_.data());
 
     // Left to right along the best path: readings from the words, unless a rule overrides a
     // character's reading inside its word; for a character that is a word of its own the first
@@ -73,7 +71,7 @@ void Tagger::segment(const char16_t* text, size_t n) {
     const CharDictionary& chars = dicts_->chars();
     const RuleDictionary& rules = dicts_->rules();
     readings_.resize(n);
-    alone_.resize(n);
+    alone_.assign(n, 0);  // inside a word, unless set below
     toneChanges_.clear();
     for (size_t i = 0; i < n;) {
         const size_t len = length_[i];
@@ -81,24 +79,16 @@ void Tagger::segment(const char16_t* text, size_t n) {
             words.readWord(node_[i], len, &readings_[i]);
             // 不 opening a word may still sit between a repeated verb (对/不对).
             if (text[i] == kBu) toneChanges_.push_back(i);
-            for (size_t k = 0; k < len; ++k) {
-                alone_[i + k] = 0;
-                if (rules.hasWordRules(text[i + k])) {
-                    const Syllable* r = rules.match(text, inWord_.data(), n, i + k, true);
-                    if (r != nullptr) readings_[i + k] = r;
-                    // 不 changes tone again by the reading the rule gave the syllable after it
-                    // (不应 bù yīng, but 都不应 bú yìng).
-                    if (r != nullptr && k > 0 && text[i + k - 1] == kBu) {
-                        alone_[i + k - 1] = 1;
-                        if (k > 1) toneChanges_.push_back(i + k - 1);  // at 0 it is listed above
-                    }
-                }
-            }
+            // Most words have no character with "=" rules: find the first that has, if any.
+            const char16_t* const end = text + i + len;
+            const char16_t* c = text + i;
+            while (c != end && !rules.hasWordRules(*c)) ++c;
+            if (c != end) overrideInWord(text, n, i, len, static_cast<size_t>(c - text) - i, path);
             i += len;
             continue;
         }
         const Syllable* rule =
-            rules.hasRules(text[i]) ? rules.match(text, inWord_.data(), n, i, false) : nullptr;
+            rules.hasRules(text[i]) ? rules.match(text, path, n, i, false) : nullptr;
         if (rule != nullptr) {
             readings_[i] = rule;
             alone_[i] = 2;  // settled by a rule: no tone change
@@ -109,6 +99,24 @@ void Tagger::segment(const char16_t* text, size_t n) {
             if (text[i] == kYi || text[i] == kBu) toneChanges_.push_back(i);
         }
         ++i;
+    }
+}
+
+void Tagger::overrideInWord(const char16_t* text, size_t n, size_t word, size_t len, size_t k,
+                            PathWords& path) {
+    const RuleDictionary& rules = dicts_->rules();
+    for (; k < len; ++k) {
+        const size_t at = word + k;
+        const Syllable* r = rules.hasWordRules(text[at]) ? rules.match(text, path, n, at, true)
+                                                         : nullptr;
+        if (r == nullptr) continue;
+        readings_[at] = r;
+        // 不 changes tone again by the reading the rule gave the syllable after it (不应 bù
+        // yīng, but 都不应 bú yìng).
+        if (k > 0 && text[at - 1] == kBu) {
+            alone_[at - 1] = 1;
+            if (k > 1) toneChanges_.push_back(at - 1);  // opening the word, it is listed already
+        }
     }
 }
 
