@@ -14,7 +14,7 @@ cpack -G DEB --config "$build/CPackConfig.cmake" -B "$work/package" >"$work/cpac
 deb=$(ls "$work"/package/zphonetic_*.deb)
 depends=$(dpkg-deb -f "$deb" Depends)
 echo "$(basename "$deb"): Depends: $depends"
-for needed in libqt5webenginewidgets5 libqt5widgets5 libzip4 libpugixml1v5 libjsoncpp25; do
+for needed in libqt5webenginewidgets5 libqt5widgets5 zlib1g libpugixml1v5 libjsoncpp25; do
     grep -q "$needed" <<<"$depends" || { echo "FAIL: $needed is not a dependency" >&2; exit 1; }
 done
 dpkg -x "$deb" "$work/root"
