@@ -20,12 +20,10 @@
 
 #include "addonsession.h"
 #include "dialogbridge.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/taggerreadings.h"
-#include "minihost/nvo/zcoreapplication_p.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
-#include "nvo/readingservice.h"
 #include "nvo/zapplication.h"
 
 namespace {
@@ -82,17 +80,14 @@ int main(int argc, char** argv) {
     ZxApplication app(applicationArgc, argv);
     const int commands = argc > 1 ? std::max(2, std::atoi(argv[1])) : 10000;
     const long limitKb = argc > 2 ? std::atol(argv[2]) : 4096;
-    IUnknown* readings = minihost::createReadingService(minihost::engineReadingFunction());
-    app.coreApplication()->d_func()->registerService(SID_ZReadingService, readings);
-    readings->Release();
+    minihost::offerEngineReadingService();
 
     std::unique_ptr<minihost::Deck> deck = minihost::Deck::create(1);
     const int box = deck->addTextBox(1, QStringLiteral("银行行长还是觉得音乐很快乐"), QRectF(40, 40, 600, 60));
     QString error;
     const QByteArray original = deck->toBytes(&error);
     deck = minihost::Deck::load(original, QStringLiteral("session.pptx"), &error);
-    ZCoreApplicationPrivate* core = app.coreApplication()->d_func();
-    core->setActiveView(deck->view());
+    minihost::setActiveView(deck->view());
     int status = 0;
     {
         AddonSession session;
@@ -123,7 +118,7 @@ int main(int argc, char** argv) {
         std::printf("memory from the first tenth to the end: %+ld kB (limit %ld kB)\n", growth, limitKb);
         if (status == 0 && growth > limitKb) status = fail("memory grew past the limit");
     }
-    core->setActiveView(nullptr);
+    minihost::setActiveView(nullptr);
     if (status == 0 && deck->toBytes(&error) != original) status = fail("the deck is not as it was read");
     deck.reset();
     std::printf("live objects at the end: %d; over-released: %d\n", minihost::liveObjectCount(),
