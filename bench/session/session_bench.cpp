@@ -10,8 +10,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRectF>
 #include <cstdio>
 #include <cstdlib>
@@ -48,26 +46,10 @@ bool dialogRoundTrip(AddonSession& session, int style, int bracket) {
     if (!dialog.open(session)) return false;
     QString reply;
     if (!dialog.call(QStringLiteral("getPhoneticText"), {}, &reply)) return false;
-    const QJsonArray phonetic = QJsonDocument::fromJson(reply.toUtf8())
-                                    .object()
-                                    .value(QStringLiteral("result"))
-                                    .toObject()
-                                    .value(QStringLiteral("data"))
-                                    .toObject()
-                                    .value(QStringLiteral("phonetic"))
-                                    .toArray();
-    QJsonArray items;
-    for (const QJsonValue& value : phonetic) {
-        const QJsonObject entry = value.toObject();
-        items.append(QJsonObject{{QStringLiteral("index"), entry[QStringLiteral("index")]},
-                                 {QStringLiteral("pinyin"), entry[QStringLiteral("pinyin")]},
-                                 {QStringLiteral("text"), entry[QStringLiteral("text")]}});
-    }
-    const QVariantMap confirm{
-        {QStringLiteral("styleType"), style},
-        {QStringLiteral("bracketType"), bracket},
-        {QStringLiteral("phonetic"), QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
-    const bool confirmed = !items.isEmpty() && dialog.call(QStringLiteral("setPhoneticText"), confirm, nullptr);
+    QJsonArray phonetic;
+    if (!DialogBridge::readingEntries(reply, &phonetic)) return false;
+    const QJsonArray items = DialogBridge::confirmedItems(phonetic, nullptr);
+    const bool confirmed = !items.isEmpty() && dialog.confirm(items, style, bracket);
     dialog.finish();
     return confirmed;
 }

@@ -5,8 +5,6 @@
 // bridge: it asks for the readings, applies the picks, confirms with the layout and brackets,
 // and writes the deck.
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QMap>
 #include <cstdio>
 
@@ -121,40 +119,17 @@ int answerDialog(AddonSession& session, const Options& options) {
     QString reply;
     if (!dialog.call(QStringLiteral("getPhoneticText"), {}, &reply))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
-    const QJsonValue result =
-        QJsonDocument::fromJson(reply.toUtf8()).object().value(QStringLiteral("result"));
-    if (!result.isObject())
+    QJsonArray phonetic;
+    if (!DialogBridge::readingEntries(reply, &phonetic))
         return reportError(options.input, QStringLiteral("the dialog has nothing to annotate"));
-
-    // As the page does: one element per entry, the chosen reading, "" for a character without one.
-    const QJsonArray phonetic = result.toObject()
-                                    .value(QStringLiteral("data"))
-                                    .toObject()
-                                    .value(QStringLiteral("phonetic"))
-                                    .toArray();
     QMap<int, QString> picks = options.picks;
-    QJsonArray items;
-    for (const QJsonValue& value : phonetic) {
-        const QJsonObject entry = value.toObject();
-        const int index = entry.value(QStringLiteral("index")).toInt();
-        QString pinyin = picks.contains(index) ? picks.take(index)
-                                               : entry.value(QStringLiteral("pinyin")).toString();
-        if (pinyin.trimmed().isEmpty()) pinyin.clear();
-        items.append(QJsonObject{{QStringLiteral("index"), index},
-                                 {QStringLiteral("pinyin"), pinyin},
-                                 {QStringLiteral("text"), entry.value(QStringLiteral("text"))}});
-    }
+    const QJsonArray items = DialogBridge::confirmedItems(phonetic, &picks);
     if (!picks.isEmpty())
         return reportError(QStringLiteral("--pick"),
                            QStringLiteral("no character at index %1 (the dialog shows %2)")
                                .arg(picks.firstKey())
                                .arg(phonetic.size()));
-    const QVariantMap confirm{
-        {QStringLiteral("styleType"), options.style},
-        {QStringLiteral("bracketType"), options.bracket},
-        {QStringLiteral("phonetic"),
-         QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
-    if (!dialog.call(QStringLiteral("setPhoneticText"), confirm, nullptr))
+    if (!dialog.confirm(items, options.style, options.bracket))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
     dialog.finish();
     return 0;

@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QPointer>
 
 #include "addonsession.h"
@@ -48,6 +49,44 @@ bool DialogBridge::call(const QString& method, const QVariantMap& arguments, QSt
     }
     if (result) *result = reply.value(QStringLiteral("result")).toString();
     return true;
+}
+
+bool DialogBridge::readingEntries(const QString& reply, QJsonArray* entries) {
+    const QJsonValue result =
+        QJsonDocument::fromJson(reply.toUtf8()).object().value(QStringLiteral("result"));
+    if (!result.isObject()) return false;
+    *entries = result.toObject()
+                   .value(QStringLiteral("data"))
+                   .toObject()
+                   .value(QStringLiteral("phonetic"))
+                   .toArray();
+    return true;
+}
+
+QJsonArray DialogBridge::confirmedItems(const QJsonArray& entries, QMap<int, QString>* picks) {
+    QJsonArray items;
+    for (const QJsonValue& value : entries) {
+        const QJsonObject entry = value.toObject();
+        const int index = entry.value(QStringLiteral("index")).toInt();
+        QString pinyin = picks && picks->contains(index)
+                             ? picks->take(index)
+                             : entry.value(QStringLiteral("pinyin")).toString();
+        // The readings document gives two spaces for a character without a reading.
+        if (pinyin.trimmed().isEmpty()) pinyin.clear();
+        items.append(QJsonObject{{QStringLiteral("index"), index},
+                                 {QStringLiteral("pinyin"), pinyin},
+                                 {QStringLiteral("text"), entry.value(QStringLiteral("text"))}});
+    }
+    return items;
+}
+
+bool DialogBridge::confirm(const QJsonArray& items, int style, int bracket) {
+    const QVariantMap arguments{
+        {QStringLiteral("styleType"), style},
+        {QStringLiteral("bracketType"), bracket},
+        {QStringLiteral("phonetic"),
+         QString::fromUtf8(QJsonDocument(items).toJson(QJsonDocument::Compact))}};
+    return call(QStringLiteral("setPhoneticText"), arguments, nullptr);
 }
 
 void DialogBridge::finish() {

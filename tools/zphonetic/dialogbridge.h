@@ -3,6 +3,8 @@
 // bridge exactly as the page would drive it.
 #pragma once
 
+#include <QJsonArray>
+#include <QMap>
 #include <QString>
 #include <QVariantMap>
 
@@ -27,6 +29,18 @@ public:
     // Calls `method` with `arguments` (sent as the JSON object the page would send) and returns
     // the result text. False with errorString() set when the bridge answered an error.
     bool call(const QString& method, const QVariantMap& arguments, QString* result);
+
+    // The page's part of the round trip. The entries of the readings document a getPhoneticText
+    // `reply` holds ("result" -> "data" -> "phonetic"); false when its result is no document
+    // (nothing to annotate).
+    static bool readingEntries(const QString& reply, QJsonArray* entries);
+    // What the page sends on confirm for `entries`: one item per entry with its index, its text
+    // and its reading: the one `picks` holds for its index (taken out of `picks`), else the
+    // entry's own, "" for a character without one.
+    static QJsonArray confirmedItems(const QJsonArray& entries, QMap<int, QString>* picks);
+    // Confirms `items` in layout `style` with brackets `bracket` (setPhoneticText). False with
+    // errorString() set when the bridge answered an error.
+    bool confirm(const QJsonArray& items, int style, int bracket);
 
     // Lets the window's queued close run, and closes it if it is still open.
     void finish();
