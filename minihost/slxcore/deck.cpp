@@ -140,26 +140,8 @@ int Deck::addTextBox(int slide, const QString& text, const QRectF& box) {
 
 QRectF Deck::placeOf(int slide, int shapeId) const {
     if (slide < 1 || slide > slideCount()) return {};
-    try {
-        const Box box = d->placeOf(slide - 1, shapeId);
-        if (box.known) return QRectF(box.left, box.top, box.width, box.height);
-    } catch (const DeckError&) {
-        // A layout or master that cannot be read gives no place, as a missing one does.
-    }
-    return {};
-}
-
-bool Deck::setShapeBox(int slide, int shapeId, const QRectF& box) {
-    if (slide < 1 || slide > slideCount() || !(box.width() >= 0 && box.height() >= 0))
-        return false;
-    const ShapeNode shape = d->shape(slide - 1, shapeId);
-    if (!shape.element || !geometry(shape).known) return false;
-    EditScope edit(*d, slide - 1, QStringLiteral("Move"));
-    setPosition(shape, static_cast<float>(box.left()), static_cast<float>(box.top()));
-    setWidth(shape, static_cast<float>(box.width()));
-    setHeight(shape, static_cast<float>(box.height()));
-    d->fit(slide - 1, shapeId);
-    return true;
+    const Box box = d->placeOf(slide - 1, shapeId);
+    return box.known ? QRectF(box.left, box.top, box.width, box.height) : QRectF();
 }
 
 QByteArray Deck::toBytes(QString* error) const {

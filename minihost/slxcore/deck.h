@@ -98,8 +98,6 @@ public:
     // Moves shapes by (`dx`, `dy`) points: "move". Shapes without a place of their own (a
     // placeholder that inherits it) take their inherited place first.
     bool moveShapes(const QList<int>& shapeIds, double dx, double dy);
-    // Gives a shape the box `box` (points; width and height at least 1): "resize".
-    bool resizeShape(int shapeId, const QRectF& box);
     // Replaces [start, start + length) of a shape's text with `text` (clamped to the text;
     // positions as in selectText), as typing does: the new text takes the format of the first
     // character it replaces, or of the text before it when nothing is replaced; a frame that
@@ -120,12 +118,13 @@ public:
     // Where a shape is on `slide`, in points: its own box, or for a placeholder without one the
     // box it inherits from its layout or master. A null rectangle when neither is known.
     QRectF placeOf(int slide, int shapeId) const;
-    // Moves and resizes a shape as a user dragging it would: its box becomes `box` (points on the
-    // slide), except that a shape that follows its text takes the height its text needs at the
-    // new width. An undo step named "Move" of its own, or part of the host's open step. False,
-    // and no change, for an unknown shape, one that inherits its place from the layout, or a
-    // negative size.
-    bool setShapeBox(int slide, int shapeId, const QRectF& box);
+    // Moves and resizes a shape as a user dragging it or its handles would: its box becomes
+    // `box` (points on the slide), except that a shape that follows its text takes the height its
+    // text needs at the new width; a placeholder that inherited its place gets one of its own. An
+    // undo step named `stepName` of its own, or part of the host's open step. False, and no
+    // change, for an unknown shape or a negative size.
+    bool setShapeBox(int slide, int shapeId, const QRectF& box,
+                     const QString& stepName = QStringLiteral("Move"));
 
     // The deck as a .pptx, or an empty array and `*error`. Only slides that differ from what was
     // read are rewritten: one whose edits were all undone or rolled back is copied as stored.

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/transaction_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 #include "nvo/transaction.h"
@@ -72,65 +73,15 @@ std::string relationshipId(pugi::xml_node node) {
     return {};
 }
 
-// A placeholder's p:ph, or an empty node for any other shape.
-pugi::xml_node placeholderOf(pugi::xml_node element) {
-    for (pugi::xml_node c = element.first_child(); c; c = c.next_sibling())
-        if (c.type() == pugi::node_element && std::strncmp(localName(c), "nv", 2) == 0)
-            return child(child(c, "nvPr"), "ph");
-    return {};
-}
-
-// A placeholder's kind as layouts and masters name it: a centred title is a title, a subtitle,
-// an object or an untyped placeholder takes the body's place.
-std::string placeholderKind(pugi::xml_node ph) {
-    const std::string type = ph.attribute("type").value();
-    if (type == "ctrTitle") return "title";
-    if (type.empty() || type == "subTitle" || type == "obj") return "body";
-    return type;
-}
-
-// The shape of `tree` that placeholder `ph` inherits from: the same index, else the same kind
-// (only the kind on a master, whose indices mean nothing to a slide).
-ShapeNode matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool byIndex) {
-    ShapeNode sameKind;
-    for (const ShapeNode& shape : listShapes(tree)) {
-        const pugi::xml_node other = placeholderOf(shape.element);
-        if (!other) continue;
-        if (byIndex && ph.attribute("idx") &&
-            std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
-            return shape;
-        if (!sameKind.element && placeholderKind(other) == placeholderKind(ph)) sameKind = shape;
-    }
-    return sameKind;
-}
-
 }  // namespace
 
 Box DeckCore::placeOf(int slide, int id) const {
     const ShapeNode own = shape(slide, id);
     if (!own.element) return {};
-    const Box box = geometry(own);
-    const pugi::xml_node ph = placeholderOf(own.element);
-    if (box.known || !ph) return box;
-    // The layout, then its master: each the target of its part's one relationship of that type.
-    std::string part = slides[slide]->partName;
-    for (const char* type : {"/slideLayout", "/slideMaster"}) {
-        std::string next;
-        for (const auto& [rid, rel] : readRelationships(*package, part))
-            if (!rel.external && endsWith(rel.type, type)) next = resolveTarget(*package, part, rel.target);
-        if (next.empty() || !package->has(next)) return {};
-        part = next;
-        std::unique_ptr<pugi::xml_document>& doc = inheritedParts[part];
-        if (!doc) {
-            doc = std::make_unique<pugi::xml_document>();
-            package->parse(part, *doc);
-        }
-        // p:sldLayout or p:sldMaster, each with its p:cSld/p:spTree as a slide has.
-        const pugi::xml_node tree = child(child(doc->document_element(), "cSld"), "spTree");
-        const ShapeNode match =
-            matchingPlaceholder(tree, ph, std::strcmp(type, "/slideLayout") == 0);
-        if (match.element && geometry(match).known) return geometry(match);
-    }
+    if (const Box box = geometry(own); box.known || !placeholderOf(own.element)) return box;
+    const Lineage lineage = lineageOf(own.element, templatesOf(*this, slides[slide]->partName));
+    for (std::size_t i = 1; i < lineage.elements.size(); ++i)
+        if (const Box box = geometry(ShapeNode{lineage.elements[i], id, {}}); box.known) return box;
     return {};
 }
 

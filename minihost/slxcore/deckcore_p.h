@@ -104,13 +104,10 @@ public:
     bool textSelected = false;
     int textShape = 0, textStart = 0, textLength = 0;
 
-    // Layouts and masters read by placeOf, by part name.
-    mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> inheritedParts;
-
     std::vector<std::weak_ptr<RangeState>> ranges;
     std::vector<UndoStep> done, undone;
     QStringList journal;
-    // Layouts and masters read for drawing, by part name.
+    // Layouts and masters read by relatedDocument, by part name.
     mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
 };
 

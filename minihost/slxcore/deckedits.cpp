@@ -8,16 +8,6 @@
 #include "minihost/slxcore/textbody_p.h"
 
 namespace minihost {
-namespace {
-
-// Where the shape is drawn: its own place, or the one it inherits from its layout.
-QRectF drawnBox(const SlideDrawing& drawing, int id) {
-    for (const DrawnShape& shape : drawing.shapes)
-        if (shape.id == id) return shape.boxKnown ? shape.box : QRectF();
-    return {};
-}
-
-}  // namespace
 
 Deck::TextSelection Deck::textSelection() const {
     return {d->textShape, d->textStart, d->textLength};
@@ -25,36 +15,37 @@ Deck::TextSelection Deck::textSelection() const {
 
 bool Deck::moveShapes(const QList<int>& shapeIds, double dx, double dy) {
     const int slide = d->currentSlide;
-    const SlideDrawing drawn = drawing(slide + 1);
-    QList<QRectF> boxes;
+    QList<Box> boxes;
     for (int id : shapeIds) {
-        const QRectF box = drawnBox(drawn, id);
-        if (!d->shape(slide, id).element || box.isNull()) return false;
+        const Box box = d->placeOf(slide, id);
+        if (!box.known) return false;
         boxes << box;
     }
     if (shapeIds.isEmpty()) return false;
     EditScope edit(*d, slide, QStringLiteral("move"));
     for (int i = 0; i < shapeIds.size(); ++i) {
         const ShapeNode node = d->shape(slide, shapeIds[i]);
-        const QRectF box = boxes[i];
+        const Box& box = boxes[i];
         // A shape that inherited its place gets one of its own, the size included.
         if (!geometry(node).known) {
-            setWidth(node, static_cast<float>(box.width()));
-            setHeight(node, static_cast<float>(box.height()));
+            setWidth(node, box.width);
+            setHeight(node, box.height);
         }
-        setPosition(node, static_cast<float>(box.left() + dx), static_cast<float>(box.top() + dy));
+        setPosition(node, static_cast<float>(box.left + dx), static_cast<float>(box.top + dy));
     }
     return true;
 }
 
-bool Deck::resizeShape(int shapeId, const QRectF& box) {
-    const int slide = d->currentSlide;
-    const ShapeNode node = d->shape(slide, shapeId);
-    if (!node.element || !(box.width() >= 1 && box.height() >= 1)) return false;
-    EditScope edit(*d, slide, QStringLiteral("resize"));
-    setWidth(node, static_cast<float>(box.width()));
-    setHeight(node, static_cast<float>(box.height()));
-    setPosition(node, static_cast<float>(box.left()), static_cast<float>(box.top()));
+bool Deck::setShapeBox(int slide, int shapeId, const QRectF& box, const QString& stepName) {
+    if (slide < 1 || slide > slideCount() || !(box.width() >= 0 && box.height() >= 0))
+        return false;
+    const ShapeNode shape = d->shape(slide - 1, shapeId);
+    if (!shape.element) return false;
+    EditScope edit(*d, slide - 1, stepName);
+    setWidth(shape, static_cast<float>(box.width()));
+    setHeight(shape, static_cast<float>(box.height()));
+    setPosition(shape, static_cast<float>(box.left()), static_cast<float>(box.top()));
+    d->fit(slide - 1, shapeId);
     return true;
 }
 

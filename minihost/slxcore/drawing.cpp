@@ -7,6 +7,7 @@
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/deckcore_p.h"
+#include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "minihost/slxcore/textbody_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
@@ -15,85 +16,6 @@ namespace minihost {
 namespace {
 
 constexpr double kPercent = 100000.0;  // DrawingML percentages are thousandths of a percent
-
-pugi::xml_node placeholderOf(pugi::xml_node element) {
-    return child(child(nonVisual(element), "nvPr"), "ph");
-}
-
-// Placeholder types that share a place: a centred title is a title, a subtitle or an object is
-// body text. No type means an object placeholder.
-std::string placeholderFamily(pugi::xml_node ph) {
-    const std::string type = ph.attribute("type").value();
-    if (type == "ctrTitle" || type == "title") return "title";
-    if (type.empty() || type == "obj" || type == "subTitle" || type == "body") return "body";
-    return type;
-}
-
-// The placeholder on a layout or master that `ph` inherits from: the same index, else the same
-// kind.
-pugi::xml_node matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool byIndex) {
-    if (!tree || !ph) return {};
-    const std::vector<ShapeNode> shapes = listShapes(tree);
-    if (byIndex && ph.attribute("idx"))
-        for (const ShapeNode& s : shapes)
-            if (pugi::xml_node other = placeholderOf(s.element);
-                other &&
-                std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
-                return s.element;
-    for (const ShapeNode& s : shapes)
-        if (pugi::xml_node other = placeholderOf(s.element);
-            other && placeholderFamily(other) == placeholderFamily(ph))
-            return s.element;
-    return {};
-}
-
-// The slide's layout and master, as far as they can be read.
-struct Templates {
-    pugi::xml_node layoutTree, masterTree, masterTextStyles;
-    pugi::xml_node layoutRoot, masterRoot;
-    std::string layoutPart, masterPart;
-};
-
-Templates templatesOf(const DeckCore& core, const std::string& slidePart) {
-    Templates t;
-    try {
-        const pugi::xml_document* layout =
-            core.relatedDocument(slidePart, "slideLayout", &t.layoutPart);
-        if (!layout) return t;
-        t.layoutRoot = layout->document_element();
-        t.layoutTree = shapeTree(*layout);
-        if (t.layoutTree.empty()) t.layoutTree = child(child(t.layoutRoot, "cSld"), "spTree");
-        const pugi::xml_document* master =
-            core.relatedDocument(t.layoutPart, "slideMaster", &t.masterPart);
-        if (!master) return t;
-        t.masterRoot = master->document_element();
-        t.masterTree = child(child(t.masterRoot, "cSld"), "spTree");
-        t.masterTextStyles = child(t.masterRoot, "txStyles");
-    } catch (const DeckError&) {
-        // A damaged layout or master: the slide is drawn from what it says itself.
-    }
-    return t;
-}
-
-// One shape and what it inherits: the shape itself first, then its layout and master
-// placeholders.
-struct Lineage {
-    std::vector<pugi::xml_node> elements;
-    pugi::xml_node ph;
-};
-
-Lineage lineageOf(pugi::xml_node element, const Templates& t) {
-    Lineage l;
-    l.elements.push_back(element);
-    l.ph = placeholderOf(element);
-    if (!l.ph) return l;
-    pugi::xml_node onLayout = matchingPlaceholder(t.layoutTree, l.ph, true);
-    if (onLayout) l.elements.push_back(onLayout);
-    pugi::xml_node onMaster =
-        matchingPlaceholder(t.masterTree, onLayout ? placeholderOf(onLayout) : l.ph, false);
-    if (onMaster) l.elements.push_back(onMaster);
-    return l;
-}
 
 // The list-style level properties ("a:lvl2pPr") that apply to text at `level` (0-based) in the
 // shape, nearest first: its own list style, then for a placeholder its placeholders' and the

@@ -194,15 +194,15 @@ TEST(DeckEdits, MoveAndResizeAreUndoSteps) {
     // A member of a scaled group moves by as much on the slide.
     EXPECT_TRUE(deck->moveShapes({5}, 10, 0));
     EXPECT_EQ(boxOf(*deck, 5), QRectF(30, 220, 40, 40));
-    EXPECT_TRUE(deck->resizeShape(3, QRectF(0, 0, 50, 30)));
-    EXPECT_EQ(boxOf(*deck, 3), QRectF(0, 0, 50, 30));
+    EXPECT_TRUE(deck->setShapeBox(1, 2, QRectF(0, 0, 50, 30), QStringLiteral("resize")));
+    EXPECT_EQ(boxOf(*deck, 2), QRectF(0, 0, 50, 30));
     EXPECT_EQ(deck->undoSteps(), (QStringList{QStringLiteral("move"), QStringLiteral("move"),
                                               QStringLiteral("resize")}));
     // Unknown shapes and empty boxes change nothing.
     EXPECT_FALSE(deck->moveShapes({2, 99}, 1, 1));
     EXPECT_FALSE(deck->moveShapes({}, 1, 1));
-    EXPECT_FALSE(deck->resizeShape(3, QRectF(0, 0, 0, 30)));
-    EXPECT_FALSE(deck->resizeShape(99, QRectF(0, 0, 10, 10)));
+    EXPECT_FALSE(deck->setShapeBox(1, 3, QRectF(0, 0, -1, 30)));
+    EXPECT_FALSE(deck->setShapeBox(1, 99, QRectF(0, 0, 10, 10)));
     EXPECT_EQ(deck->undoSteps().size(), 3);
     for (int i = 0; i < 3; ++i) ASSERT_TRUE(deck->undo());
     for (int i = 0; i < original.size(); ++i) EXPECT_EQ(deck->shapes(1)[i].box, original[i].box);

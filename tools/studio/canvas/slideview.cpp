@@ -345,7 +345,9 @@ void SlideView::mouseReleaseEvent(QMouseEvent* event) {
         if (m_deck->moveShapes(ids, m_dragDelta.x(), m_dragDelta.y())) edited();
     } else if (drag == Drag::Resize) {
         const int id = m_deck->selectedShapes().value(0);
-        if (m_deck->resizeShape(id, resized(m_scene->boxOf(id), m_dragDelta))) edited();
+        if (m_deck->setShapeBox(m_slide, id, resized(m_scene->boxOf(id), m_dragDelta),
+                                QStringLiteral("resize")))
+            edited();
     }
     update();
 }
@@ -497,7 +499,7 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
         QRectF box = m_scene->boxOf(selected.first());
         box.setWidth(std::max(1.0, box.width() + by.x()));
         box.setHeight(std::max(1.0, box.height() + by.y()));
-        if (m_deck->resizeShape(selected.first(), box)) edited();
+        if (m_deck->setShapeBox(m_slide, selected.first(), box, QStringLiteral("resize"))) edited();
         return true;
     }
     if (m_deck->moveShapes(selected, by.x(), by.y())) edited();

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// What a slide's shapes inherit: a placeholder takes what it does not say itself (its place, its
+// text styles) from the matching placeholder of the slide's layout, and then of the layout's
+// master. Drawing a slide and finding where a shape is both read it from here.
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+#include "minihost/slxcore/slidetree_p.h"
+
+namespace minihost {
+
+class DeckCore;
+
+// A placeholder's p:ph, or an empty node for any other shape.
+pugi::xml_node placeholderOf(pugi::xml_node element);
+// Placeholder types that share a place: a centred title is a title; a subtitle, an object or an
+// untyped placeholder is body text.
+std::string placeholderFamily(pugi::xml_node ph);
+
+// The slide's layout and master, as far as they can be read (a damaged or missing part leaves
+// its nodes empty).
+struct Templates {
+    pugi::xml_node layoutTree, masterTree, masterTextStyles;
+    pugi::xml_node layoutRoot, masterRoot;
+    std::string layoutPart, masterPart;
+};
+Templates templatesOf(const DeckCore& core, const std::string& slidePart);
+
+// One shape and what it inherits: the shape itself first, then its layout's and its master's
+// placeholders, each when there is one.
+struct Lineage {
+    std::vector<pugi::xml_node> elements;
+    pugi::xml_node ph;  // the shape's own p:ph, or empty
+};
+Lineage lineageOf(pugi::xml_node element, const Templates& t);
+
+}  // namespace minihost
