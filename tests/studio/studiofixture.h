@@ -22,6 +22,7 @@
 #include "minihost/slxcore/deck.h"
 #include "framelayout.h"
 #include "slidescene.h"
+#include "slidethumbnails.h"
 #include "slideview.h"
 #include "studiowindow.h"
 
@@ -92,6 +93,9 @@ protected:
     void screenshot(const QString& name, QWidget* dialog = nullptr) {
         const QString folder = QStringLiteral(ZPHONETIC_SCREENSHOT_DIR);
         QDir().mkpath(folder);
+        // The thumbnails are drawn from the event loop, a few at a time, as a person sees them.
+        for (int turns = 0; window->thumbnails()->pending() > 0 && turns < 100; ++turns)
+            QCoreApplication::processEvents();
         QPixmap picture = window->grab();
         if (dialog) {
             QPainter painter(&picture);
