@@ -20,9 +20,10 @@ pugi::xml_node matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool 
                 other &&
                 std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
                 return s.element;
+    const std::string family = placeholderFamily(ph);
     for (const ShapeNode& s : shapes)
         if (pugi::xml_node other = placeholderOf(s.element);
-            other && placeholderFamily(other) == placeholderFamily(ph))
+            other && placeholderFamily(other) == family)
             return s.element;
     return {};
 }
