@@ -29,9 +29,7 @@ public:
         return _XSysReAllocString(&m_bstr, reinterpret_cast<const OLECHAR*>(text.utf16())) != 0;
     }
     // The text up to the first NUL; empty for a null BSTR.
-    QString toQString() const {
-        return m_bstr ? QString::fromUtf16(m_bstr, -1) : QString();
-    }
+    QString toQString() const { return m_bstr ? QString::fromUtf16(m_bstr, -1) : QString(); }
 
 private:
     BSTR m_bstr = nullptr;

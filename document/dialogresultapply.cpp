@@ -21,12 +21,12 @@ using slxoldapi::TextRange;
 namespace {
 
 // Brackets around a group of readings, by bracket type 0..5 (0 and 3: none).
-constexpr char16_t kGroupBrackets[6][2] = {
-    {0, 0}, {0xFF08, 0xFF09}, {u'[', u']'}, {0, 0}, {u'/', u'/'}, {u'{', u'}'}};
+constexpr char16_t kGroupBrackets[6][2] = {{0, 0}, {0xFF08, 0xFF09}, {u'[', u']'},
+                                           {0, 0}, {u'/', u'/'},     {u'{', u'}'}};
 // Brackets around each character's reading. Row 3 holds the fullwidth parentheses, but the mask
 // below leaves type 3 out: its readings are bold instead. Both the row and the mask are kept.
-constexpr char16_t kPerCharBrackets[6][2] = {
-    {0, 0}, {0xFF08, 0xFF09}, {u'[', u']'}, {0xFF08, 0xFF09}, {u'/', u'/'}, {u'{', u'}'}};
+constexpr char16_t kPerCharBrackets[6][2] = {{0, 0},           {0xFF08, 0xFF09}, {u'[', u']'},
+                                             {0xFF08, 0xFF09}, {u'/', u'/'},     {u'{', u'}'}};
 constexpr unsigned kPerCharBracketMask = (1u << 1) | (1u << 2) | (1u << 4) | (1u << 5);
 
 constexpr int kBoldBracketType = 3;
@@ -42,7 +42,9 @@ QString bracketed(const QString& text, const char16_t (&pair)[2]) {
     return result;
 }
 
-bool hasGroupBrackets(int bracketType) { return bracketType >= 1 && bracketType <= 5; }
+bool hasGroupBrackets(int bracketType) {
+    return bracketType >= 1 && bracketType <= 5;
+}
 
 bool hasPerCharBrackets(int bracketType) {
     return bracketType >= 0 && bracketType <= 5 && (kPerCharBracketMask & (1u << bracketType));
@@ -159,56 +161,59 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
     const QString readings = joinPhoneticItems(items, bracketType, true);
     const QString chars = joinPhoneticItems(items, kNoBracketType, false);
     switch (styleType) {
-    case 1:
-        if (target) {
-            BstrHolder text(readings);
-            ComPtr<TextRange> inserted;
-            range->InsertAfter(text.get(), inserted.put());
-            if (bracketType == kBoldBracketType)
-                formatSubRange(range.get(), length, readings.size(), style);
-            frame->put_AutoSize(1);
-        } else {
-            NewBox box =
-                addBox(coreApp, chars + readings, nullptr, kReadingBoxTop, 12, TakeRange::Yes);
-            // Deliberately the old selection's range, not the new box's.
-            if (bracketType == kBoldBracketType)
-                formatSubRange(range.get(), chars.size(), readings.size(), style);
-            if (box.frame) box.frame->put_AutoSize(1);
-            if (box.shape) box.shape->Select(-1);
-        }
-        break;
-    case 2:
-        if (target) {
-            insertPerCharReadings(range.get(), items, bracketType, style);
-            frame->put_AutoSize(1);
-        } else {
-            NewBox box = addBox(coreApp, chars, nullptr, kReadingBoxTop, 24, TakeRange::Yes);
-            const int written = insertPerCharReadings(box.range.get(), items, bracketType, style);
-            if (box.shape) {
-                const int width = 12 * written + 24 * chars.size();
-                box.shape->put_Width(static_cast<float>(width >= kMaxWidth + 1 ? kMaxWidth : width));
+        case 1:
+            if (target) {
+                BstrHolder text(readings);
+                ComPtr<TextRange> inserted;
+                range->InsertAfter(text.get(), inserted.put());
+                if (bracketType == kBoldBracketType)
+                    formatSubRange(range.get(), length, readings.size(), style);
+                frame->put_AutoSize(1);
+            } else {
+                NewBox box =
+                    addBox(coreApp, chars + readings, nullptr, kReadingBoxTop, 12, TakeRange::Yes);
+                // Deliberately the old selection's range, not the new box's.
+                if (bracketType == kBoldBracketType)
+                    formatSubRange(range.get(), chars.size(), readings.size(), style);
+                if (box.frame) box.frame->put_AutoSize(1);
+                if (box.shape) box.shape->Select(-1);
             }
-            if (box.frame) box.frame->put_AutoSize(1);
-            if (box.shape) box.shape->Select(-1);
-        }
-        break;
-    case 3:
-        if (target) {
-            NewBox box = addBox(coreApp, readings, style, kReadingBoxTop, 12, TakeRange::No);
-            if (box.shape) box.shape->Select(-1);
-            if (box.frame) box.frame->put_AutoSize(1);
-        } else {
-            NewBox readingsBox =
-                addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
-            if (readingsBox.frame) readingsBox.frame->put_AutoSize(1);
-            if (readingsBox.shape) readingsBox.shape->Select(-1);
-            NewBox charsBox = addBox(coreApp, chars, nullptr, kReadingBoxTop, 20, TakeRange::No);
-            if (charsBox.frame) charsBox.frame->put_AutoSize(1);
-            if (charsBox.shape) charsBox.shape->Select(0);
-        }
-        break;
-    default:
-        break;  // the choices are stored, the step is committed, nothing is written
+            break;
+        case 2:
+            if (target) {
+                insertPerCharReadings(range.get(), items, bracketType, style);
+                frame->put_AutoSize(1);
+            } else {
+                NewBox box = addBox(coreApp, chars, nullptr, kReadingBoxTop, 24, TakeRange::Yes);
+                const int written =
+                    insertPerCharReadings(box.range.get(), items, bracketType, style);
+                if (box.shape) {
+                    const int width = 12 * written + 24 * chars.size();
+                    box.shape->put_Width(
+                        static_cast<float>(width >= kMaxWidth + 1 ? kMaxWidth : width));
+                }
+                if (box.frame) box.frame->put_AutoSize(1);
+                if (box.shape) box.shape->Select(-1);
+            }
+            break;
+        case 3:
+            if (target) {
+                NewBox box = addBox(coreApp, readings, style, kReadingBoxTop, 12, TakeRange::No);
+                if (box.shape) box.shape->Select(-1);
+                if (box.frame) box.frame->put_AutoSize(1);
+            } else {
+                NewBox readingsBox =
+                    addBox(coreApp, readings, style, kReadingsAboveTop, 12, TakeRange::No);
+                if (readingsBox.frame) readingsBox.frame->put_AutoSize(1);
+                if (readingsBox.shape) readingsBox.shape->Select(-1);
+                NewBox charsBox =
+                    addBox(coreApp, chars, nullptr, kReadingBoxTop, 20, TakeRange::No);
+                if (charsBox.frame) charsBox.frame->put_AutoSize(1);
+                if (charsBox.shape) charsBox.shape->Select(0);
+            }
+            break;
+        default:
+            break;  // the choices are stored, the step is committed, nothing is written
     }
     transaction.commit();
 }

@@ -32,8 +32,8 @@ void readSelectedTexts(IZApplication* coreApp, QStringList& out);
 //   (kept on purpose): each shape examined before the last leaks one frame reference.
 // - One shape selected: `range` is the selection's text range; when it is non-empty, `shape` is
 //   that shape and `frame` its frame. A bare cursor leaves a zero-length `range` and nothing else.
-void findTextTarget(IZApplication* coreApp, slxoldapi::Shape*& shape,
-                    slxoldapi::TextFrame*& frame, slxoldapi::TextRange*& range);
+void findTextTarget(IZApplication* coreApp, slxoldapi::Shape*& shape, slxoldapi::TextFrame*& frame,
+                    slxoldapi::TextRange*& range);
 
 // The format and text of the selection's target (findTextTarget) read into `style`: from the
 // selected range, or from the whole frame when the target is a shape. `style` is untouched when
@@ -66,5 +66,6 @@ int insertReadingTextBox(IZApplication* coreApp, const QString& text, const Text
 // The two colour conversions are deliberately not mirror images:
 // toHostColor packs red | green << 8 | blue << 16 (alpha dropped): (0x11, 0x22, 0x33) -> 0x332211.
 std::uint32_t toHostColor(const QColor& color);
-// fromHostColor reads the value as 0xAARRGGBB with alpha forced to 255: 0x332211 -> (0x33, 0x22, 0x11).
+// fromHostColor reads the value as 0xAARRGGBB with alpha forced to 255: 0x332211 -> (0x33, 0x22,
+// 0x11).
 QColor fromHostColor(std::uint32_t value);

@@ -64,15 +64,15 @@ public:
     void resizeDialog(int width, int height);
 
     // Fields, in this order; public to the add-on's own code.
-    TextStyle style;                         // font and text of the current selection
-    QStringList readings;                    // one reading per UTF-16 unit of style.text
-    QMap<QChar, QStringList> candidates;     // every reading of each Chinese character, default first
-    ZCoreApplication* coreApp = nullptr;     // not owned; non-null = initialised
-    QWidget* mainWindow = nullptr;           // the dialog's parent; not owned
+    TextStyle style;                      // font and text of the current selection
+    QStringList readings;                 // one reading per UTF-16 unit of style.text
+    QMap<QChar, QStringList> candidates;  // every reading of each Chinese character, default first
+    ZCoreApplication* coreApp = nullptr;  // not owned; non-null = initialised
+    QWidget* mainWindow = nullptr;        // the dialog's parent; not owned
     ZPhoneticSymbolWebWindow* dialog = nullptr;  // the open dialog, or null
-    PinyinTaggerHandle* tagger = nullptr;    // owned
-    int styleType = -1;                      // last layout applied; -1 = never chosen
-    int bracketType = -1;                    // last bracket pair applied; -1 = never chosen
+    PinyinTaggerHandle* tagger = nullptr;        // owned
+    int styleType = -1;                          // last layout applied; -1 = never chosen
+    int bracketType = -1;                        // last bracket pair applied; -1 = never chosen
 
 private slots:
     // The dialog's signalClose: deletes the window later and forgets it.

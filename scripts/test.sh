@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Builds everything and runs every test: the normal build (with the web engine and the page's
-# tests in headless Chromium), then the same tests without the web engine under
-# AddressSanitizer + UndefinedBehaviorSanitizer, then the fuzz targets (clang) for a bounded time
-# each (ZPHONETIC_FUZZ_SECONDS, 30 by default).
+# Checks the C++ format, builds everything and runs every test: the normal build (with the web
+# engine and the page's tests in headless Chromium), then the same tests without the web engine
+# under AddressSanitizer + UndefinedBehaviorSanitizer, then the fuzz targets (clang) for a bounded
+# time each (ZPHONETIC_FUZZ_SECONDS, 30 by default).
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 cd "$here"
 bash scripts/bootstrap.sh test
+
+echo "== format (.clang-format)"
+bash scripts/check-format.sh
 
 export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QTWEBENGINE_DISABLE_SANDBOX=1
 launcher=()

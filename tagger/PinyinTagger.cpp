@@ -43,7 +43,9 @@ bool isLive(const void* tagger) {
 
 }  // namespace
 
-int LoadPinYinLibrary(void* /*hostInterface*/) { return PINYIN_TAGGER_OK; }
+int LoadPinYinLibrary(void* /*hostInterface*/) {
+    return PINYIN_TAGGER_OK;
+}
 
 int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
                    const char16_t* secondRules) {

@@ -21,8 +21,9 @@ const QByteArray& sourceDeck() {
         auto deck = minihost::Deck::create(kSlides);
         for (int slide = 1; slide <= kSlides; ++slide) {
             deck->addTextBox(slide, QStringLiteral("第%1课").arg(slide), QRectF(40, 20, 880, 60));
-            deck->addTextBox(slide, QStringLiteral("我们一起学习汉语拼音，今天天气很好。\r老师说：大家好！"),
-                             QRectF(40, 100, 880, 300));
+            deck->addTextBox(
+                slide, QStringLiteral("我们一起学习汉语拼音，今天天气很好。\r老师说：大家好！"),
+                QRectF(40, 100, 880, 300));
         }
         QString error;
         return deck->toBytes(&error);
@@ -37,7 +38,8 @@ void editEverySlide(minihost::Deck& deck) {
         deck.setCurrentSlide(slide);
         deck.selectShapes({deck.shapes(slide).last().id});
         ComPtr<slxoldapi::Selection> selection;
-        deck.view()->selectionObject()->QueryInterface(slxoldapi::IID_Selection, selection.putVoid());
+        deck.view()->selectionObject()->QueryInterface(slxoldapi::IID_Selection,
+                                                       selection.putVoid());
         ComPtr<slxoldapi::ShapeRange> shapes;
         selection->get_ShapeRange(shapes.put());
         VARIANT first{};

@@ -29,7 +29,8 @@ using namespace zphonetic::tagger;
 namespace {
 
 constexpr char kUsage[] =
-    "usage: pinyin-learn --corpus DIR --dict-dir DIR --rules secrule.txt [--min-gain N] [--holdout]\n"
+    "usage: pinyin-learn --corpus DIR --dict-dir DIR --rules secrule.txt [--min-gain N] "
+    "[--holdout]\n"
     "Prints context rules learnt from DIR/dev.sent + DIR/dev.lb on top of the rules in\n"
     "secrule.txt, using Pinyin.dic and firrule.dic from --dict-dir. --holdout prints two-fold\n"
     "held-out accuracy instead.\n";
@@ -40,7 +41,8 @@ std::vector<uint8_t> readBytes(const std::string& path) {
     std::vector<uint8_t> bytes;
     uint8_t buffer[1 << 16];
     size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) bytes.insert(bytes.end(), buffer, buffer + n);
+    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
+        bytes.insert(bytes.end(), buffer, buffer + n);
     std::fclose(f);
     return bytes;
 }
@@ -52,9 +54,9 @@ std::string readText(const std::string& path) {
 
 struct Instance {
     char16_t target;
-    std::string label;        // tone numbers, as in the corpus
-    std::u16string reading;   // the corpus label as a syllable of the dictionaries
-    std::u16string engine;    // what the engine says without learnt rules
+    std::string label;                     // tone numbers, as in the corpus
+    std::u16string reading;                // the corpus label as a syllable of the dictionaries
+    std::u16string engine;                 // what the engine says without learnt rules
     std::vector<std::u16string> patterns;  // context patterns around the target
 };
 
@@ -108,7 +110,10 @@ public:
         for (const LabelledSentence* s : sentences) {
             const auto& readings = tagger.readings(s->text.c_str(), s->text.size());
             if (!tagger.isOpen(s->target) || readings[s->target] == nullptr) continue;
-            Instance in{s->text[s->target], s->label, {}, readings[s->target]->text,
+            Instance in{s->text[s->target],
+                        s->label,
+                        {},
+                        readings[s->target]->text,
                         contextPatterns(s->text, s->target)};
             // The label spelt as the dictionaries spell it, found among the character's readings.
             for (size_t k = 0; k < dicts->chars().count(in.target); ++k) {
@@ -154,17 +159,15 @@ public:
                         }
                     }
                 }
-                auto best = std::max_element(gain.begin(), gain.end(), [](auto& a, auto& b) {
-                    return a.second < b.second;
-                });
+                auto best = std::max_element(gain.begin(), gain.end(),
+                                             [](auto& a, auto& b) { return a.second < b.second; });
                 if (best == gain.end() || best->second < minGain) break;
                 rules.push_back({c, best->first.second, best->first.first});
                 open.erase(std::remove_if(open.begin(), open.end(),
                                           [&](const Instance* in) {
-                                              return std::find(in->patterns.begin(),
-                                                               in->patterns.end(),
-                                                               best->first.first) !=
-                                                     in->patterns.end();
+                                              return std::find(
+                                                         in->patterns.begin(), in->patterns.end(),
+                                                         best->first.first) != in->patterns.end();
                                           }),
                            open.end());
             }
@@ -240,11 +243,12 @@ int main(int argc, char** argv) {
             std::vector<const LabelledSentence*> all;
             for (const LabelledSentence& s : sentences) all.push_back(&s);
             const std::vector<Learnt> rules = learner.learn(learner.instances(all), minGain);
-            std::printf("# SPDX-License-Identifier: MIT\n"
-                        "# Context rules learnt from the CPP corpus (dev split) by\n"
-                        "#   pinyin-learn --corpus DIR --dict-dir DIR --rules secrule.txt --min-gain %d\n"
-                        "# Do not edit: run that command again (see bench/PERFORMANCE.md).\n",
-                        minGain);
+            std::printf(
+                "# SPDX-License-Identifier: MIT\n"
+                "# Context rules learnt from the CPP corpus (dev split) by\n"
+                "#   pinyin-learn --corpus DIR --dict-dir DIR --rules secrule.txt --min-gain %d\n"
+                "# Do not edit: run that command again (see bench/PERFORMANCE.md).\n",
+                minGain);
             for (const Learnt& l : rules) {
                 std::printf("rule\t%s\t%s\t%s\n", toUtf8(std::u16string(1, l.target)).c_str(),
                             toUtf8(l.reading).c_str(), toUtf8(l.pattern).c_str());
@@ -259,9 +263,10 @@ int main(int argc, char** argv) {
             const auto rules = learner.learn(learner.instances(fold[f]), minGain);
             const double before = learner.accuracy(fold[1 - f], {});
             const double after = learner.accuracy(fold[1 - f], rules);
-            std::printf("learn on fold %d (%zu sentences, %zu rules), measure on fold %d: %.2f%% -> "
-                        "%.2f%%\n",
-                        f, fold[f].size(), rules.size(), 1 - f, before, after);
+            std::printf(
+                "learn on fold %d (%zu sentences, %zu rules), measure on fold %d: %.2f%% -> "
+                "%.2f%%\n",
+                f, fold[f].size(), rules.size(), 1 - f, before, after);
             sum += after;
         }
         std::printf("two-fold held-out accuracy: %.2f%%\n", sum / 2);

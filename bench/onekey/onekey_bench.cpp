@@ -23,11 +23,17 @@ namespace {
 constexpr int kSlides = 200;
 constexpr int kBoxesPerSlide = 5;
 
-const char16_t* const kSentences[] = {
-    u"床前明月光，疑是地上霜。", u"举头望明月，低头思故乡。", u"银行行长还是觉得音乐很快乐。",
-    u"他重新说了一遍：这很重要。", u"一个人，一天，一年。", u"不是不好，是不对。",
-    u"我们一起学习汉语拼音。", u"今天天气很好，我们去公园散步吧。", u"老师说：大家好！",
-    u"春眠不觉晓，处处闻啼鸟。", u"长江后浪推前浪。"};
+const char16_t* const kSentences[] = {u"床前明月光，疑是地上霜。",
+                                      u"举头望明月，低头思故乡。",
+                                      u"银行行长还是觉得音乐很快乐。",
+                                      u"他重新说了一遍：这很重要。",
+                                      u"一个人，一天，一年。",
+                                      u"不是不好，是不对。",
+                                      u"我们一起学习汉语拼音。",
+                                      u"今天天气很好，我们去公园散步吧。",
+                                      u"老师说：大家好！",
+                                      u"春眠不觉晓，处处闻啼鸟。",
+                                      u"长江后浪推前浪。"};
 
 bool writeDeck(const QString& path, int slides) {
     auto deck = minihost::Deck::create(slides);
@@ -35,7 +41,8 @@ bool writeDeck(const QString& path, int slides) {
     for (int slide = 1; slide <= slides; ++slide)
         for (int box = 0; box < kBoxesPerSlide; ++box) {
             const auto* sentence = kSentences[next++ % std::size(kSentences)];
-            deck->addTextBox(slide, QString::fromUtf16(sentence), QRectF(40, 20 + box * 100, 880, 80));
+            deck->addTextBox(slide, QString::fromUtf16(sentence),
+                             QRectF(40, 20 + box * 100, 880, 80));
         }
     QString error;
     if (deck->save(path, &error)) return true;
@@ -71,18 +78,22 @@ qint64 medianRun(const QTemporaryDir& dir, int slides, int runs) {
         QElapsedTimer timer;
         timer.start();
         process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic"),
-                      {QStringLiteral("onekey"), in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
+                      {QStringLiteral("onekey"), in, QStringLiteral("-o"), out,
+                       QStringLiteral("--all-slides")});
         if (!process.waitForFinished(600000) || process.exitCode() != 0) {
-            std::fprintf(stderr, "onekey_bench: zphonetic failed: %s\n", process.readAllStandardError().constData());
+            std::fprintf(stderr, "onekey_bench: zphonetic failed: %s\n",
+                         process.readAllStandardError().constData());
             return -1;
         }
         times.push_back(timer.elapsed());
         const int boxes = newBoxes(in, out);
         if (boxes != slides * kBoxesPerSlide) {
-            std::fprintf(stderr, "onekey_bench: %d new boxes instead of %d\n", boxes, slides * kBoxesPerSlide);
+            std::fprintf(stderr, "onekey_bench: %d new boxes instead of %d\n", boxes,
+                         slides * kBoxesPerSlide);
             return -1;
         }
-        std::printf("%d slides, run %d: %lld ms\n", slides, i + 1, static_cast<long long>(times.back()));
+        std::printf("%d slides, run %d: %lld ms\n", slides, i + 1,
+                    static_cast<long long>(times.back()));
     }
     std::sort(times.begin(), times.end());
     return times[times.size() / 2];
@@ -98,9 +109,10 @@ int main(int argc, char** argv) {
     const qint64 one = medianRun(dir, 1, runs);
     const qint64 all = one < 0 ? -1 : medianRun(dir, kSlides, runs);
     if (all < 0) return 1;
-    std::printf("onekey --all-slides, median of %d runs: 1 slide (%d boxes) %lld ms; %d slides "
-                "(%d boxes) %lld ms\n",
-                runs, kBoxesPerSlide, static_cast<long long>(one), kSlides, kSlides * kBoxesPerSlide,
-                static_cast<long long>(all));
+    std::printf(
+        "onekey --all-slides, median of %d runs: 1 slide (%d boxes) %lld ms; %d slides "
+        "(%d boxes) %lld ms\n",
+        runs, kBoxesPerSlide, static_cast<long long>(one), kSlides, kSlides * kBoxesPerSlide,
+        static_cast<long long>(all));
     return 0;
 }

@@ -39,8 +39,10 @@ int zphonetic(const QStringList& arguments) {
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 3;
-    const QString folder = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QStringLiteral(ZPHONETIC_REALDECKS_DIR);
-    const QStringList decks = QDir(folder).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
+    const QString folder =
+        argc > 2 ? QString::fromLocal8Bit(argv[2]) : QStringLiteral(ZPHONETIC_REALDECKS_DIR);
+    const QStringList decks =
+        QDir(folder).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
     QTemporaryDir dir;
     if (decks.isEmpty() || !dir.isValid()) {
         std::fprintf(stderr, "realdecks_bench: no decks in %s\n", folder.toLocal8Bit().constData());
@@ -62,8 +64,8 @@ int main(int argc, char** argv) {
             QElapsedTimer deckTimer;
             deckTimer.start();
             const int shown = zphonetic({QStringLiteral("show"), in});
-            const int onekey = zphonetic(
-                {QStringLiteral("onekey"), in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
+            const int onekey = zphonetic({QStringLiteral("onekey"), in, QStringLiteral("-o"), out,
+                                          QStringLiteral("--all-slides")});
             if (shown < 0 || shown > 1 || onekey < 0 || onekey > 1) {
                 std::fprintf(stderr, "realdecks_bench: %s: show ended with %d, onekey with %d\n",
                              deck.toLocal8Bit().constData(), shown, onekey);
@@ -81,9 +83,10 @@ int main(int argc, char** argv) {
                     static_cast<int>(decks.size()) - written);
     }
     std::sort(times.begin(), times.end());
-    std::printf("median of %d runs: %lld ms for the folder (%lld ms a deck); slowest deck %s, %lld ms\n",
-                runs, static_cast<long long>(times[times.size() / 2]),
-                static_cast<long long>(times[times.size() / 2] / decks.size()),
-                slowest.toLocal8Bit().constData(), static_cast<long long>(slowestTime));
+    std::printf(
+        "median of %d runs: %lld ms for the folder (%lld ms a deck); slowest deck %s, %lld ms\n",
+        runs, static_cast<long long>(times[times.size() / 2]),
+        static_cast<long long>(times[times.size() / 2] / decks.size()),
+        slowest.toLocal8Bit().constData(), static_cast<long long>(slowestTime));
     return 0;
 }

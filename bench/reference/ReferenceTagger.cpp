@@ -29,7 +29,9 @@ struct Reference {
 
 }  // namespace
 
-int LoadPinYinLibrary(void*) { return 0; }
+int LoadPinYinLibrary(void*) {
+    return 0;
+}
 
 int OpenDictionary(const char16_t* pinyinDic, const char16_t*, const char16_t*) {
     try {

@@ -65,7 +65,8 @@ int main(int argc, char** argv) {
     minihost::offerEngineReadingService();
 
     std::unique_ptr<minihost::Deck> deck = minihost::Deck::create(1);
-    const int box = deck->addTextBox(1, QStringLiteral("银行行长还是觉得音乐很快乐"), QRectF(40, 40, 600, 60));
+    const int box =
+        deck->addTextBox(1, QStringLiteral("银行行长还是觉得音乐很快乐"), QRectF(40, 40, 600, 60));
     QString error;
     const QByteArray original = deck->toBytes(&error);
     deck = minihost::Deck::load(original, QStringLiteral("session.pptx"), &error);
@@ -87,7 +88,8 @@ int main(int argc, char** argv) {
             if (deck->editedParts().isEmpty()) status = fail("a command changed nothing");
             if (!deck->undo()) status = fail("nothing to undo");
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            if (minihost::liveObjectCount() != 0) status = fail("objects left alive after a command");
+            if (minihost::liveObjectCount() != 0)
+                status = fail("objects left alive after a command");
             if ((i + 1) % (commands / 10) == 0 || i + 1 == commands) {
                 const long rss = residentKb();
                 if (!firstTenthKb) firstTenthKb = rss;
@@ -97,11 +99,13 @@ int main(int argc, char** argv) {
             }
         }
         const long growth = residentKb() - firstTenthKb;
-        std::printf("memory from the first tenth to the end: %+ld kB (limit %ld kB)\n", growth, limitKb);
+        std::printf("memory from the first tenth to the end: %+ld kB (limit %ld kB)\n", growth,
+                    limitKb);
         if (status == 0 && growth > limitKb) status = fail("memory grew past the limit");
     }
     minihost::setActiveView(nullptr);
-    if (status == 0 && deck->toBytes(&error) != original) status = fail("the deck is not as it was read");
+    if (status == 0 && deck->toBytes(&error) != original)
+        status = fail("the deck is not as it was read");
     deck.reset();
     std::printf("live objects at the end: %d; over-released: %d\n", minihost::liveObjectCount(),
                 minihost::overReleaseCount());

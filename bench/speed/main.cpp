@@ -9,11 +9,11 @@
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
+#include <unistd.h>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "Corpus.h"
@@ -151,13 +151,18 @@ int main(int argc, char** argv) {
     std::string reference = programDir() + "/../lib/libPinyinReference.so";
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string arg = argv[i];
-        if (arg == "--corpus") corpus = argv[i + 1];
-        else if (arg == "--dict-dir") dictDir = argv[i + 1];
-        else if (arg == "--library") tagger = argv[i + 1];
-        else if (arg == "--reference") reference = argv[i + 1];
+        if (arg == "--corpus")
+            corpus = argv[i + 1];
+        else if (arg == "--dict-dir")
+            dictDir = argv[i + 1];
+        else if (arg == "--library")
+            tagger = argv[i + 1];
+        else if (arg == "--reference")
+            reference = argv[i + 1];
         else {
-            std::fprintf(stderr, "usage: pinyin-speed [benchmark flags] [--corpus DIR] "
-                                 "[--dict-dir DIR] [--library FILE] [--reference FILE]\n");
+            std::fprintf(stderr,
+                         "usage: pinyin-speed [benchmark flags] [--corpus DIR] "
+                         "[--dict-dir DIR] [--library FILE] [--reference FILE]\n");
             return 2;
         }
     }

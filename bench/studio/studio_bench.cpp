@@ -32,7 +32,8 @@ namespace {
 
 constexpr int kSlides = 200;
 constexpr int kTimeout = 60000;
-const QString kSentence = QString::fromUtf8("我们一起学习汉语拼音，今天天气很好，我们去公园散步吧。老师说：大家好！");
+const QString kSentence =
+    QString::fromUtf8("我们一起学习汉语拼音，今天天气很好，我们去公园散步吧。老师说：大家好！");
 
 bool writeDeck(const QString& path) {
     auto deck = minihost::Deck::create(kSlides);
@@ -79,8 +80,10 @@ qint64 timeDialog(StudioWindow& window, QToolButton* button) {
         return -1;
     const qint64 elapsed = timer.nsecsElapsed() / 1000;
     bool ok = false;
-    const int shown = minihost::runPageScript(
-        dialog, QStringLiteral("document.querySelectorAll('.cell').length"), kTimeout, &ok).toInt();
+    const int shown =
+        minihost::runPageScript(dialog, QStringLiteral("document.querySelectorAll('.cell').length"),
+                                kTimeout, &ok)
+            .toInt();
     dialog->close();
     for (int waited = 0; openDialog(window) && waited < kTimeout; waited += 10) QTest::qWait(10);
     QTest::qWait(50);

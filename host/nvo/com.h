@@ -27,8 +27,12 @@ constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005u);
 constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000Eu);
 constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057u);
 
-constexpr bool SUCCEEDED(HRESULT hr) { return hr >= 0; }
-constexpr bool FAILED(HRESULT hr) { return hr < 0; }
+constexpr bool SUCCEEDED(HRESULT hr) {
+    return hr >= 0;
+}
+constexpr bool FAILED(HRESULT hr) {
+    return hr < 0;
+}
 
 // A 16-byte interface or service id, written {Data1-Data2-Data3-Data4[0..1]-Data4[2..7]}.
 struct GUID {
@@ -44,13 +48,15 @@ constexpr bool operator==(const GUID& a, const GUID& b) {
         if (a.Data4[i] != b.Data4[i]) return false;
     return true;
 }
-constexpr bool operator!=(const GUID& a, const GUID& b) { return !(a == b); }
+constexpr bool operator!=(const GUID& a, const GUID& b) {
+    return !(a == b);
+}
 
 using REFIID = const GUID&;
 
 // {00000000-0000-0000-C000-000000000046}
-inline constexpr GUID IID_IUnknown = {0x00000000, 0x0000, 0x0000,
-                                      {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+inline constexpr GUID IID_IUnknown = {
+    0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
 
 struct IUnknown {
     // Writes the object as the interface `iid` (AddRef'd) to *out, or null and E_NOINTERFACE.
@@ -66,8 +72,8 @@ protected:
 // A minimal tagged union. Only the tags below are used across the host interfaces.
 enum VARENUM : std::uint16_t {
     VT_EMPTY = 0,
-    VT_I4 = 3,     // lVal: a 32-bit signed integer (the 1-based index of a collection item)
-    VT_BSTR = 8,   // bstrVal, owned by the VARIANT: _MVariantClear frees it
+    VT_I4 = 3,        // lVal: a 32-bit signed integer (the 1-based index of a collection item)
+    VT_BSTR = 8,      // bstrVal, owned by the VARIANT: _MVariantClear frees it
     VT_UNKNOWN = 13,  // punkVal, owned by the VARIANT: _MVariantClear releases it
 };
 

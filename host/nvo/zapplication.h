@@ -22,8 +22,8 @@ struct DocumentView;
 }
 
 // {0B8E4F5A-1D2C-4E3B-9A7F-6C5D4E3B2A19}
-inline constexpr GUID IID_IZApplication = {0x0B8E4F5A, 0x1D2C, 0x4E3B,
-                                           {0x9A, 0x7F, 0x6C, 0x5D, 0x4E, 0x3B, 0x2A, 0x19}};
+inline constexpr GUID IID_IZApplication = {
+    0x0B8E4F5A, 0x1D2C, 0x4E3B, {0x9A, 0x7F, 0x6C, 0x5D, 0x4E, 0x3B, 0x2A, 0x19}};
 
 // The application as the object model sees it: the root that undo transactions and the
 // presentation object model hang from.

@@ -45,7 +45,8 @@ QString settingKey(int dirId) {
 
 DirectorySource directorySource(int dirId) {
     if (config().directories.contains(dirId)) return DirectorySource::Program;
-    if (!qEnvironmentVariableIsEmpty(environmentVariable(dirId))) return DirectorySource::Environment;
+    if (!qEnvironmentVariableIsEmpty(environmentVariable(dirId)))
+        return DirectorySource::Environment;
     if (!hostSetting(settingKey(dirId)).toString().isEmpty()) return DirectorySource::Settings;
     return DirectorySource::BesidePrograms;
 }
@@ -56,23 +57,26 @@ QString checkFile(int dirId, const QString& path, const QString& what, const QSt
     if (file.isFile() && file.isReadable()) return QString();
     const QString missing = what + QStringLiteral(" is missing");
     switch (directorySource(dirId)) {
-    case DirectorySource::Program:
-        return missing + QStringLiteral(": the host program chose this directory");
-    case DirectorySource::Environment: {
-        const QString variable = QLatin1String(environmentVariable(dirId));
-        return missing + QStringLiteral(" (set by %1): point %1 at the directory that holds it, "
-                                        "or unset it")
-                             .arg(variable);
+        case DirectorySource::Program:
+            return missing + QStringLiteral(": the host program chose this directory");
+        case DirectorySource::Environment: {
+            const QString variable = QLatin1String(environmentVariable(dirId));
+            return missing + QStringLiteral(
+                                 " (set by %1): point %1 at the directory that holds it, "
+                                 "or unset it")
+                                 .arg(variable);
+        }
+        case DirectorySource::Settings:
+            return missing + QStringLiteral(
+                                 " (host setting \"%1\" in %2): correct the setting, or "
+                                 "remove it")
+                                 .arg(settingKey(dirId), commonSettingsPath());
+        case DirectorySource::BesidePrograms:
+            break;
     }
-    case DirectorySource::Settings:
-        return missing + QStringLiteral(" (host setting \"%1\" in %2): correct the setting, or "
-                                        "remove it")
-                             .arg(settingKey(dirId), commonSettingsPath());
-    case DirectorySource::BesidePrograms:
-        break;
-    }
-    return missing + QStringLiteral(": build it (cmake --build BUILD --target %1) or reinstall "
-                                    "zphonetic, or set %2 to the directory that holds it")
+    return missing + QStringLiteral(
+                         ": build it (cmake --build BUILD --target %1) or reinstall "
+                         "zphonetic, or set %2 to the directory that holds it")
                          .arg(target, QLatin1String(environmentVariable(dirId)));
 }
 
@@ -133,10 +137,10 @@ QString missingReadingFile(QString* problem) {
     }
     for (const char* name : {"Pinyin.dic", "firrule.dic", "secrule.dic"}) {
         const QString dictionary = inDirectory(kDirDictionaries, name);
-        *problem = checkFile(kDirDictionaries, dictionary,
-                             QStringLiteral("the dictionary %1 of the tagging library")
-                                 .arg(QLatin1String(name)),
-                             QStringLiteral("zphonetic_dictionaries"));
+        *problem = checkFile(
+            kDirDictionaries, dictionary,
+            QStringLiteral("the dictionary %1 of the tagging library").arg(QLatin1String(name)),
+            QStringLiteral("zphonetic_dictionaries"));
         if (!problem->isEmpty()) return dictionary;
     }
     return QString();

@@ -139,7 +139,8 @@ ZListCommand* buildRibbon(ZMainWindow* window, const QStringList& tabIds) {
     header->d_func()->subTabBar = bar;
     header->d_func()->panels = panels;
     // A click on a tab makes it current; the tab bar is the ribbon's only input.
-    QObject::connect(tabs, &QTabBar::currentChanged, bar, [bar](int index) { showTab(bar, index); });
+    QObject::connect(tabs, &QTabBar::currentChanged, bar,
+                     [bar](int index) { showTab(bar, index); });
     for (const QString& id : tabIds) addTabCommand(list, id);
     window->setMenuWidget(header);
     window->d_func()->headerBar = header;

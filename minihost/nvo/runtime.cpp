@@ -19,8 +19,8 @@ constexpr std::size_t kPrefix = sizeof(std::uint32_t);
 
 BSTR allocBstr(const OLECHAR* text, std::size_t length) {
     if (length > (std::numeric_limits<std::uint32_t>::max() / sizeof(OLECHAR)) - 1) return nullptr;
-    auto* block = static_cast<unsigned char*>(
-        std::malloc(kPrefix + (length + 1) * sizeof(OLECHAR)));
+    auto* block =
+        static_cast<unsigned char*>(std::malloc(kPrefix + (length + 1) * sizeof(OLECHAR)));
     if (!block) return nullptr;
     const auto bytes = static_cast<std::uint32_t>(length * sizeof(OLECHAR));
     std::memcpy(block, &bytes, kPrefix);
@@ -75,9 +75,13 @@ unsigned int _XSysStringLen(BSTR bstr) {
     return bytes / sizeof(OLECHAR);
 }
 
-void* _XCoTaskMemAlloc(std::size_t size) { return std::malloc(size ? size : 1); }
+void* _XCoTaskMemAlloc(std::size_t size) {
+    return std::malloc(size ? size : 1);
+}
 
-void _XCoTaskMemFree(void* block) { std::free(block); }
+void _XCoTaskMemFree(void* block) {
+    std::free(block);
+}
 
 HRESULT _MVariantClear(VARIANT* value) {
     if (!value) return E_INVALIDARG;
@@ -133,8 +137,12 @@ HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
     return *function ? S_OK : E_FAIL;
 }
 
-int _Xfreelibrary(HMODULE module) { return module && dlclose(module) == 0 ? 1 : 0; }
+int _Xfreelibrary(HMODULE module) {
+    return module && dlclose(module) == 0 ? 1 : 0;
+}
 
 }  // extern "C"
 
-int minihost::loadLibraryCalls() { return loadCalls(); }
+int minihost::loadLibraryCalls() {
+    return loadCalls();
+}

@@ -17,12 +17,14 @@ const char kRelType[] = "http://schemas.openxmlformats.org/officeDocument/2006/r
 const char kContentType[] = "application/vnd.openxmlformats-officedocument.";
 const char kEmptyTree[] =
     "<p:spTree><p:nvGrpSpPr><p:cNvPr id=\"1\" name=\"\"/><p:cNvGrpSpPr/><p:nvPr/></p:nvGrpSpPr>"
-    "<p:grpSpPr><a:xfrm><a:off x=\"0\" y=\"0\"/><a:ext cx=\"0\" cy=\"0\"/><a:chOff x=\"0\" y=\"0\"/>"
+    "<p:grpSpPr><a:xfrm><a:off x=\"0\" y=\"0\"/><a:ext cx=\"0\" cy=\"0\"/><a:chOff x=\"0\" "
+    "y=\"0\"/>"
     "<a:chExt cx=\"0\" cy=\"0\"/></a:xfrm></p:grpSpPr></p:spTree>";
 
 std::string relationships(const std::string& body) {
     return std::string(kDecl) +
-           "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">" +
+           "<Relationships "
+           "xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">" +
            body + "</Relationships>";
 }
 
@@ -37,20 +39,22 @@ std::string override(const std::string& part, const char* type) {
 
 std::string themePart() {
     std::string colors;
-    const char* scheme[][2] = {{"dk1", "000000"},     {"lt1", "FFFFFF"},     {"dk2", "44546A"},
-                               {"lt2", "E7E6E6"},     {"accent1", "4472C4"}, {"accent2", "ED7D31"},
-                               {"accent3", "A5A5A5"}, {"accent4", "FFC000"}, {"accent5", "5B9BD5"},
-                               {"accent6", "70AD47"}, {"hlink", "0563C1"},   {"folHlink", "954F72"}};
+    const char* scheme[][2] = {
+        {"dk1", "000000"},     {"lt1", "FFFFFF"},     {"dk2", "44546A"},
+        {"lt2", "E7E6E6"},     {"accent1", "4472C4"}, {"accent2", "ED7D31"},
+        {"accent3", "A5A5A5"}, {"accent4", "FFC000"}, {"accent5", "5B9BD5"},
+        {"accent6", "70AD47"}, {"hlink", "0563C1"},   {"folHlink", "954F72"}};
     for (const auto& c : scheme)
         colors += std::string("<a:") + c[0] + "><a:srgbClr val=\"" + c[1] + "\"/></a:" + c[0] + ">";
     const std::string fill = "<a:solidFill><a:schemeClr val=\"phClr\"/></a:solidFill>";
     const std::string line = "<a:ln w=\"6350\">" + fill + "</a:ln>";
     const std::string effect = "<a:effectStyle><a:effectLst/></a:effectStyle>";
-    const std::string font = "<a:latin typeface=\"Calibri\"/><a:ea typeface=\"\"/><a:cs typeface=\"\"/>";
+    const std::string font =
+        "<a:latin typeface=\"Calibri\"/><a:ea typeface=\"\"/><a:cs typeface=\"\"/>";
     return std::string(kDecl) +
            "<a:theme xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\" "
-           "name=\"Office\"><a:themeElements><a:clrScheme name=\"Office\">" + colors +
-           "</a:clrScheme><a:fontScheme name=\"Office\"><a:majorFont>" + font +
+           "name=\"Office\"><a:themeElements><a:clrScheme name=\"Office\">" +
+           colors + "</a:clrScheme><a:fontScheme name=\"Office\"><a:majorFont>" + font +
            "</a:majorFont><a:minorFont>" + font +
            "</a:minorFont></a:fontScheme><a:fmtScheme name=\"Office\"><a:fillStyleLst>" + fill +
            fill + fill + "</a:fillStyleLst><a:lnStyleLst>" + line + line + line +
@@ -90,7 +94,8 @@ QByteArray DeckCore::blankDeckBytes(int slideCount) {
     add("ppt/presentation.xml",
         std::string(kDecl) + "<p:presentation" + kNs +
             "><p:sldMasterIdLst><p:sldMasterId id=\"2147483648\" r:id=\"rId1\"/>"
-            "</p:sldMasterIdLst><p:sldIdLst>" + slideIds +
+            "</p:sldMasterIdLst><p:sldIdLst>" +
+            slideIds +
             "</p:sldIdLst><p:sldSz cx=\"12192000\" cy=\"6858000\"/>"
             "<p:notesSz cx=\"6858000\" cy=\"9144000\"/><p:defaultTextStyle><a:lvl1pPr>"
             "<a:defRPr sz=\"1800\"><a:solidFill><a:schemeClr val=\"tx1\"/></a:solidFill>"
@@ -111,8 +116,7 @@ QByteArray DeckCore::blankDeckBytes(int slideCount) {
                       relationship(2, "theme", "../theme/theme1.xml")));
     add("ppt/slideLayouts/slideLayout1.xml",
         std::string(kDecl) + "<p:sldLayout" + kNs + " type=\"blank\"><p:cSld name=\"Blank\">" +
-            kEmptyTree +
-            "</p:cSld><p:clrMapOvr><a:masterClrMapping/></p:clrMapOvr></p:sldLayout>");
+            kEmptyTree + "</p:cSld><p:clrMapOvr><a:masterClrMapping/></p:clrMapOvr></p:sldLayout>");
     add("ppt/slideLayouts/_rels/slideLayout1.xml.rels",
         relationships(relationship(1, "slideMaster", "../slideMasters/slideMaster1.xml")));
     add("ppt/theme/theme1.xml", themePart());

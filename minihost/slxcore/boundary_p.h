@@ -34,6 +34,8 @@ inline BSTR toBstr(const QString& text) {
 // How the journal shows a string argument: in double quotes, with \ " and controls escaped.
 QString journalText(const QString& text);
 // How the journal shows a float: shortest form ("48", "12.5").
-inline QString journalNumber(double value) { return QString::number(value, 'g', 9); }
+inline QString journalNumber(double value) {
+    return QString::number(value, 'g', 9);
+}
 
 }  // namespace minihost

@@ -9,17 +9,19 @@
 #include "minihost/slxcore/textbody_p.h"
 
 // The ids the object model's clients query for. {3F2A6C10-7B4D-4C8E-9F21-5A6B7C8D9E01}
-const GUID slxoldapi::IID_Selection = {0x3F2A6C10, 0x7B4D, 0x4C8E,
-                                       {0x9F, 0x21, 0x5A, 0x6B, 0x7C, 0x8D, 0x9E, 0x01}};
+const GUID slxoldapi::IID_Selection = {
+    0x3F2A6C10, 0x7B4D, 0x4C8E, {0x9F, 0x21, 0x5A, 0x6B, 0x7C, 0x8D, 0x9E, 0x01}};
 // {3F2A6C11-7B4D-4C8E-9F21-5A6B7C8D9E01}
-const GUID slxoldapi::IID_Shape = {0x3F2A6C11, 0x7B4D, 0x4C8E,
-                                   {0x9F, 0x21, 0x5A, 0x6B, 0x7C, 0x8D, 0x9E, 0x01}};
+const GUID slxoldapi::IID_Shape = {
+    0x3F2A6C11, 0x7B4D, 0x4C8E, {0x9F, 0x21, 0x5A, 0x6B, 0x7C, 0x8D, 0x9E, 0x01}};
 
 namespace minihost {
 
 Deck::Deck(std::shared_ptr<DeckCore> core) : d(std::move(core)), m_view(new ViewObject(d)) {}
 
-Deck::~Deck() { m_view->releaseByHost(); }
+Deck::~Deck() {
+    m_view->releaseByHost();
+}
 
 std::unique_ptr<Deck> Deck::load(const QByteArray& bytes, const QString& name, QString* error) {
     try {
@@ -35,7 +37,8 @@ std::unique_ptr<Deck> Deck::load(const QByteArray& bytes, const QString& name, Q
 std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        if (error) *error = path + QStringLiteral(": cannot be opened (%1)").arg(file.errorString());
+        if (error)
+            *error = path + QStringLiteral(": cannot be opened (%1)").arg(file.errorString());
         return nullptr;
     }
     if (file.size() > (1ll << 31) - 1) {
@@ -46,15 +49,22 @@ std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
 }
 
 std::unique_ptr<Deck> Deck::create(int slides) {
-    return std::unique_ptr<Deck>(
-        new Deck(DeckCore::load(DeckCore::blankDeckBytes(std::max(slides, 0)),
-                                QStringLiteral("new deck"))));
+    return std::unique_ptr<Deck>(new Deck(
+        DeckCore::load(DeckCore::blankDeckBytes(std::max(slides, 0)), QStringLiteral("new deck"))));
 }
 
-QString Deck::name() const { return d->name; }
-int Deck::slideCount() const { return static_cast<int>(d->slides.size()); }
-QSizeF Deck::slideSize() const { return d->slideSize; }
-int Deck::currentSlide() const { return d->currentSlide + 1; }
+QString Deck::name() const {
+    return d->name;
+}
+int Deck::slideCount() const {
+    return static_cast<int>(d->slides.size());
+}
+QSizeF Deck::slideSize() const {
+    return d->slideSize;
+}
+int Deck::currentSlide() const {
+    return d->currentSlide + 1;
+}
 
 bool Deck::setCurrentSlide(int slide) {
     if (slide < 1 || slide > slideCount()) return false;
@@ -123,9 +133,13 @@ QList<int> Deck::selectedShapes() const {
     return QList<int>(ids.begin(), ids.end());
 }
 
-bool Deck::hasTextSelection() const { return d->textSelected; }
+bool Deck::hasTextSelection() const {
+    return d->textSelected;
+}
 
-slxoldapi::DocumentView* Deck::view() const { return m_view; }
+slxoldapi::DocumentView* Deck::view() const {
+    return m_view;
+}
 
 int Deck::addTextBox(int slide, const QString& text, const QRectF& box) {
     if (slide < 1 || slide > slideCount()) return 0;
@@ -161,15 +175,22 @@ bool Deck::save(const QString& path, QString* error) const {
     // QSaveFile writes beside the target and renames over it only on commit().
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        if (error) *error = path + QStringLiteral(": cannot be written (%1)").arg(file.errorString());
+        if (error)
+            *error = path + QStringLiteral(": cannot be written (%1)").arg(file.errorString());
         return false;
     }
     return true;
 }
 
-QStringList Deck::editedParts() const { return d->editedParts(); }
-bool Deck::undo() { return d->undo(); }
-bool Deck::redo() { return d->redo(); }
+QStringList Deck::editedParts() const {
+    return d->editedParts();
+}
+bool Deck::undo() {
+    return d->undo();
+}
+bool Deck::redo() {
+    return d->redo();
+}
 
 QStringList Deck::undoSteps() const {
     QStringList names;
@@ -183,7 +204,11 @@ QStringList Deck::redoSteps() const {
     return names;
 }
 
-QStringList Deck::journal() const { return d->journal; }
-void Deck::clearJournal() { d->journal.clear(); }
+QStringList Deck::journal() const {
+    return d->journal;
+}
+void Deck::clearJournal() {
+    d->journal.clear();
+}
 
 }  // namespace minihost

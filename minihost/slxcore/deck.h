@@ -8,8 +8,8 @@
 //   deck.pptx: not a zip archive
 //   deck.pptx: entry "../evil.xml" points outside the archive
 //   deck.pptx: missing part "ppt/presentation.xml"
-//   deck.pptx: part "ppt/slides/slide1.xml" is not well-formed XML (Start-end tags mismatch at byte 812)
-//   deck.pptx: part "ppt/slides/slide1.xml" claims 5000000000 bytes (the limit is 67108864)
+//   deck.pptx: part "ppt/slides/slide1.xml" is not well-formed XML (Start-end tags mismatch at byte
+//   812) deck.pptx: part "ppt/slides/slide1.xml" claims 5000000000 bytes (the limit is 67108864)
 // Writing is lossless: a deck with no edits is written back byte for byte; otherwise only the
 // edited slide parts are rewritten and every other entry is copied as stored. Files are
 // written to a temporary file that replaces the target only when complete.
@@ -39,10 +39,10 @@ class ViewObject;
 struct ShapeInfo {
     int id = 0;
     QString name;
-    QString kind;         // "text box", "placeholder", "shape", "picture", "table or chart", ...
-    QRectF box;           // points on the slide; empty when inherited from the layout
+    QString kind;  // "text box", "placeholder", "shape", "picture", "table or chart", ...
+    QRectF box;    // points on the slide; empty when inherited from the layout
     bool hasTextFrame = false;
-    QString text;         // paragraphs separated by "\r", line breaks "\v"
+    QString text;  // paragraphs separated by "\r", line breaks "\v"
     bool followsText = false;
     // The format of the text's first character.
     QString fontName;
@@ -54,8 +54,7 @@ struct ShapeInfo {
 class ZHOST_API Deck {
 public:
     // Reads a deck from `bytes`; `name` names it in errors. Null and `*error` set on failure.
-    static std::unique_ptr<Deck> load(const QByteArray& bytes, const QString& name,
-                                      QString* error);
+    static std::unique_ptr<Deck> load(const QByteArray& bytes, const QString& name, QString* error);
     static std::unique_ptr<Deck> loadFile(const QString& path, QString* error);
     // A new deck of `slides` empty 960 x 540 point slides.
     static std::unique_ptr<Deck> create(int slides);

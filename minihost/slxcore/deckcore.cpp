@@ -26,7 +26,8 @@ bool endsWith(const std::string& text, const char* suffix) {
 void readSlide(const Package& package, const std::string& part, pugi::xml_document& doc) {
     package.parse(part, doc);
     if (std::strcmp(localName(doc.document_element()), "sld") != 0)
-        package.fail(QStringLiteral("part \"%1\" is not a slide").arg(QString::fromStdString(part)));
+        package.fail(
+            QStringLiteral("part \"%1\" is not a slide").arg(QString::fromStdString(part)));
     pugi::xml_node declaration = doc.first_child();
     if (declaration.type() == pugi::node_declaration)
         if (pugi::xml_attribute encoding = declaration.attribute("encoding");
@@ -166,8 +167,7 @@ std::string DeckCore::relatedPart(const std::string& sourcePart, const std::stri
     return resolveTarget(*package, sourcePart, it->second.target);
 }
 
-const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart,
-                                                    const char* type,
+const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart, const char* type,
                                                     std::string* partName) const {
     const std::string suffix = std::string("/") + type;
     for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
@@ -214,7 +214,9 @@ void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserte
     // A start inside the replaced text moves to its start, an end inside it to its end; text
     // inserted exactly at a range's start pushes the range on, at its end leaves it as it is.
     auto mapStart = [&](int x) { return x < pos ? x : x >= pos + removed ? x + delta : pos; };
-    auto mapEnd = [&](int x) { return x <= pos ? x : x >= pos + removed ? x + delta : pos + inserted; };
+    auto mapEnd = [&](int x) {
+        return x <= pos ? x : x >= pos + removed ? x + delta : pos + inserted;
+    };
     for (const auto& weak : ranges) {
         const auto range = weak.lock();
         if (!range || range.get() == except || range->slide != slide || range->shapeId != id)
@@ -266,7 +268,9 @@ void DeckCore::note(const QString& entry) {
     journal << entry;
 }
 
-std::string DeckCore::snapshot(int slide) const { return serialized(slides[slide]->doc); }
+std::string DeckCore::snapshot(int slide) const {
+    return serialized(slides[slide]->doc);
+}
 
 void DeckCore::restore(int slide, const std::string& xml) {
     // Live ranges may now reach past their frame's text; every use clamps them to it.

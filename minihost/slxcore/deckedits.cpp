@@ -37,8 +37,7 @@ bool Deck::moveShapes(const QList<int>& shapeIds, double dx, double dy) {
 }
 
 bool Deck::setShapeBox(int slide, int shapeId, const QRectF& box, const QString& stepName) {
-    if (slide < 1 || slide > slideCount() || !(box.width() >= 0 && box.height() >= 0))
-        return false;
+    if (slide < 1 || slide > slideCount() || !(box.width() >= 0 && box.height() >= 0)) return false;
     const ShapeNode shape = d->shape(slide - 1, shapeId);
     if (!shape.element) return false;
     EditScope edit(*d, slide - 1, stepName);

@@ -67,6 +67,8 @@ QStringList liveObjectKinds() {
     return kinds;
 }
 
-int overReleaseCount() { return g_overReleases; }
+int overReleaseCount() {
+    return g_overReleases;
+}
 
 }  // namespace minihost

@@ -49,7 +49,9 @@ void Package::fail(const QString& problem) const {
     throw DeckError((m_name + QStringLiteral(": ") + problem).toStdString());
 }
 
-bool Package::has(const std::string& part) const { return m_zip->find(part) != nullptr; }
+bool Package::has(const std::string& part) const {
+    return m_zip->find(part) != nullptr;
+}
 
 QByteArray Package::read(const std::string& part) const {
     const ZipEntry* entry = m_zip->find(part);
@@ -90,7 +92,8 @@ QByteArray Package::build(const std::vector<std::pair<std::string, QByteArray>>&
 
 std::string relationshipsPart(const std::string& part) {
     const std::size_t slash = part.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : part.substr(0, slash + 1);
+    const std::string folder =
+        slash == std::string::npos ? std::string() : part.substr(0, slash + 1);
     const std::string file = slash == std::string::npos ? part : part.substr(slash + 1);
     return folder + "_rels/" + file + ".rels";
 }
@@ -107,10 +110,10 @@ std::string resolveTarget(const Package& package, const std::string& sourcePart,
         if (segment == QLatin1String(".")) continue;
         if (segment == QLatin1String("..")) {
             if (segments.isEmpty())
-                package.fail(QStringLiteral("relationship target \"%1\" of \"%2\" points outside "
-                                            "the archive")
-                                 .arg(QString::fromStdString(target),
-                                      QString::fromStdString(sourcePart)));
+                package.fail(
+                    QStringLiteral("relationship target \"%1\" of \"%2\" points outside "
+                                   "the archive")
+                        .arg(QString::fromStdString(target), QString::fromStdString(sourcePart)));
             segments.removeLast();
             continue;
         }

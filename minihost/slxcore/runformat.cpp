@@ -25,11 +25,16 @@ std::uint32_t transformed(std::uint32_t rgb, pugi::xml_node choice) {
         const double v = t.attribute("val").as_double() / 100000.0;
         double h, s, l;
         color.getHslF(&h, &s, &l);
-        if (local == "lumMod") l *= v;
-        else if (local == "lumOff") l += v;
-        else if (local == "tint") l = l * v + (1 - v);  // towards white
-        else if (local == "shade") l *= v;              // towards black
-        else continue;
+        if (local == "lumMod")
+            l *= v;
+        else if (local == "lumOff")
+            l += v;
+        else if (local == "tint")
+            l = l * v + (1 - v);  // towards white
+        else if (local == "shade")
+            l *= v;  // towards black
+        else
+            continue;
         color.setHslF(h < 0 ? 0 : h, s, std::clamp(l, 0.0, 1.0));
     }
     return color.rgb() & 0xFFFFFFu;
@@ -45,8 +50,7 @@ QString resolveTypeface(const QString& face, const DeckStyles& styles) {
 
 }  // namespace
 
-bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb,
-             bool transforms) {
+bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb, bool transforms) {
     pugi::xml_node choice;
     if (pugi::xml_node srgb = child(holder, "srgbClr")) {
         *rgb = parseHex(srgb.attribute("val").value());

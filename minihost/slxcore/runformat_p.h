@@ -51,7 +51,7 @@ bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb
 
 // Writers; each keeps the element's other attributes and children.
 void setBold(pugi::xml_node rPr, bool bold);
-void setSize(pugi::xml_node rPr, float points);   // sz in hundredths of a point
+void setSize(pugi::xml_node rPr, float points);             // sz in hundredths of a point
 void setTypeface(pugi::xml_node rPr, const QString& name);  // a:latin
 void setColor(pugi::xml_node rPr, std::uint32_t rgb);       // 0x00RRGGBB -> a:solidFill/a:srgbClr
 

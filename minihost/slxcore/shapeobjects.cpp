@@ -10,15 +10,17 @@
 namespace minihost {
 
 // {6E1B2C3D-4A5F-4E60-8B71-9C2D3E4F5A6B}, never published.
-const GUID IID_DeckView = {0x6E1B2C3D, 0x4A5F, 0x4E60,
-                           {0x8B, 0x71, 0x9C, 0x2D, 0x3E, 0x4F, 0x5A, 0x6B}};
+const GUID IID_DeckView = {
+    0x6E1B2C3D, 0x4A5F, 0x4E60, {0x8B, 0x71, 0x9C, 0x2D, 0x3E, 0x4F, 0x5A, 0x6B}};
 
 ViewObject::ViewObject(std::shared_ptr<DeckCore> core)
     : HostObject("DocumentView", nullptr, true),
       m_core(std::move(core)),
       m_selection(new SelectionObject(m_core)) {}
 
-ViewObject::~ViewObject() { m_selection->releaseByHost(); }
+ViewObject::~ViewObject() {
+    m_selection->releaseByHost();
+}
 
 void ViewObject::releaseByHost() {
     if (dropHostReference()) delete this;
@@ -64,19 +66,23 @@ HRESULT SelectionObject::get_TextRange(slxoldapi::TextRange** range) {
         m_core->note(QStringLiteral("Selection.get_TextRange"));
         DeckCore& core = *m_core;
         if (!core.textSelected) return E_FAIL;
-        const pugi::xml_node body = textBodyOf(core.shape(core.currentSlide, core.textShape).element);
+        const pugi::xml_node body =
+            textBodyOf(core.shape(core.currentSlide, core.textShape).element);
         if (!body) return E_FAIL;
         const int length = TextBody(body).length();
         const int start = std::min(core.textStart, length);
-        *range = new TextRangeObject(
-            m_core, core.newRange(core.currentSlide, core.textShape, start,
-                                  std::min(core.textLength, length - start)));
+        *range =
+            new TextRangeObject(m_core, core.newRange(core.currentSlide, core.textShape, start,
+                                                      std::min(core.textLength, length - start)));
         return S_OK;
     });
 }
 
 ShapeRangeObject::ShapeRangeObject(std::shared_ptr<DeckCore> core, int slide, std::vector<int> ids)
-    : HostObject("ShapeRange", nullptr), m_core(std::move(core)), m_slide(slide), m_ids(std::move(ids)) {}
+    : HostObject("ShapeRange", nullptr),
+      m_core(std::move(core)),
+      m_slide(slide),
+      m_ids(std::move(ids)) {}
 
 HRESULT ShapeRangeObject::get_Count(std::int32_t* count) {
     if (!count) return E_POINTER;
@@ -130,7 +136,10 @@ HRESULT ShapesObject::AddTextbox(std::int32_t orientation, float left, float top
 }
 
 ShapeObject::ShapeObject(std::shared_ptr<DeckCore> core, int slide, int id)
-    : HostObject("Shape", &slxoldapi::IID_Shape), m_core(std::move(core)), m_slide(slide), m_id(id) {}
+    : HostObject("Shape", &slxoldapi::IID_Shape),
+      m_core(std::move(core)),
+      m_slide(slide),
+      m_id(id) {}
 
 HRESULT ShapeObject::Select(std::int32_t replace) {
     return guarded([&] {

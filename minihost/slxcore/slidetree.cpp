@@ -155,8 +155,10 @@ Box geometry(const ShapeNode& shape) {
     const pugi::xml_node ext = child(xfrm, "ext");
     if (!off || !ext) return box;
     const Placement& p = shape.placement;
-    box.left = static_cast<float>((p.offsetX + p.scaleX * off.attribute("x").as_double()) / kEmuPerPoint);
-    box.top = static_cast<float>((p.offsetY + p.scaleY * off.attribute("y").as_double()) / kEmuPerPoint);
+    box.left =
+        static_cast<float>((p.offsetX + p.scaleX * off.attribute("x").as_double()) / kEmuPerPoint);
+    box.top =
+        static_cast<float>((p.offsetY + p.scaleY * off.attribute("y").as_double()) / kEmuPerPoint);
     box.width = static_cast<float>(p.scaleX * ext.attribute("cx").as_double() / kEmuPerPoint);
     box.height = static_cast<float>(p.scaleY * ext.attribute("cy").as_double() / kEmuPerPoint);
     box.known = true;
@@ -224,8 +226,10 @@ pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, floa
     bodyPr.append_attribute("wrap").set_value("square");
     bodyPr.append_attribute("rtlCol").set_value("0");
     body.append_child("a:lstStyle");
-    body.append_child("a:p").append_child("a:endParaRPr").append_attribute("lang").set_value(
-        "zh-CN");
+    body.append_child("a:p")
+        .append_child("a:endParaRPr")
+        .append_attribute("lang")
+        .set_value("zh-CN");
     return sp;
 }
 

@@ -77,8 +77,8 @@ void TextBody::scan() {
             } else {
                 continue;  // pPr, endParaRPr and elements we do not know hold no text
             }
-            m_segments.push_back({kind, c, p, static_cast<int>(m_text.size()),
-                                  static_cast<int>(piece.size())});
+            m_segments.push_back(
+                {kind, c, p, static_cast<int>(m_text.size()), static_cast<int>(piece.size())});
             m_text += piece;
         }
         if (i + 1 < m_paragraphs.size()) {
@@ -89,7 +89,9 @@ void TextBody::scan() {
     m_length = static_cast<int>(m_text.size());
 }
 
-QString TextBody::text() const { return m_text; }
+QString TextBody::text() const {
+    return m_text;
+}
 
 pugi::xml_node TextBody::ensureParagraph() {
     if (m_paragraphs.empty()) {
@@ -133,7 +135,9 @@ void TextBody::splitRunAt(int pos) {
     }
 }
 
-pugi::xml_node TextBody::runProperties(pugi::xml_node node) const { return child(node, "rPr"); }
+pugi::xml_node TextBody::runProperties(pugi::xml_node node) const {
+    return child(node, "rPr");
+}
 
 int TextBody::insert(int pos, const QString& rawText) {
     ensureParagraph();
@@ -195,8 +199,8 @@ int TextBody::insert(int pos, const QString& rawText) {
             pugi::xml_node next = m_body.insert_child_after((prefix + "p").c_str(), para);
             pugi::xml_node pPr = child(para, "pPr");
             if (pPr) next.append_copy(pPr);
-            pugi::xml_node move = cursor ? cursor.next_sibling()
-                                         : (pPr ? pPr.next_sibling() : para.first_child());
+            pugi::xml_node move =
+                cursor ? cursor.next_sibling() : (pPr ? pPr.next_sibling() : para.first_child());
             while (move) {
                 pugi::xml_node following = move.next_sibling();
                 next.append_move(move);

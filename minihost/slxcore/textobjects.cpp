@@ -52,8 +52,8 @@ HRESULT TextFrameObject::get_TextRange(slxoldapi::TextRange** range) {
         m_core->note(QStringLiteral("TextFrame.get_TextRange"));
         const pugi::xml_node body = textBodyOf(m_core->shape(m_slide, m_id).element);
         if (!body) return E_FAIL;
-        *range = new TextRangeObject(
-            m_core, m_core->newRange(m_slide, m_id, 0, TextBody(body).length()));
+        *range = new TextRangeObject(m_core,
+                                     m_core->newRange(m_slide, m_id, 0, TextBody(body).length()));
         return S_OK;
     });
 }
@@ -95,9 +95,9 @@ HRESULT TextRangeObject::Characters(std::int32_t start, std::int32_t length,
         const long long from = static_cast<long long>(m_state->start) + start;
         if (from > total) return E_FAIL;
         const int begin = static_cast<int>(from);
-        *range = new TextRangeObject(
-            m_core, m_core->newRange(m_state->slide, m_state->shapeId, begin,
-                                     std::min(length, total - begin)));
+        *range =
+            new TextRangeObject(m_core, m_core->newRange(m_state->slide, m_state->shapeId, begin,
+                                                         std::min(length, total - begin)));
         return S_OK;
     });
 }
@@ -249,11 +249,9 @@ HRESULT ColorFormatObject::get_RGB(std::uint32_t* rgb) {
 
 HRESULT ColorFormatObject::put_RGB(std::uint32_t bgr) {
     return guarded([&] {
-        m_core->note(QStringLiteral("ColorFormat.put_RGB(0x%1)")
-                         .arg(bgr, 6, 16, QLatin1Char('0')));
+        m_core->note(QStringLiteral("ColorFormat.put_RGB(0x%1)").arg(bgr, 6, 16, QLatin1Char('0')));
         // Taken in as 0x00BBGGRR.
-        const std::uint32_t rgb =
-            ((bgr & 0xFFu) << 16) | (bgr & 0xFF00u) | ((bgr >> 16) & 0xFFu);
+        const std::uint32_t rgb = ((bgr & 0xFFu) << 16) | (bgr & 0xFF00u) | ((bgr >> 16) & 0xFFu);
         return formatRange(*m_core, *m_state, QStringLiteral("put_RGB"),
                            [&](pugi::xml_node rPr) { setColor(rPr, rgb); });
     });

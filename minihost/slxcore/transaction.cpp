@@ -19,7 +19,9 @@ public:
 namespace minihost {
 namespace {
 
-ZFormatStaticTransGuardPrivate& slot() { return *ZFormatStaticTransGuard::instance()->d_func(); }
+ZFormatStaticTransGuardPrivate& slot() {
+    return *ZFormatStaticTransGuard::instance()->d_func();
+}
 
 // The deck behind the application's active view, if it is one of ours.
 std::shared_ptr<DeckCore> deckOf(IZApplication* application) {
@@ -45,9 +47,10 @@ bool openStep(IZApplication* application, const QString& name, bool record, bool
     const auto deck = deckOf(application);
     step->deck = deck;
     if (deck)
-        deck->note(QStringLiteral("%1.start(\"%2\")")
-                       .arg(host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction"),
-                            name));
+        deck->note(
+            QStringLiteral("%1.start(\"%2\")")
+                .arg(host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction"),
+                     name));
     slot().open = std::move(step);
     return true;
 }
@@ -56,7 +59,8 @@ void closeStep(bool keep) {
     std::unique_ptr<OpenStep> step = std::move(slot().open);
     const auto deck = step->deck.lock();
     if (!deck) return;
-    const QString kind = step->host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction");
+    const QString kind =
+        step->host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction");
     if (keep) {
         deck->note(QStringLiteral("%1.commit(\"%2\")").arg(kind, step->step.name));
         if (step->record) deck->pushStep(std::move(step->step));
@@ -115,9 +119,13 @@ ZFormatStaticTransGuard* ZFormatStaticTransGuard::instance() {
     return guard;
 }
 
-bool ZFormatStaticTransGuard::isActive() const { return d->open && d->open->host; }
+bool ZFormatStaticTransGuard::isActive() const {
+    return d->open && d->open->host;
+}
 
-QString ZFormatStaticTransGuard::name() const { return isActive() ? d->open->step.name : QString(); }
+QString ZFormatStaticTransGuard::name() const {
+    return isActive() ? d->open->step.name : QString();
+}
 
 void ZFormatStaticTransGuard::setName(const QString& name) {
     if (isActive()) d->open->step.name = name;

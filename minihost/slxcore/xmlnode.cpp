@@ -33,8 +33,8 @@ const ChildOrder kRunPropertiesOrder = {
 };
 
 const ChildOrder kBodyPropertiesOrder = {
-    {"prstTxWarp"}, {"noAutofit", "normAutofit", "spAutoFit"}, {"scene3d"}, {"sp3d"},
-    {"flatTx"},     {"extLst"},
+    {"prstTxWarp"}, {"noAutofit", "normAutofit", "spAutoFit"}, {"scene3d"}, {"sp3d"}, {"flatTx"},
+    {"extLst"},
 };
 
 const char* localName(pugi::xml_node node) {

@@ -23,7 +23,7 @@ pugi::xml_attribute attribute(pugi::xml_node node, const char* local);
 // The order in which a schema wants the children of one element: each group is a set of local
 // names that take the same place.
 using ChildOrder = std::vector<std::vector<const char*>>;
-extern const ChildOrder kRunPropertiesOrder;  // a:rPr, a:endParaRPr, a:defRPr
+extern const ChildOrder kRunPropertiesOrder;   // a:rPr, a:endParaRPr, a:defRPr
 extern const ChildOrder kBodyPropertiesOrder;  // a:bodyPr
 
 // The child `local` of `parent`, created (with `prefix`) at its schema place when missing.
@@ -32,6 +32,8 @@ pugi::xml_node ensureChild(pugi::xml_node parent, const char* local, const std::
 // Removes every child whose local name is one of `locals`.
 void removeChildren(pugi::xml_node parent, std::initializer_list<const char*> locals);
 
-inline QString qs(const char* utf8) { return QString::fromUtf8(utf8); }
+inline QString qs(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
 
 }  // namespace minihost

@@ -34,13 +34,16 @@ std::uint64_t u64(const QByteArray& b, std::uint64_t at) {
     return u32(b, at) | static_cast<std::uint64_t>(u32(b, at + 4)) << 32;
 }
 void put(QByteArray& b, std::uint64_t at, std::uint64_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) b[static_cast<int>(at) + i] = static_cast<char>(value >> (8 * i));
+    for (int i = 0; i < bytes; ++i)
+        b[static_cast<int>(at) + i] = static_cast<char>(value >> (8 * i));
 }
 void append(QByteArray& b, std::uint64_t value, int bytes) {
     for (int i = 0; i < bytes; ++i) b.append(static_cast<char>(value >> (8 * i)));
 }
 
-std::string quoted(const std::string& name) { return "\"" + name + "\""; }
+std::string quoted(const std::string& name) {
+    return "\"" + name + "\"";
+}
 [[noreturn]] void damaged(const std::string& what) {
     throw ZipError("damaged zip archive (" + what + ")");
 }
@@ -77,13 +80,15 @@ std::pair<std::uint16_t, std::uint16_t> dosNow() {
     const QDateTime now = QDateTime::currentDateTime();
     const QDate d = now.date();
     const QTime t = now.time();
-    return {static_cast<std::uint16_t>(t.hour() << 11 | t.minute() << 5 | t.second() / 2),
-            static_cast<std::uint16_t>(std::max(0, d.year() - 1980) << 9 | d.month() << 5 | d.day())};
+    return {
+        static_cast<std::uint16_t>(t.hour() << 11 | t.minute() << 5 | t.second() / 2),
+        static_cast<std::uint16_t>(std::max(0, d.year() - 1980) << 9 | d.month() << 5 | d.day())};
 }
 
 QByteArray deflated(const QByteArray& data) {
     z_stream stream{};
-    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY) != Z_OK)
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY) !=
+        Z_OK)
         throw std::bad_alloc();
     QByteArray out;
     out.resize(static_cast<int>(deflateBound(&stream, static_cast<uLong>(data.size()))));
@@ -132,7 +137,8 @@ public:
         const std::uint64_t offset = start();
         const QByteArray packed = deflated(data);
         const std::pair<std::uint16_t, std::uint16_t> when = dosNow();  // time, date
-        const std::uint32_t crc = checksum(data.constData(), static_cast<std::uint64_t>(data.size()));
+        const std::uint32_t crc =
+            checksum(data.constData(), static_cast<std::uint64_t>(data.size()));
         const std::uint16_t flags = like ? (like->flags & kFlagUtf8) : kFlagUtf8;
         auto header = [&](QByteArray& b) {
             append(b, 20, 2);  // version needed: deflate
@@ -215,7 +221,8 @@ void ZipArchive::readDirectory(std::int64_t maxEntries) {
     if (size >= kEndSize) {
         const std::uint64_t lowest = size > kEndSize + 0xFFFF ? size - kEndSize - 0xFFFF : 0;
         for (std::uint64_t at = size - kEndSize + 1; at-- > lowest;) {
-            if (u32(m_bytes, at) == kEndSignature && at + kEndSize + u16(m_bytes, at + 20) <= size) {
+            if (u32(m_bytes, at) == kEndSignature &&
+                at + kEndSize + u16(m_bytes, at + 20) <= size) {
                 end = at;
                 found = true;
                 break;
@@ -304,7 +311,8 @@ void ZipArchive::locateLocalRecords() {
                 u32(m_bytes, p + 8) == static_cast<std::uint32_t>(entry.size))
                 entry.recordEnd = p + 12;
             else if (p + 20 <= m_directoryStart && u32(m_bytes, p) == entry.crc &&
-                     u64(m_bytes, p + 4) == entry.compressedSize && u64(m_bytes, p + 12) == entry.size)
+                     u64(m_bytes, p + 4) == entry.compressedSize &&
+                     u64(m_bytes, p + 12) == entry.size)
                 entry.recordEnd = p + 20;
             entry.descriptorCopied = entry.recordEnd != dataEnd;
         }
@@ -333,7 +341,9 @@ const ZipEntry* ZipArchive::find(const std::string& name) const {
 
 QByteArray ZipArchive::read(const ZipEntry& entry, const QString& part, std::uint64_t limit) const {
     const std::string name = part.toStdString();
-    auto problem = [&](const std::string& what) -> ZipError { return ZipError("part " + name + " " + what); };
+    auto problem = [&](const std::string& what) -> ZipError {
+        return ZipError("part " + name + " " + what);
+    };
     if (entry.size > limit)
         throw problem("claims " + std::to_string(entry.size) + " bytes (the limit is " +
                       std::to_string(limit) + ")");
@@ -368,9 +378,11 @@ QByteArray ZipArchive::read(const ZipEntry& entry, const QString& part, std::uin
     return data;
 }
 
-QByteArray ZipArchive::withReplacements(const std::map<std::string, QByteArray>& replacements) const {
+QByteArray ZipArchive::withReplacements(
+    const std::map<std::string, QByteArray>& replacements) const {
     for (const auto& replacement : replacements)
-        if (!find(replacement.first)) throw ZipError("cannot replace part " + quoted(replacement.first));
+        if (!find(replacement.first))
+            throw ZipError("cannot replace part " + quoted(replacement.first));
     Writer writer;
     for (const ZipEntry& entry : m_entries) {
         const auto replacement = replacements.find(entry.name);

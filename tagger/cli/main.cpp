@@ -93,7 +93,8 @@ Library load(const std::string& libraryPath, const std::string& dictDir) {
     lib.release = symbol<ReleaseFn>(handle, "ReleasePinyinObject", libraryPath);
     lib.close = symbol<CloseFn>(handle, "CloseDictionary", libraryPath);
     const int got = symbol<GetFn>(handle, "GetPinyinObject", libraryPath)(&lib.tagger);
-    if (got != 0) throw std::runtime_error("GetPinyinObject failed with status " + std::to_string(got));
+    if (got != 0)
+        throw std::runtime_error("GetPinyinObject failed with status " + std::to_string(got));
     return lib;
 }
 

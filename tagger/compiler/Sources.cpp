@@ -51,7 +51,9 @@ public:
         expect('"');
         std::u16string out;
         size_t runStart = pos_;
-        auto flush = [&] { out += toUtf16(std::string_view(s_).substr(runStart, pos_ - runStart)); };
+        auto flush = [&] {
+            out += toUtf16(std::string_view(s_).substr(runStart, pos_ - runStart));
+        };
         while (pos_ < s_.size() && s_[pos_] != '"') {
             if (s_[pos_] != '\\') {
                 ++pos_;
@@ -63,16 +65,29 @@ public:
             switch (e) {
                 case 'u': {
                     if (pos_ + 4 > s_.size()) fail("short \\u escape");
-                    out.push_back(static_cast<char16_t>(std::stoul(s_.substr(pos_, 4), nullptr, 16)));
+                    out.push_back(
+                        static_cast<char16_t>(std::stoul(s_.substr(pos_, 4), nullptr, 16)));
                     pos_ += 4;
                     break;
                 }
-                case 'n': out.push_back(u'\n'); break;
-                case 't': out.push_back(u'\t'); break;
-                case 'r': out.push_back(u'\r'); break;
-                case 'b': out.push_back(u'\b'); break;
-                case 'f': out.push_back(u'\f'); break;
-                default: out.push_back(static_cast<char16_t>(e)); break;
+                case 'n':
+                    out.push_back(u'\n');
+                    break;
+                case 't':
+                    out.push_back(u'\t');
+                    break;
+                case 'r':
+                    out.push_back(u'\r');
+                    break;
+                case 'b':
+                    out.push_back(u'\b');
+                    break;
+                case 'f':
+                    out.push_back(u'\f');
+                    break;
+                default:
+                    out.push_back(static_cast<char16_t>(e));
+                    break;
             }
             runStart = pos_;
         }

@@ -26,8 +26,8 @@ CharReadings parsePinyinData(const std::string& goSource, size_t& dropped);
 size_t keepModernReadings(CharReadings& readings, const std::string& unihanReadings);
 
 // Words of a pinyin-pro-data JSON file ({"word": ["reading reading", frequency], …}); the cost
-// of a word is -64 ln(frequency / sum of all frequencies), clamped to 0..kMaxWordCost. Entries whose
-// readings do not match their characters are counted in `dropped`.
+// of a word is -64 ln(frequency / sum of all frequencies), clamped to 0..kMaxWordCost. Entries
+// whose readings do not match their characters are counted in `dropped`.
 std::vector<WordEntry> parsePinyinProJson(const std::string& json, size_t& dropped);
 
 }  // namespace zphonetic::tagger

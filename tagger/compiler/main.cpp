@@ -9,16 +9,18 @@
 #include "CharDictionary.h"
 #include "RuleDictionary.h"
 #include "Sources.h"
-#include "WordPatch.h"
 #include "WordDictionary.h"
+#include "WordPatch.h"
 
 using namespace zphonetic::tagger;
 
 namespace {
 
 constexpr char kUsage[] =
-    "usage: pinyin-dictc chars --pinyin-data pinyin_dict.go --unihan Unihan_Readings.txt.bz2 -o Pinyin.dic\n"
-    "       pinyin-dictc words --pinyin-pro complete.json [--patch words-patch.txt] -o firrule.dic\n"
+    "usage: pinyin-dictc chars --pinyin-data pinyin_dict.go --unihan Unihan_Readings.txt.bz2 -o "
+    "Pinyin.dic\n"
+    "       pinyin-dictc words --pinyin-pro complete.json [--patch words-patch.txt] -o "
+    "firrule.dic\n"
     "       pinyin-dictc chars|words|rules --text SOURCE.txt -o FILE.dic\n"
     "Compiles a dictionary of the tagging library. --text reads the text form that\n"
     "pinyin-dictdump prints; rules may come from several --text files, read in order.\n"
@@ -58,9 +60,9 @@ int main(int argc, char** argv) {
     std::vector<std::string> texts;
     for (int i = 2; i < argc; ++i) {
         const std::string key = argv[i];
-        if (i + 1 >= argc || (key != "--pinyin-data" && key != "--unihan" &&
-                              key != "--pinyin-pro" && key != "--text" && key != "--patch" &&
-                              key != "-o")) {
+        if (i + 1 >= argc ||
+            (key != "--pinyin-data" && key != "--unihan" && key != "--pinyin-pro" &&
+             key != "--text" && key != "--patch" && key != "-o")) {
             std::fprintf(stderr, "pinyin-dictc: unexpected argument \"%s\"\n%s", argv[i], kUsage);
             return 2;
         }
@@ -83,11 +85,11 @@ int main(int argc, char** argv) {
             CharReadings readings = parseFile(go, readFile(go), [&](const std::string& text) {
                 return parsePinyinData(text, dropped);
             });
-            const size_t archaic =
-                keepModernReadings(readings, readBzip2File(options["--unihan"]));
-            std::printf("pinyin-dictc: %zu characters; dropped %zu archaic readings and %zu not "
-                        "spelt with precomposed letters\n",
-                        readings.size(), archaic, dropped);
+            const size_t archaic = keepModernReadings(readings, readBzip2File(options["--unihan"]));
+            std::printf(
+                "pinyin-dictc: %zu characters; dropped %zu archaic readings and %zu not "
+                "spelt with precomposed letters\n",
+                readings.size(), archaic, dropped);
             bytes = compileChars(readings);
         } else if (kind == "words" && (has("--text") || has("--pinyin-pro"))) {
             size_t dropped = 0;
@@ -115,7 +117,8 @@ int main(int argc, char** argv) {
             }
             bytes = compileRules(rules);
         } else {
-            std::fprintf(stderr, "pinyin-dictc: wrong sources for \"%s\"\n%s", kind.c_str(), kUsage);
+            std::fprintf(stderr, "pinyin-dictc: wrong sources for \"%s\"\n%s", kind.c_str(),
+                         kUsage);
             return 2;
         }
         writeFile(options["-o"], bytes);

@@ -18,7 +18,8 @@ CharReadings parseCharText(const std::string& text) {
     forEachLine(text, [&](size_t lineNo, const std::vector<std::string>& fields) {
         if (fields.size() != 2) throw lineError(lineNo, "expected a character and its readings");
         const std::u16string c = toUtf16(fields[0]);
-        if (c.size() != 1) throw lineError(lineNo, "\"" + fields[0] + "\" is not one BMP character");
+        if (c.size() != 1)
+            throw lineError(lineNo, "\"" + fields[0] + "\" is not one BMP character");
         std::vector<std::u16string> readings = splitSyllables(lineNo, fields[1]);
         if (!out.emplace(c[0], std::move(readings)).second) {
             throw lineError(lineNo, "\"" + fields[0] + "\" is listed twice");

@@ -6,7 +6,9 @@ namespace {
 
 constexpr size_t kMagicSize = 8;
 
-size_t padded(size_t n) { return (n + 7) & ~size_t{7}; }
+size_t padded(size_t n) {
+    return (n + 7) & ~size_t{7};
+}
 
 uint64_t mix(uint64_t h) {
     h ^= h >> 33;

@@ -37,8 +37,9 @@ std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
             out.push_back({c == u'_' ? RuleElement::kTarget : RuleElement::kWordTarget, 0});
             ++targets;
         } else if (c == u'.' || c == u'~' || c == u'@') {
-            out.push_back({c == u'.' ? RuleElement::kAny
-                                     : c == u'~' ? RuleElement::kRepeat : RuleElement::kInWord,
+            out.push_back({c == u'.'   ? RuleElement::kAny
+                           : c == u'~' ? RuleElement::kRepeat
+                                       : RuleElement::kInWord,
                            0});
         } else if (c == u'!') {
             if (i + 1 >= text.size() || text[i + 1] == u'_' || text[i + 1] == u'=') {
@@ -72,17 +73,34 @@ std::string formatPattern(const std::vector<RuleElement>& pattern,
     std::u16string out;
     for (const RuleElement& e : pattern) {
         switch (e.kind) {
-            case RuleElement::kChar: out.push_back(e.value); break;
-            case RuleElement::kClass:
-                out += u"{" + toUtf16(e.value < classes.size() ? classes[e.value].name : "?") + u"}";
+            case RuleElement::kChar:
+                out.push_back(e.value);
                 break;
-            case RuleElement::kStart: out.push_back(u'^'); break;
-            case RuleElement::kEnd: out.push_back(u'$'); break;
-            case RuleElement::kTarget: out.push_back(u'_'); break;
-            case RuleElement::kAny: out.push_back(u'.'); break;
-            case RuleElement::kRepeat: out.push_back(u'~'); break;
-            case RuleElement::kInWord: out.push_back(u'@'); break;
-            case RuleElement::kWordTarget: out.push_back(u'='); break;
+            case RuleElement::kClass:
+                out +=
+                    u"{" + toUtf16(e.value < classes.size() ? classes[e.value].name : "?") + u"}";
+                break;
+            case RuleElement::kStart:
+                out.push_back(u'^');
+                break;
+            case RuleElement::kEnd:
+                out.push_back(u'$');
+                break;
+            case RuleElement::kTarget:
+                out.push_back(u'_');
+                break;
+            case RuleElement::kAny:
+                out.push_back(u'.');
+                break;
+            case RuleElement::kRepeat:
+                out.push_back(u'~');
+                break;
+            case RuleElement::kInWord:
+                out.push_back(u'@');
+                break;
+            case RuleElement::kWordTarget:
+                out.push_back(u'=');
+                break;
             case RuleElement::kAloneChar:
                 out.push_back(u'!');
                 out.push_back(e.value);
@@ -102,9 +120,8 @@ bool isClassName(const std::string& name) {
 std::vector<size_t> compiledOrder(const RuleSet& set) {
     std::vector<size_t> order(set.rules.size());
     for (size_t i = 0; i < order.size(); ++i) order[i] = i;
-    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
-        return set.rules[a].target < set.rules[b].target;
-    });
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return set.rules[a].target < set.rules[b].target; });
     return order;
 }
 
@@ -138,7 +155,8 @@ void appendRuleText(const std::string& text, RuleSet& set) {
             if (toUtf16(f[2]) != rule.reading) throw lineError(lineNo, "one reading per rule");
             set.rules.push_back(std::move(rule));
         } else {
-            throw lineError(lineNo, "expected \"class NAME CHARS\" or \"rule CHAR READING PATTERN\"");
+            throw lineError(lineNo,
+                            "expected \"class NAME CHARS\" or \"rule CHAR READING PATTERN\"");
         }
     });
     if (set.classes.size() > 0xFFFF) throw FormatError("more than 65535 classes");
@@ -263,10 +281,9 @@ RuleDictionary::Rule RuleDictionary::prepare(size_t r) {
         if (!target && kind != RuleElement::kAny) checks_.push_back({offset, kind, value});
     }
     rule.checkCount = static_cast<uint32_t>(checks_.size()) - rule.firstCheck;
-    std::stable_sort(checks_.begin() + rule.firstCheck, checks_.end(),
-                     [](const Check& a, const Check& b) {
-                         return std::abs(a.offset) < std::abs(b.offset);
-                     });
+    std::stable_sort(
+        checks_.begin() + rule.firstCheck, checks_.end(),
+        [](const Check& a, const Check& b) { return std::abs(a.offset) < std::abs(b.offset); });
     return rule;
 }
 
@@ -339,18 +356,29 @@ const Syllable* RuleDictionary::firstMatch(const char16_t* text, InWord& inWord,
             const long long pos = target + check->offset;
             bool holds = false;
             switch (check->kind) {
-                case RuleElement::kChar: holds = text[pos] == check->value; break;
-                case RuleElement::kClass: holds = inClass(check->value, text[pos]); break;
-                case RuleElement::kRepeat: holds = text[pos] == text[pos - 1]; break;
+                case RuleElement::kChar:
+                    holds = text[pos] == check->value;
+                    break;
+                case RuleElement::kClass:
+                    holds = inClass(check->value, text[pos]);
+                    break;
+                case RuleElement::kRepeat:
+                    holds = text[pos] == text[pos - 1];
+                    break;
                 case RuleElement::kInWord:
                     holds = inWord.inWord(static_cast<size_t>(pos));
                     break;
                 case RuleElement::kAloneChar:
                     holds = text[pos] == check->value && !inWord.inWord(static_cast<size_t>(pos));
                     break;
-                case RuleElement::kStart: holds = pos == -1; break;
-                case RuleElement::kEnd: holds = pos == end; break;
-                default: break;
+                case RuleElement::kStart:
+                    holds = pos == -1;
+                    break;
+                case RuleElement::kEnd:
+                    holds = pos == end;
+                    break;
+                default:
+                    break;
             }
             if (!holds) break;
         }

@@ -136,7 +136,7 @@ private:
     struct Rule {
         uint32_t firstCheck = 0;  // its checks are checks_[firstCheck, firstCheck + checkCount)
         uint32_t checkCount = 0;
-        int32_t lowest = 0;   // offsets of the first and last characters it needs in the text
+        int32_t lowest = 0;  // offsets of the first and last characters it needs in the text
         int32_t highest = 0;
         uint16_t syllable = 0;
     };
@@ -145,7 +145,7 @@ private:
     struct TargetIndex {
         uint64_t bits[0x10000 / 64] = {};
         uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
-        std::vector<uint32_t> starts;     // per target, its first entry in `rules`; then the end
+        std::vector<uint32_t> starts;      // per target, its first entry in `rules`; then the end
         std::vector<Rule> rules;
 
         bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }

@@ -107,8 +107,8 @@ void Tagger::overrideInWord(const char16_t* text, size_t n, size_t word, size_t 
     const RuleDictionary& rules = dicts_->rules();
     for (; k < len; ++k) {
         const size_t at = word + k;
-        const Syllable* r = rules.hasWordRules(text[at]) ? rules.match(text, path, n, at, true)
-                                                         : nullptr;
+        const Syllable* r =
+            rules.hasWordRules(text[at]) ? rules.match(text, path, n, at, true) : nullptr;
         if (r == nullptr) continue;
         readings_[at] = r;
         // 不 changes tone again by the reading the rule gave the syllable after it (不应 bù

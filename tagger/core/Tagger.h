@@ -48,11 +48,11 @@ private:
     void changeTones(const char16_t* text, size_t n);
 
     std::shared_ptr<const Dictionaries> dicts_;
-    std::vector<uint32_t> cost_;    // cost of the best path from position i to the end
-    std::vector<uint32_t> node_;    // word starting at i on that path (0 = a lone fallback)
-    std::vector<uint8_t> length_;   // its length
-    std::vector<uint8_t> inWord_;   // room for the marks of PathWords, written as the rules ask
-    std::vector<uint8_t> alone_;    // 1: a word of its own; 2: that, settled by a rule
+    std::vector<uint32_t> cost_;       // cost of the best path from position i to the end
+    std::vector<uint32_t> node_;       // word starting at i on that path (0 = a lone fallback)
+    std::vector<uint8_t> length_;      // its length
+    std::vector<uint8_t> inWord_;      // room for the marks of PathWords, written as the rules ask
+    std::vector<uint8_t> alone_;       // 1: a word of its own; 2: that, settled by a rule
     std::vector<size_t> toneChanges_;  // where 一 or 不 may change tone
     std::vector<const Syllable*> readings_;
 };

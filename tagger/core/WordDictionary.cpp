@@ -78,7 +78,8 @@ void sortAndCheck(std::vector<WordEntry>& entries) {
             e.readings.size() != e.word.size() || e.cost > kMaxWordCost) {
             throw FormatError("word \"" + toUtf8(e.word) +
                               "\" is empty, too long, lacks a reading per character, or costs "
-                              "more than " + std::to_string(kMaxWordCost));
+                              "more than " +
+                              std::to_string(kMaxWordCost));
         }
         if (i > 0 && e.word == entries[i - 1].word) {
             throw FormatError("word \"" + toUtf8(e.word) + "\" is listed twice");
@@ -356,7 +357,8 @@ std::vector<WordEntry> WordDictionary::toEntries() const {
                 s - base >= chars_.size()) {
                 throw FormatError("state " + std::to_string(t) +
                                   " does not lead back to the root (a loop, a free slot, or a "
-                                  "path longer than " + std::to_string(kMaxWordLength) + ")");
+                                  "path longer than " +
+                                  std::to_string(kMaxWordLength) + ")");
             }
             path.insert(path.begin(), static_cast<char16_t>(chars_.at(s - base)));
             s = up - 1;

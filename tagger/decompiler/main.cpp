@@ -13,10 +13,11 @@ using namespace zphonetic::tagger;
 
 int main(int argc, char** argv) {
     if (argc != 2 || !std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h")) {
-        std::fputs("usage: pinyin-dictdump FILE.dic\n"
-                   "Prints a dictionary of the tagging library (Pinyin.dic, firrule.dic or\n"
-                   "secrule.dic, told apart by their magic) as text on standard output.\n",
-                   argc != 2 ? stderr : stdout);
+        std::fputs(
+            "usage: pinyin-dictdump FILE.dic\n"
+            "Prints a dictionary of the tagging library (Pinyin.dic, firrule.dic or\n"
+            "secrule.dic, told apart by their magic) as text on standard output.\n",
+            argc != 2 ? stderr : stdout);
         return argc != 2 ? 2 : 0;
     }
     const std::string path = argv[1];

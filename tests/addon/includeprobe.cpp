@@ -17,4 +17,6 @@
 #error "no probe chosen"
 #endif
 
-int zphoneticIncludeProbe() { return 0; }
+int zphoneticIncludeProbe() {
+    return 0;
+}

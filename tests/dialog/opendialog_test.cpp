@@ -157,9 +157,9 @@ TEST_F(OpenDialog, ReadingsNestedDeeperThanTheReaderGoesApplyNothingAndClose) {
     ASSERT_NE(openDialog(), nullptr);
     deck->clearJournal();
     const QString deep = QString(2000, QLatin1Char('[')) + QString(2000, QLatin1Char(']'));
-    const QVariantMap reply = call(
-        "setPhoneticText",
-        QStringLiteral(R"({"styleType":1,"bracketType":1,"phonetic":"%1"})").arg(deep));
+    const QVariantMap reply =
+        call("setPhoneticText",
+             QStringLiteral(R"({"styleType":1,"bracketType":1,"phonetic":"%1"})").arg(deep));
     EXPECT_EQ(reply.value("result").toString().simplified(), "{ \"callstatus\" : \"ok\" }");
     EXPECT_EQ(deck->text(1, box), QString::fromUtf8("你好"));
     EXPECT_TRUE(deck->journal().isEmpty());

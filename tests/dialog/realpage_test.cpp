@@ -93,7 +93,8 @@ TEST_F(RealPage, PickedReadingsAndLayoutAreWhatIsWritten) {
         document.querySelector('.layouts input[value="1"]').click();
         document.querySelector('.brackets input[value="2"]').click();
         document.querySelector('button.confirm').click();
-    )js"), kTimeout, &ok);
+    )js"),
+                            kTimeout, &ok);
     ASSERT_TRUE(ok);
     ASSERT_TRUE(waitForClose());
     EXPECT_EQ(deck->text(1, box), QString::fromUtf8("都得[dū děi]"));

@@ -11,8 +11,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <pugixml.hpp>
 #include <map>
+#include <pugixml.hpp>
 #include <vector>
 
 #include "decktestutil.h"

@@ -47,12 +47,12 @@ TEST_F(TextAccess, BareCursorGivesTheWholeTextOfItsShapeThroughTheShapePath) {
     QStringList out;
     readSelectedTexts(&app, out);
     EXPECT_EQ(out, QStringList({QStringLiteral("你好世界")}));
-    EXPECT_EQ(deck->journal(),
-              QStringList({"DocumentView.selectionObject", "Selection.get_TextRange",
-                           "TextRange.get_Length", "Selection.get_ShapeRange",
-                           "ShapeRange.get_Count", "ShapeRange.Item(1)", "Shape.get_TextFrame",
-                           "TextFrame.get_TextRange", "TextRange.get_Length",
-                           "TextRange.get_Text"}));
+    EXPECT_EQ(
+        deck->journal(),
+        QStringList({"DocumentView.selectionObject", "Selection.get_TextRange",
+                     "TextRange.get_Length", "Selection.get_ShapeRange", "ShapeRange.get_Count",
+                     "ShapeRange.Item(1)", "Shape.get_TextFrame", "TextFrame.get_TextRange",
+                     "TextRange.get_Length", "TextRange.get_Text"}));
 }
 
 TEST_F(TextAccess, TextSelectionGivesOnlyTheSelectedRun) {
@@ -102,12 +102,12 @@ TEST_F(TextAccess, TwoShapesFirstEmptyGiveTheSecondWithNoRangeAndLeakTheFirstFra
     ASSERT_NE(shape, nullptr);
     ASSERT_NE(frame, nullptr);
     EXPECT_EQ(range, nullptr);
-    EXPECT_EQ(deck->journal(),
-              QStringList({"DocumentView.selectionObject", "Selection.get_ShapeRange",
-                           "ShapeRange.get_Count", "ShapeRange.Item(1)", "Shape.get_TextFrame",
-                           "TextFrame.get_TextRange", "TextRange.get_Length",
-                           "ShapeRange.Item(2)", "Shape.get_TextFrame",
-                           "TextFrame.get_TextRange", "TextRange.get_Length"}));
+    EXPECT_EQ(
+        deck->journal(),
+        QStringList({"DocumentView.selectionObject", "Selection.get_ShapeRange",
+                     "ShapeRange.get_Count", "ShapeRange.Item(1)", "Shape.get_TextFrame",
+                     "TextFrame.get_TextRange", "TextRange.get_Length", "ShapeRange.Item(2)",
+                     "Shape.get_TextFrame", "TextFrame.get_TextRange", "TextRange.get_Length"}));
     {
         ComPtr<slxoldapi::TextRange> whole;
         frame->get_TextRange(whole.put());
@@ -227,7 +227,7 @@ TEST_F(TextAccess, SelectionStyleComesFromTheSelectedRun) {
     shape->Release();
     EXPECT_EQ(style.text, QStringLiteral("红色"));
     EXPECT_EQ(style.fontName, QStringLiteral("SimSun"));
-    EXPECT_EQ(style.fontSize, 10);  // 10.5 truncated toward zero
+    EXPECT_EQ(style.fontSize, 10);              // 10.5 truncated toward zero
     EXPECT_EQ(style.color, QColor(255, 0, 0));  // red reaches the page as red
 }
 
@@ -309,10 +309,9 @@ TEST_F(TextAccess, FullStyleIsWrittenInOrderWithTheColourAsTheHostTakesIt) {
     style.color = QColor(0x11, 0x22, 0x33);
     style.applyColor = true;
     applyTextStyle(r, &style);
-    EXPECT_EQ(deck->journal(),
-              QStringList({"TextRange.get_Font", "Font.put_Bold(-1)", "Font.put_Size(20)",
-                           "Font.put_Name(\"Arial\")", "Font.get_Color",
-                           "ColorFormat.put_RGB(0x332211)"}));
+    EXPECT_EQ(deck->journal(), QStringList({"TextRange.get_Font", "Font.put_Bold(-1)",
+                                            "Font.put_Size(20)", "Font.put_Name(\"Arial\")",
+                                            "Font.get_Color", "ColorFormat.put_RGB(0x332211)"}));
     const minihost::ShapeInfo info = deck->shapes(1).first();
     EXPECT_EQ(info.rgb, 0x112233u);  // red 0x11, green 0x22, blue 0x33 on the slide
     EXPECT_EQ(info.fontSize, 20.0f);
@@ -343,7 +342,8 @@ TEST(HostColor, ReadAsRedInTheThirdByteWithFullAlpha) {
 TEST_F(TextAccess, HundredCharactersMakeABox850Wide) {
     slxoldapi::Shape* shape = nullptr;
     startJournal();
-    ASSERT_EQ(insertReadingTextBox(&app, QString(100, QChar('a')), nullptr, 400, 250, &shape, 12), 1);
+    ASSERT_EQ(insertReadingTextBox(&app, QString(100, QChar('a')), nullptr, 400, 250, &shape, 12),
+              1);
     ASSERT_NE(shape, nullptr);
     shape->Release();
     EXPECT_EQ(deck->journal().at(1), QStringLiteral("Shapes.AddTextbox(1, 400, 250, 850, 700)"));
@@ -374,10 +374,10 @@ TEST_F(TextAccess, WidthProductOf850StaysAnd851IsCut) {
     shape->Release();
     insertReadingTextBox(&app, QString(70, QChar('x')), nullptr, 0, 0, &shape, 12);
     shape->Release();
-    EXPECT_EQ(deck->journal().filter(QStringLiteral("AddTextbox")),
-              QStringList({"Shapes.AddTextbox(1, 0, 0, 850, 700)",
-                           "Shapes.AddTextbox(1, 0, 0, 850, 700)",
-                           "Shapes.AddTextbox(1, 0, 0, 850, 700)"}));
+    EXPECT_EQ(
+        deck->journal().filter(QStringLiteral("AddTextbox")),
+        QStringList({"Shapes.AddTextbox(1, 0, 0, 850, 700)", "Shapes.AddTextbox(1, 0, 0, 850, 700)",
+                     "Shapes.AddTextbox(1, 0, 0, 850, 700)"}));
     insertReadingTextBox(&app, QString(83, QChar('x')), nullptr, 0, 0, &shape, 10);
     shape->Release();
     EXPECT_EQ(deck->journal().filter(QStringLiteral("AddTextbox")).last(),
@@ -392,9 +392,9 @@ TEST_F(TextAccess, StyleIsAppliedToTheEmptyBoxBeforeTheTextGoesIn) {
     startJournal();
     ASSERT_EQ(insertReadingTextBox(&app, QStringLiteral("hǎo"), &bold, 400, 250, &shape, 12), 1);
     shape->Release();
-    EXPECT_EQ(deck->journal().mid(4), QStringList({"TextRange.get_Font", "Font.put_Bold(-1)",
-                                                   "Font.put_Size(24)",
-                                                   "TextRange.put_Text(\"hǎo\")"}));
+    EXPECT_EQ(deck->journal().mid(4),
+              QStringList({"TextRange.get_Font", "Font.put_Bold(-1)", "Font.put_Size(24)",
+                           "TextRange.put_Text(\"hǎo\")"}));
     const minihost::ShapeInfo info = deck->shapes(1).last();
     EXPECT_TRUE(info.bold);  // the text took up the empty box's format
     EXPECT_EQ(info.fontSize, 24.0f);

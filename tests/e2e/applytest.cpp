@@ -139,10 +139,10 @@ TEST_F(Apply, PlaceBelowMovesTheOwnTextBoxUnderItsText) {
     int id = 0;
     const QString input = deckWith(QStringLiteral("in.pptx"), u("银行行长"), &id);
     const QString output = dir.filePath(QStringLiteral("out.pptx"));
-    const ProgramRun run = zphonetic(
-        {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
-         QStringLiteral("3"), QStringLiteral("--bracket"), QStringLiteral("3"),
-         QStringLiteral("--place"), QStringLiteral("below")});
+    const ProgramRun run =
+        zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                   QStringLiteral("--style"), QStringLiteral("3"), QStringLiteral("--bracket"),
+                   QStringLiteral("3"), QStringLiteral("--place"), QStringLiteral("below")});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     QString error;
     const auto deck = minihost::Deck::loadFile(output, &error);
@@ -158,10 +158,10 @@ TEST_F(Apply, PlaceBelowMovesTheOwnTextBoxUnderItsText) {
 TEST_F(Apply, PlaceIsForTheOwnTextBoxOnly) {
     const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"));
     const QString output = dir.filePath(QStringLiteral("out.pptx"));
-    const ProgramRun run = zphonetic(
-        {QStringLiteral("apply"), input, QStringLiteral("-o"), output, QStringLiteral("--style"),
-         QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1"),
-         QStringLiteral("--place"), QStringLiteral("below")});
+    const ProgramRun run =
+        zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                   QStringLiteral("--style"), QStringLiteral("1"), QStringLiteral("--bracket"),
+                   QStringLiteral("1"), QStringLiteral("--place"), QStringLiteral("below")});
     EXPECT_NE(run.exitCode, 0);
     EXPECT_TRUE(run.err.contains(
         "zphonetic: --place: moves the readings' own text box: give it with --style 3"))
@@ -194,8 +194,7 @@ TEST_F(Apply, ErrorsNameTheFileAndLeaveTheInputUntouched) {
                      QStringLiteral("--select"), QStringLiteral("99"), QStringLiteral("--style"),
                      QStringLiteral("1"), QStringLiteral("--bracket"), QStringLiteral("1")});
     EXPECT_NE(run.exitCode, 0);
-    EXPECT_TRUE(
-        run.err.contains("zphonetic: " + input + ": slide 1 has no shape 99"))
+    EXPECT_TRUE(run.err.contains("zphonetic: " + input + ": slide 1 has no shape 99"))
         << run.err.toStdString();
 
     run = zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,

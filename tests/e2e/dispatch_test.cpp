@@ -47,7 +47,8 @@ TEST(DialogCommand, WithNothingSelectedItStillPostsTheSymbolEvent) {
     QList<UsageEvent> events = minihost::usageEvents();
     ASSERT_EQ(events.size(), 1);
     EXPECT_EQ(events[0].name, QStringLiteral("nvo_phoneticsymbol_texttool"));
-    EXPECT_EQ(events[0].parameters, (QHash<QString, QString>{{QStringLiteral("action"), QStringLiteral("symbol")}}));
+    EXPECT_EQ(events[0].parameters,
+              (QHash<QString, QString>{{QStringLiteral("action"), QStringLiteral("symbol")}}));
 
     // The guide is open; a second command while it is open posts nothing.
     const QList<QWidget*> windows = dialogWindows();

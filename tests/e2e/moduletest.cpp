@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "minihost/nvo/addonmodule.h"
-#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
 #include "ribbonfixture.h"
 

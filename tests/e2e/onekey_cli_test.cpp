@@ -18,9 +18,9 @@
 #include <string>
 
 #include "decktestutil.h"
+#include "minihost/slxcore/deck.h"
 #include "onekeyrun.h"
 #include "qtprinters.h"
-#include "minihost/slxcore/deck.h"
 
 namespace {
 
@@ -93,7 +93,8 @@ TEST_F(OneKeyCommand, WithoutSlideOrSelectionEveryTextOfSlideOneGetsABox) {
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     EXPECT_EQ(run.out, QStringLiteral("slide 1: new text box 4: \"wǒ men xué xí hàn yǔ\"\n"
                                       "slide 1: new text box 5: \"zhōnɡ ɡuó\"\n"
-                                      "wrote %1: 2 new text boxes on 1 slide\n").arg(out));
+                                      "wrote %1: 2 new text boxes on 1 slide\n")
+                           .arg(out));
 
     QString error;
     const auto before = minihost::Deck::loadFile(in, &error);
@@ -113,7 +114,7 @@ TEST_F(OneKeyCommand, ARunOfTextGivesTheReadingsOfThatRunOnly) {
     const QString in = writeDeck();
     const QString out = path(QStringLiteral("out.pptx"));
     const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--select"),
-                               QStringLiteral("%1:2+2").arg(first)});
+                                   QStringLiteral("%1:2+2").arg(first)});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     EXPECT_TRUE(run.out.startsWith(QStringLiteral("slide 1: new text box 4: \"xué xí\"\n")));
 }
@@ -121,8 +122,8 @@ TEST_F(OneKeyCommand, ARunOfTextGivesTheReadingsOfThatRunOnly) {
 TEST_F(OneKeyCommand, WholeShapesAreSelectedByTheirIds) {
     const QString in = writeDeck();
     const QString out = path(QStringLiteral("out.pptx"));
-    const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--select"),
-                               QString::number(second)});
+    const Outcome run = zphonetic(
+        {in, QStringLiteral("-o"), out, QStringLiteral("--select"), QString::number(second)});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     QString error;
     const auto before = minihost::Deck::loadFile(in, &error);
@@ -135,7 +136,8 @@ TEST_F(OneKeyCommand, AnotherSlideIsChosenWithSlide) {
     const QString in = writeDeck();
     const QByteArray inBytes = decktest::readFile(in);
     const QString out = path(QStringLiteral("out.pptx"));
-    const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--slide"), QStringLiteral("2")});
+    const Outcome run =
+        zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--slide"), QStringLiteral("2")});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     QString error;
     const auto before = minihost::Deck::loadFile(in, &error);
@@ -153,7 +155,8 @@ TEST_F(OneKeyCommand, AllSlidesWorksThroughEverySlideWithAPlainLineWithoutATermi
     const QString out = path(QStringLiteral("out.pptx"));
     const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
-    EXPECT_TRUE(run.out.endsWith(QStringLiteral("wrote %1: 3 new text boxes on 2 slides\n").arg(out)))
+    EXPECT_TRUE(
+        run.out.endsWith(QStringLiteral("wrote %1: 3 new text boxes on 2 slides\n").arg(out)))
         << run.out.toStdString();
     EXPECT_FALSE(run.err.contains(QLatin1Char('\r')));  // no progress bar into a pipe
     QString error;
@@ -162,19 +165,24 @@ TEST_F(OneKeyCommand, AllSlidesWorksThroughEverySlideWithAPlainLineWithoutATermi
     ASSERT_TRUE(after);
     EXPECT_EQ(newTexts(*before, *after, 1).size(), 2);
     EXPECT_EQ(newTexts(*before, *after, 2), QStringList{QStringLiteral("nǐ hǎo")});
-    expectOnlySlidesChanged(in, inBytes, out,
-                            {QStringLiteral("ppt/slides/slide1.xml"), QStringLiteral("ppt/slides/slide2.xml")});
+    expectOnlySlidesChanged(
+        in, inBytes, out,
+        {QStringLiteral("ppt/slides/slide1.xml"), QStringLiteral("ppt/slides/slide2.xml")});
 }
 
 TEST_F(OneKeyCommand, TextWithoutChineseGetsTheWarningAndFailsWritingNothing) {
     const QString in = writeDeck();
     const QString out = path(QStringLiteral("out.pptx"));
-    const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--slide"), QStringLiteral("2"),
-                                   QStringLiteral("--select"), QStringLiteral("3")});  // "Page 2"
+    const Outcome run =
+        zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--slide"), QStringLiteral("2"),
+                   QStringLiteral("--select"), QStringLiteral("3")});  // "Page 2"
     EXPECT_EQ(run.status, 1);
     // The add-on's warning, in the language its translation gives it, then the host's verdict.
-    EXPECT_TRUE(run.err.contains(QStringLiteral("zphonetic: message (flags 0x30): "))) << run.err.toStdString();
-    EXPECT_TRUE(run.err.endsWith(QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written\n").arg(in)))
+    EXPECT_TRUE(run.err.contains(QStringLiteral("zphonetic: message (flags 0x30): ")))
+        << run.err.toStdString();
+    EXPECT_TRUE(run.err.endsWith(
+        QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written\n")
+            .arg(in)))
         << run.err.toStdString();
     EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
     EXPECT_FALSE(QFile::exists(out));
@@ -189,8 +197,9 @@ TEST_F(OneKeyCommand, AllSlidesOfADeckWithoutChineseFailsWritingNothing) {
     const QString out = path(QStringLiteral("out.pptx"));
     const Outcome run = zphonetic({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(errorLine(run.err),
-              QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written").arg(in))
+    EXPECT_EQ(
+        errorLine(run.err),
+        QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written").arg(in))
         << run.err.toStdString();
     EXPECT_FALSE(QFile::exists(out));
 }
@@ -198,9 +207,11 @@ TEST_F(OneKeyCommand, AllSlidesOfADeckWithoutChineseFailsWritingNothing) {
 TEST_F(OneKeyCommand, HelpDocumentsTheSelectionSyntax) {
     const Outcome run = zphonetic({QStringLiteral("--help")});
     EXPECT_EQ(run.status, 0);
-    EXPECT_TRUE(run.out.startsWith(QStringLiteral("Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n")));
+    EXPECT_TRUE(run.out.startsWith(QStringLiteral(
+        "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("3,5,7    the whole shapes 3, 5 and 7")));
-    EXPECT_TRUE(run.out.contains(QStringLiteral("3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2")));
+    EXPECT_TRUE(run.out.contains(
+        QStringLiteral("3:2+4    a run of text in shape 3: 4 UTF-16 units from unit 2")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("--all-slides")));
     EXPECT_TRUE(run.out.contains(QStringLiteral("--place WHERE     where the new text boxes go")));
 }
@@ -221,7 +232,8 @@ TEST_F(OneKeyCommand, ErrorsNameWhatIsWrongAndTouchNothing) {
         QStringList arguments;
         QString message;
     } cases[] = {
-        {{missing, o, out}, missing + QStringLiteral(": cannot be opened (No such file or directory)")},
+        {{missing, o, out},
+         missing + QStringLiteral(": cannot be opened (No such file or directory)")},
         {{text.fileName(), o, out}, text.fileName() + QStringLiteral(": not a zip archive")},
         {{in, o, out, QStringLiteral("--slide"), QStringLiteral("3")},
          in + QStringLiteral(": there is no slide 3 (the deck has 2)")},
@@ -229,15 +241,19 @@ TEST_F(OneKeyCommand, ErrorsNameWhatIsWrongAndTouchNothing) {
          QStringLiteral("--slide: \"0\" is not a slide number (1, 2, ...)")},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("9")},
          in + QStringLiteral(": slide 1 has no shape 9")},
-        {{in, o, out, QStringLiteral("--slide"), QStringLiteral("2"), QStringLiteral("--select"), QStringLiteral("4")},
+        {{in, o, out, QStringLiteral("--slide"), QStringLiteral("2"), QStringLiteral("--select"),
+          QStringLiteral("4")},
          in + QStringLiteral(": shape 4 on slide 2 holds no text")},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("%1:4+5").arg(first)},
-         in + QStringLiteral(": shape %1 on slide 1 has 6 units of text: 4+5 is outside it").arg(first)},
+         in + QStringLiteral(": shape %1 on slide 1 has 6 units of text: 4+5 is outside it")
+                  .arg(first)},
         {{in, o, out, QStringLiteral("--select"), QStringLiteral("two")},
-         in + QStringLiteral(": --select \"two\" is neither shape ids (3,5) nor a run of text (3:2+4)")},
+         in + QStringLiteral(
+                  ": --select \"two\" is neither shape ids (3,5) nor a run of text (3:2+4)")},
         {{in, o, in}, in + QStringLiteral(": is the input deck: write the result to another file")},
         {{in}, in + QStringLiteral(": needs an output file: -o OUT")},
-        {{in, o, out, QStringLiteral("--all-slides"), QStringLiteral("--slide"), QStringLiteral("1")},
+        {{in, o, out, QStringLiteral("--all-slides"), QStringLiteral("--slide"),
+          QStringLiteral("1")},
          QStringLiteral("--all-slides: works on every slide: give no --slide or --select with it")},
         {{in, o, path(QStringLiteral("no/such/dir/out.pptx"))},
          path(QStringLiteral("no/such/dir/out.pptx")) + QStringLiteral(": cannot be written")},
@@ -246,7 +262,8 @@ TEST_F(OneKeyCommand, ErrorsNameWhatIsWrongAndTouchNothing) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
         const Outcome run = zphonetic(c.arguments);
         EXPECT_NE(run.status, 0);
-        EXPECT_TRUE(errorLine(run.err).startsWith(QStringLiteral("zphonetic: ") + c.message)) << run.err.toStdString();
+        EXPECT_TRUE(errorLine(run.err).startsWith(QStringLiteral("zphonetic: ") + c.message))
+            << run.err.toStdString();
         EXPECT_EQ(decktest::readFile(in), inBytes);
         EXPECT_FALSE(QFile::exists(out));
     }
@@ -275,15 +292,16 @@ TEST_P(PublicDecks, AllSlidesAnnotatesTheChineseTextsAndKeepsTheRest) {
     ASSERT_EQ(after->slideCount(), 1);
     const QString readings = QString::fromUtf16(GetParam().readings);
     EXPECT_EQ(newTexts(*before, *after, 1), QStringList{readings});
-    EXPECT_TRUE(run.out.contains(QStringLiteral("\"%1\"\n").arg(readings))) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains(QStringLiteral("\"%1\"\n").arg(readings)))
+        << run.out.toStdString();
     expectOnlySlidesChanged(in, inBytes, out, {QStringLiteral("ppt/slides/slide1.xml")});
 }
 
 INSTANTIATE_TEST_SUITE_P(
     OneKeyCommand, PublicDecks,
     ::testing::Values(
-        // Paragraphs "Gdfafsdafafa", 嘿嘿, 哈哈哈哈哈, 呵呵呵 and an empty one: the breaks give empty
-        // readings, skipped with their space, and the last one leaves the trailing space.
+        // Paragraphs "Gdfafsdafafa", 嘿嘿, 哈哈哈哈哈, 呵呵呵 and an empty one: the breaks give
+        // empty readings, skipped with their space, and the last one leaves the trailing space.
         PublicDeck{"poi-bug64693.pptx", u"hēi hēi hā hā hā hā hɑ hē hē hē "},
         // Only the kanji of ゾルゲと尾崎、淡々と最期 are read; every other text has none.
         PublicDeck{"poi-with_japanese.pptx", u"wěi qí dàn zuì qī "},
@@ -304,23 +322,33 @@ TEST_F(OneKeyCommand, LibreOfficeOpensTheWrittenDecks) {
     QStringList outputs;
     const QString written = writeDeck();
     outputs << path(QStringLiteral("written.pptx"));
-    ASSERT_EQ(zphonetic({written, QStringLiteral("-o"), outputs.last(), QStringLiteral("--all-slides")}).status, 0);
-    for (const char* name : {"poi-bug64693.pptx", "poi-with_japanese.pptx", "pypptx-txt-font-typeface.pptx"}) {
+    ASSERT_EQ(
+        zphonetic({written, QStringLiteral("-o"), outputs.last(), QStringLiteral("--all-slides")})
+            .status,
+        0);
+    for (const char* name :
+         {"poi-bug64693.pptx", "poi-with_japanese.pptx", "pypptx-txt-font-typeface.pptx"}) {
         const QString in = decktest::testDeckDir() + QLatin1Char('/') + QLatin1String(name);
         if (!QFile::exists(in)) continue;
         outputs << path(QStringLiteral("pinyin-") + QLatin1String(name));
-        ASSERT_EQ(zphonetic({in, QStringLiteral("-o"), outputs.last(), QStringLiteral("--all-slides")}).status, 0);
+        ASSERT_EQ(
+            zphonetic({in, QStringLiteral("-o"), outputs.last(), QStringLiteral("--all-slides")})
+                .status,
+            0);
     }
     QProcess process;
-    process.start(soffice, QStringList{QStringLiteral("-env:UserInstallation=file://") + path(QStringLiteral("lo")),
+    process.start(soffice, QStringList{QStringLiteral("-env:UserInstallation=file://") +
+                                           path(QStringLiteral("lo")),
                                        QStringLiteral("--headless"), QStringLiteral("--convert-to"),
-                                       QStringLiteral("pdf"), QStringLiteral("--outdir"), path(QStringLiteral("pdf"))} +
+                                       QStringLiteral("pdf"), QStringLiteral("--outdir"),
+                                       path(QStringLiteral("pdf"))} +
                                outputs);
     ASSERT_TRUE(process.waitForFinished(600000));
     for (const QString& output : outputs) {
-        const QString pdf = path(QStringLiteral("pdf/")) + QFileInfo(output).completeBaseName() + QStringLiteral(".pdf");
-        EXPECT_TRUE(QFile::exists(pdf)) << "LibreOffice did not convert " << output.toStdString() << ": "
-                                        << process.readAllStandardError().toStdString();
+        const QString pdf = path(QStringLiteral("pdf/")) + QFileInfo(output).completeBaseName() +
+                            QStringLiteral(".pdf");
+        EXPECT_TRUE(QFile::exists(pdf)) << "LibreOffice did not convert " << output.toStdString()
+                                        << ": " << process.readAllStandardError().toStdString();
         EXPECT_GT(QFileInfo(pdf).size(), 1000);
     }
 }

@@ -13,18 +13,21 @@
 #include "minihost/slxcore/hosttransaction.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "nvo/transaction.h"
-#include "slxcore/slxoldapi.h"
 #include "qtprinters.h"
 #include "ribbonfixture.h"
+#include "slxcore/slxoldapi.h"
 
 namespace {
 
 // The two texts as the add-on shows them: through its translation, which the host installs while
 // an entry object lives (the user's language decides which one).
 QString warning() {
-    return QCoreApplication::translate("ZPhoneticSymbolModel", "please select one character at least");
+    return QCoreApplication::translate("ZPhoneticSymbolModel",
+                                       "please select one character at least");
 }
-QString stepName() { return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol"); }
+QString stepName() {
+    return QCoreApplication::translate("ZPhoneticSymbolModel", "set phonetic symbol");
+}
 
 class OneKey : public RibbonFixture {
 protected:
@@ -60,14 +63,13 @@ protected:
     void oneKey() {
         deck->clearJournal();
         ASSERT_TRUE(minihost::triggerCommand(entry.get(), QStringLiteral("PhoneticOneKey")));
-        EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(u' ').toStdString();
+        EXPECT_EQ(minihost::liveObjectCount(), 0)
+            << minihost::liveObjectKinds().join(u' ').toStdString();
         EXPECT_EQ(minihost::overReleaseCount(), overReleases);
     }
 
     // The shapes the command added: those after the first `before` shapes of slide 1.
-    QList<minihost::ShapeInfo> newShapes(int before) const {
-        return deck->shapes(1).mid(before);
-    }
+    QList<minihost::ShapeInfo> newShapes(int before) const { return deck->shapes(1).mid(before); }
     // The journal lines that name one of `calls` ("Shapes.AddTextbox", "Shape.Select", ...).
     QStringList callsOf(const QStringList& calls) const {
         QStringList out;
@@ -84,17 +86,21 @@ protected:
 };
 
 // What the command writes, without what it reads.
-const QStringList kWritingCalls = {QStringLiteral("Transaction."), QStringLiteral("Shapes.AddTextbox"),
-                                   QStringLiteral("TextFrame.put_AutoSize"),
-                                   QStringLiteral("TextRange.put_Text"), QStringLiteral("Shape.Select")};
+const QStringList kWritingCalls = {
+    QStringLiteral("Transaction."), QStringLiteral("Shapes.AddTextbox"),
+    QStringLiteral("TextFrame.put_AutoSize"), QStringLiteral("TextRange.put_Text"),
+    QStringLiteral("Shape.Select")};
 
 // The deck's view, except that get_Shapes fails from its `failFrom`-th call on (counting from
 // 1): the slide's shapes become unreachable part way through a command. Everything else,
 // transactions included, reaches the deck's own view.
 class RefusingView final : public slxoldapi::DocumentView {
 public:
-    RefusingView(slxoldapi::DocumentView* view, int failFrom) : m_view(view), m_failFrom(failFrom) {}
-    HRESULT QueryInterface(REFIID iid, void** out) override { return m_view->QueryInterface(iid, out); }
+    RefusingView(slxoldapi::DocumentView* view, int failFrom)
+        : m_view(view), m_failFrom(failFrom) {}
+    HRESULT QueryInterface(REFIID iid, void** out) override {
+        return m_view->QueryInterface(iid, out);
+    }
     std::uint32_t AddRef() override { return 1; }  // lives as long as the test
     std::uint32_t Release() override { return 1; }
     IUnknown* selectionObject() override { return m_view->selectionObject(); }
@@ -130,16 +136,14 @@ TEST_F(OneKey, TextSelectedInOneBoxGivesOneBoxOfTheRunsReadingsSelectedAfterward
     // The text path reads no frame, so every frame call here is the command's own.
     EXPECT_EQ(callsOf(kWritingCalls + QStringList{QStringLiteral("Shape.get_TextFrame"),
                                                   QStringLiteral("TextFrame.get_TextRange")}),
-              QStringList({QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
-                           QStringLiteral("Shapes.AddTextbox(1, 400, 250, 84, 700)"),
-                           QStringLiteral("Shape.get_TextFrame"),
-                           QStringLiteral("TextFrame.get_TextRange"),
-                           QStringLiteral("TextRange.put_Text(\"xué xí\")"),
-                           QStringLiteral("Shape.get_TextFrame"),
-                           QStringLiteral("TextFrame.get_TextRange"),
-                           QStringLiteral("TextFrame.put_AutoSize(1)"),
-                           QStringLiteral("Shape.Select(-1)"),
-                           QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
+              QStringList(
+                  {QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
+                   QStringLiteral("Shapes.AddTextbox(1, 400, 250, 84, 700)"),
+                   QStringLiteral("Shape.get_TextFrame"), QStringLiteral("TextFrame.get_TextRange"),
+                   QStringLiteral("TextRange.put_Text(\"xué xí\")"),
+                   QStringLiteral("Shape.get_TextFrame"), QStringLiteral("TextFrame.get_TextRange"),
+                   QStringLiteral("TextFrame.put_AutoSize(1)"), QStringLiteral("Shape.Select(-1)"),
+                   QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
     EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});
     EXPECT_TRUE(messages().isEmpty());
     ASSERT_EQ(events().size(), 1);
@@ -185,7 +189,8 @@ TEST_F(OneKey, AnOpenHostTransactionIsRenamedAndNeitherStartedNorCommitted) {
     ASSERT_TRUE(minihost::openHostTransaction(app()->coreApplication(), QStringLiteral("script")));
     oneKey();
 
-    EXPECT_TRUE(callsOf({QStringLiteral("Transaction.")}).isEmpty()) << deck->journal().join(u'\n').toStdString();
+    EXPECT_TRUE(callsOf({QStringLiteral("Transaction.")}).isEmpty())
+        << deck->journal().join(u'\n').toStdString();
     ASSERT_TRUE(ZFormatStaticTransGuard::instance()->isActive());
     EXPECT_EQ(ZFormatStaticTransGuard::instance()->name(), stepName());
     EXPECT_EQ(newShapes(1).size(), 1);
@@ -227,7 +232,8 @@ TEST_F(OneKey, WhenTheLastBoxFailsTheWarningFollowsTheCommitAndEarlierBoxesStay)
               QStringList({QStringLiteral("Transaction.start(\"%1\")").arg(stepName()),
                            QStringLiteral("Shapes.AddTextbox(1, 400, 250, 84, 700)"),
                            QStringLiteral("TextRange.put_Text(\"nǐ hǎo\")"),
-                           QStringLiteral("TextFrame.put_AutoSize(1)"), QStringLiteral("Shape.Select(-1)"),
+                           QStringLiteral("TextFrame.put_AutoSize(1)"),
+                           QStringLiteral("Shape.Select(-1)"),
                            QStringLiteral("Transaction.commit(\"%1\")").arg(stepName())}));
     EXPECT_EQ(deck->undoSteps(), QStringList{stepName()});  // committed, not rolled back
     EXPECT_EQ(deck->selectedShapes(), QList<int>{newShapes(2)[0].id});

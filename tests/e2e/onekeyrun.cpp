@@ -13,12 +13,15 @@ Outcome runOneKey(const QStringList& arguments, const QProcessEnvironment& envir
     all.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     all.insert(QStringLiteral("ZPHONETIC_UI_LANGUAGE"), QStringLiteral("en_US"));
     for (const QString& name : environment.keys()) {
-        if (environment.value(name).isEmpty()) all.remove(name);
-        else all.insert(name, environment.value(name));
+        if (environment.value(name).isEmpty())
+            all.remove(name);
+        else
+            all.insert(name, environment.value(name));
     }
     process.setProcessEnvironment(all);
-    process.start(program.isEmpty() ? QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic")
-                                    : program,
+    process.start(program.isEmpty()
+                      ? QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic")
+                      : program,
                   QStringList{QStringLiteral("onekey")} + arguments);
     Outcome run;
     if (!process.waitForFinished(120000)) return run;

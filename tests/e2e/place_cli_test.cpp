@@ -43,7 +43,8 @@ protected:
         const Outcome run = runOneKey({lessonDeck(), QStringLiteral("-o"), out}, environment);
         EXPECT_EQ(run.status, 1);
         const QString line = errorLine(run.err);
-        EXPECT_TRUE(line.startsWith(QStringLiteral("zphonetic: %1: ").arg(missing))) << run.err.toStdString();
+        EXPECT_TRUE(line.startsWith(QStringLiteral("zphonetic: %1: ").arg(missing)))
+            << run.err.toStdString();
         EXPECT_TRUE(line.contains(QStringLiteral(" is missing"))) << line.toStdString();
         // One line, and the add-on never ran: no warning of its own, nothing written.
         EXPECT_EQ(run.err.count(QStringLiteral("zphonetic: ")), 1) << run.err.toStdString();
@@ -61,8 +62,10 @@ TEST_F(HostChecks, WithoutTheTaggingLibraryTheCommandStopsNamingIt) {
 }
 
 TEST_F(HostChecks, WithoutEachDictionaryTheCommandStopsNamingIt) {
-    const QString built = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zphonetic/dict");
-    const QStringList names{QStringLiteral("Pinyin.dic"), QStringLiteral("firrule.dic"), QStringLiteral("secrule.dic")};
+    const QString built =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zphonetic/dict");
+    const QStringList names{QStringLiteral("Pinyin.dic"), QStringLiteral("firrule.dic"),
+                            QStringLiteral("secrule.dic")};
     for (const QString& gone : names) {
         SCOPED_TRACE(gone.toStdString());
         // The dictionaries but one, in a directory of their own.
@@ -70,7 +73,8 @@ TEST_F(HostChecks, WithoutEachDictionaryTheCommandStopsNamingIt) {
         ASSERT_TRUE(QDir().mkpath(copy));
         for (const QString& name : names) {
             if (name == gone) continue;
-            ASSERT_TRUE(QFile::copy(built + QLatin1Char('/') + name, copy + QLatin1Char('/') + name));
+            ASSERT_TRUE(
+                QFile::copy(built + QLatin1Char('/') + name, copy + QLatin1Char('/') + name));
         }
         QProcessEnvironment environment;
         environment.insert(QStringLiteral("ZPHONETIC_DICT_DIR"), copy);
@@ -94,11 +98,13 @@ class Placing : public HostChecks {
 protected:
     Written place(const QString& in, const QString& where) {
         const QString out = path(QStringLiteral("placed-%1.pptx").arg(where));
-        const Outcome run = runOneKey({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides"),
-                                       QStringLiteral("--place"), where});
+        const Outcome run =
+            runOneKey({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides"),
+                       QStringLiteral("--place"), where});
         EXPECT_EQ(run.status, 0) << run.err.toStdString();
         QString error;
-        Written written{minihost::Deck::loadFile(in, &error), minihost::Deck::loadFile(out, &error)};
+        Written written{minihost::Deck::loadFile(in, &error),
+                        minihost::Deck::loadFile(out, &error)};
         EXPECT_TRUE(written.after) << error.toStdString();
         return written;
     }
@@ -121,8 +127,13 @@ protected:
             for (const minihost::ShapeInfo& shape : written.after->shapes(slide))
                 if (!old.count(shape.id)) boxes << shape.box;
             for (const QRectF& box : boxes) {
-                SCOPED_TRACE(QStringLiteral("slide %1, box at %2, %3, %4 x %5").arg(slide)
-                                 .arg(box.left()).arg(box.top()).arg(box.width()).arg(box.height()).toStdString());
+                SCOPED_TRACE(QStringLiteral("slide %1, box at %2, %3, %4 x %5")
+                                 .arg(slide)
+                                 .arg(box.left())
+                                 .arg(box.top())
+                                 .arg(box.width())
+                                 .arg(box.height())
+                                 .toStdString());
                 ++count;
                 EXPECT_GT(box.width(), 0);
                 EXPECT_GT(box.height(), 0);
@@ -130,8 +141,10 @@ protected:
                 bool beside = false;
                 for (const QRectF& source : sources) {
                     EXPECT_FALSE(below && source.intersects(box));
-                    const bool sharesColumns = source.left() < box.right() && box.left() < source.right();
-                    if (sharesColumns && (below ? box.top() >= source.bottom() : box.bottom() <= source.top()) &&
+                    const bool sharesColumns =
+                        source.left() < box.right() && box.left() < source.right();
+                    if (sharesColumns &&
+                        (below ? box.top() >= source.bottom() : box.bottom() <= source.top()) &&
                         !source.intersects(box))
                         beside = true;
                 }
@@ -178,7 +191,8 @@ TEST_F(Placing, TheDefaultIsTheAddonsOwnPlace) {
 
 TEST_F(Placing, BelowOnThePublicDecksWithChinese) {
     // Among them a placeholder that takes its place from its layout, and a shape 0 pt high.
-    for (const char* name : {"poi-bug64693.pptx", "poi-with_japanese.pptx", "pypptx-txt-font-typeface.pptx"}) {
+    for (const char* name :
+         {"poi-bug64693.pptx", "poi-with_japanese.pptx", "pypptx-txt-font-typeface.pptx"}) {
         SCOPED_TRACE(name);
         const QString in = decktest::testDeckDir() + QLatin1Char('/') + QLatin1String(name);
         if (!QFile::exists(in)) GTEST_SKIP() << "no " << in.toStdString();
@@ -189,25 +203,31 @@ TEST_F(Placing, BelowOnThePublicDecksWithChinese) {
 }
 
 TEST_F(Placing, ThePublicDecksWithoutChineseAreNotWrittenAndSaySo) {
-    for (const char* name : {"pypptx-test_slides.pptx", "pypptx-txt-font-props.pptx", "pypptx-txt-text.pptx"}) {
+    for (const char* name :
+         {"pypptx-test_slides.pptx", "pypptx-txt-font-props.pptx", "pypptx-txt-text.pptx"}) {
         SCOPED_TRACE(name);
         const QString in = decktest::testDeckDir() + QLatin1Char('/') + QLatin1String(name);
         if (!QFile::exists(in)) GTEST_SKIP() << "no " << in.toStdString();
         const QString out = path(QStringLiteral("out.pptx"));
-        const Outcome run = runOneKey({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides"),
-                                       QStringLiteral("--place"), QStringLiteral("below")});
+        const Outcome run =
+            runOneKey({in, QStringLiteral("-o"), out, QStringLiteral("--all-slides"),
+                       QStringLiteral("--place"), QStringLiteral("below")});
         EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(errorLine(run.err),
-                  QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written").arg(in));
+        EXPECT_EQ(
+            errorLine(run.err),
+            QStringLiteral("zphonetic: %1: the selection has no Chinese text: nothing written")
+                .arg(in));
         EXPECT_FALSE(QFile::exists(out));
     }
 }
 
 TEST_F(Placing, AnUnknownPlaceIsAnError) {
-    const Outcome run = runOneKey({lessonDeck(), QStringLiteral("-o"), path(QStringLiteral("out.pptx")),
-                                   QStringLiteral("--place"), QStringLiteral("left")});
+    const Outcome run =
+        runOneKey({lessonDeck(), QStringLiteral("-o"), path(QStringLiteral("out.pptx")),
+                   QStringLiteral("--place"), QStringLiteral("left")});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(errorLine(run.err), QStringLiteral("zphonetic: --place: \"left\" is not addon, below or above"));
+    EXPECT_EQ(errorLine(run.err),
+              QStringLiteral("zphonetic: --place: \"left\" is not addon, below or above"));
 }
 
 }  // namespace

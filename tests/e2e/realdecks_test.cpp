@@ -70,9 +70,11 @@ void expectRefusal(const Outcome& outcome, const QString& deck) {
     EXPECT_EQ(outcome.status, 1);
     const QStringList lines = errorLines(outcome.err);
     ASSERT_EQ(lines.size(), 1) << outcome.err.toStdString();
-    EXPECT_TRUE(lines.first().startsWith(QStringLiteral("zphonetic: ") + deck + QStringLiteral(": ")))
+    EXPECT_TRUE(
+        lines.first().startsWith(QStringLiteral("zphonetic: ") + deck + QStringLiteral(": ")))
         << lines.first().toStdString();
-    EXPECT_GT(lines.first().size(), (QStringLiteral("zphonetic: ") + deck + QStringLiteral(": ")).size() + 5);
+    EXPECT_GT(lines.first().size(),
+              (QStringLiteral("zphonetic: ") + deck + QStringLiteral(": ")).size() + 5);
 }
 
 bool isSlide(const QString& part) {
@@ -124,11 +126,13 @@ TEST(RealDecks, EveryDeckIsWrittenOrRefused) {
         const QString in = decktest::realDeckDir() + QLatin1Char('/') + name;
         const QByteArray inBytes = decktest::readFile(in);
         const Outcome shown = zphonetic({QStringLiteral("show"), in});
-        ASSERT_TRUE(shown.status == 0 || shown.status == 1) << shown.status << shown.err.toStdString();
+        ASSERT_TRUE(shown.status == 0 || shown.status == 1)
+            << shown.status << shown.err.toStdString();
         const QString out = dir.filePath(QStringLiteral("%1.pptx").arg(written.size() + refused));
-        const Outcome onekey = zphonetic(
-            {QStringLiteral("onekey"), in, QStringLiteral("-o"), out, QStringLiteral("--all-slides")});
-        ASSERT_TRUE(onekey.status == 0 || onekey.status == 1) << onekey.status << onekey.err.toStdString();
+        const Outcome onekey = zphonetic({QStringLiteral("onekey"), in, QStringLiteral("-o"), out,
+                                          QStringLiteral("--all-slides")});
+        ASSERT_TRUE(onekey.status == 0 || onekey.status == 1)
+            << onekey.status << onekey.err.toStdString();
         EXPECT_EQ(decktest::readFile(in), inBytes);
         if (shown.status == 1) {
             // What show refuses, onekey refuses too, with the same message.
@@ -169,17 +173,18 @@ TEST(RealDecks, EveryDeckIsWrittenOrRefused) {
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
     // Without a document to convert, LibreOffice would wait for one.
     if (soffice.isEmpty() || written.isEmpty()) return;
-    const Outcome converted =
-        run(soffice,
-            QStringList{QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("lo")),
-                        QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("pdf"),
-                        QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
-                written,
-            900000);
+    const Outcome converted = run(
+        soffice,
+        QStringList{
+            QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("lo")),
+            QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("pdf"),
+            QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
+            written,
+        900000);
     ASSERT_EQ(converted.status, 0) << converted.err.toStdString();
     for (const QString& deck : written)
-        EXPECT_GT(QFileInfo(dir.filePath(QStringLiteral("pdf/")) + QFileInfo(deck).completeBaseName() +
-                            QStringLiteral(".pdf"))
+        EXPECT_GT(QFileInfo(dir.filePath(QStringLiteral("pdf/")) +
+                            QFileInfo(deck).completeBaseName() + QStringLiteral(".pdf"))
                       .size(),
                   500)
             << "LibreOffice did not open " << deck.toStdString();

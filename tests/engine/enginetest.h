@@ -19,10 +19,10 @@
 #include "engine/sentencetagging.h"
 #include "engine/taggerbinding.h"
 #include "minihost/nvo/hostconfig.h"
-#include "minihost/nvo/readingservice.h"
 #include "minihost/nvo/hostcontrol.h"
-#include "nvo/zapplication.h"
+#include "minihost/nvo/readingservice.h"
 #include "nvo/readingservice.h"
+#include "nvo/zapplication.h"
 #include "taggerdoublelibrary.h"
 
 inline std::vector<std::string> utf8(const QStringList& list) {

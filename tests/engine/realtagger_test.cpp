@@ -11,11 +11,11 @@
 #include "engine/readings.h"
 #include "engine/taggerbinding.h"
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/readingservice.h"
 #include "minihost/nvo/taggerreadings.h"
-#include "minihost/nvo/hostcontrol.h"
-#include "nvo/zapplication.h"
 #include "nvo/readingservice.h"
+#include "nvo/zapplication.h"
 
 namespace {
 

@@ -19,10 +19,10 @@ constexpr bool sameName(const char16_t* a, const char16_t* b) {
 
 // `function` is the library's declaration; the engine's type is taggerabi::<function>Fn and its
 // UTF-16 name taggerabi::k<function>. The name is spelt once, here, for all three.
-#define ZPHONETIC_SAME_ENTRY_POINT(function)                                                  \
-    static_assert(std::is_same_v<taggerabi::function##Fn, decltype(&::function)>,             \
-                  "the engine calls " #function " with another type than the library's");     \
-    static_assert(sameName(taggerabi::k##function, u"" #function),                            \
+#define ZPHONETIC_SAME_ENTRY_POINT(function)                                              \
+    static_assert(std::is_same_v<taggerabi::function##Fn, decltype(&::function)>,         \
+                  "the engine calls " #function " with another type than the library's"); \
+    static_assert(sameName(taggerabi::k##function, u"" #function),                        \
                   "the engine looks " #function " up under another name")
 
 ZPHONETIC_SAME_ENTRY_POINT(LoadPinYinLibrary);

@@ -9,8 +9,8 @@
 #include <map>
 
 #include "entry/addonresources.h"
-#include "minihost/nvo/hoststore.h"
 #include "minihost/nvo/hostcontrol.h"
+#include "minihost/nvo/hoststore.h"
 #include "ribbonfixture.h"
 
 namespace {

@@ -121,33 +121,41 @@ TEST_F(HostConfig, CommonSettingsShareTheHostSettingsFile) {
 // where its directory came from.
 TEST_F(HostConfig, TheMissingReadingFileIsNamedWithAFixForWhereItsDirectoryCameFrom) {
     QString problem;
-    minihost::setHostSetting(QStringLiteral("directories/tagger"), QStringLiteral("/from/settings"));
-    EXPECT_EQ(minihost::missingReadingFile(&problem), QStringLiteral("/from/settings/libPinyinTagger.so"));
-    EXPECT_EQ(problem, QStringLiteral("the tagging library is missing (host setting \"directories/tagger\" in %1): "
-                                      "correct the setting, or remove it")
-                           .arg(minihost::commonSettingsPath()));
+    minihost::setHostSetting(QStringLiteral("directories/tagger"),
+                             QStringLiteral("/from/settings"));
+    EXPECT_EQ(minihost::missingReadingFile(&problem),
+              QStringLiteral("/from/settings/libPinyinTagger.so"));
+    EXPECT_EQ(problem,
+              QStringLiteral(
+                  "the tagging library is missing (host setting \"directories/tagger\" in %1): "
+                  "correct the setting, or remove it")
+                  .arg(minihost::commonSettingsPath()));
 
     qputenv("ZPHONETIC_TAGGER_DIR", "/from/environment/");
-    EXPECT_EQ(minihost::missingReadingFile(&problem), QStringLiteral("/from/environment/libPinyinTagger.so"));
-    EXPECT_EQ(problem, QStringLiteral("the tagging library is missing (set by ZPHONETIC_TAGGER_DIR): point "
-                                      "ZPHONETIC_TAGGER_DIR at the directory that holds it, or unset it"));
+    EXPECT_EQ(minihost::missingReadingFile(&problem),
+              QStringLiteral("/from/environment/libPinyinTagger.so"));
+    EXPECT_EQ(problem,
+              QStringLiteral("the tagging library is missing (set by ZPHONETIC_TAGGER_DIR): point "
+                             "ZPHONETIC_TAGGER_DIR at the directory that holds it, or unset it"));
 
     // Switched off, the tagging library is not needed: the dictionaries are checked, beside the
     // programs here (a test executable has none there).
     minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
-    const QString dictionaries =
-        QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zphonetic/dict"));
+    const QString dictionaries = QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                                                 QStringLiteral("/../share/zphonetic/dict"));
     const QString missing = minihost::missingReadingFile(&problem);
     if (QFile::exists(dictionaries + QStringLiteral("/Pinyin.dic"))) {
         minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/chosen"));
         EXPECT_EQ(minihost::missingReadingFile(&problem), QStringLiteral("/chosen/Pinyin.dic"));
-        EXPECT_EQ(problem, QStringLiteral("the dictionary Pinyin.dic of the tagging library is missing: the "
-                                          "host program chose this directory"));
+        EXPECT_EQ(problem,
+                  QStringLiteral("the dictionary Pinyin.dic of the tagging library is missing: the "
+                                 "host program chose this directory"));
     } else {
         EXPECT_EQ(missing, dictionaries + QStringLiteral("/Pinyin.dic"));
-        EXPECT_TRUE(problem.endsWith(QStringLiteral(
-            ": build it (cmake --build BUILD --target zphonetic_dictionaries) or reinstall zphonetic, or set "
-            "ZPHONETIC_DICT_DIR to the directory that holds it")))
+        EXPECT_TRUE(problem.endsWith(
+            QStringLiteral(": build it (cmake --build BUILD --target zphonetic_dictionaries) or "
+                           "reinstall zphonetic, or set "
+                           "ZPHONETIC_DICT_DIR to the directory that holds it")))
             << problem.toStdString();
     }
 }

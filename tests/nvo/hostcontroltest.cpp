@@ -55,8 +55,8 @@ TEST(HostControl, TabTitlesAreWhatTheUserReadsAndIdsStay) {
     minihost::buildRibbon(&window, kTabs);
     EXPECT_TRUE(minihost::setRibbonTabTitle(&window, QStringLiteral("CT_Insert"),
                                             QStringLiteral("Insert")));
-    EXPECT_FALSE(minihost::setRibbonTabTitle(&window, QStringLiteral("CT_View"),
-                                             QStringLiteral("View")));
+    EXPECT_FALSE(
+        minihost::setRibbonTabTitle(&window, QStringLiteral("CT_View"), QStringLiteral("View")));
     auto* tabs = qobject_cast<QTabBar*>(minihost::ribbonTabBar(&window));
     EXPECT_EQ(tabs->tabText(1), QStringLiteral("Insert"));
     EXPECT_EQ(minihost::ribbonTabPanel(&window, QStringLiteral("CT_View")), nullptr);
@@ -142,8 +142,9 @@ TEST(HostControl, UsageEventsAreReadAndCleared) {
     minihost::clearUsageEvents();
     ZDcInfoC* collector = minihost::hostApplication()->coreApplication()->getDcInfo();
     ASSERT_NE(collector, nullptr);
-    collector->postGeneralEvent(QStringLiteral("nvo_test"), {{QStringLiteral("action"), QStringLiteral("x")}},
-                                0, 0, ZDcProbabilityAlways, true);
+    collector->postGeneralEvent(QStringLiteral("nvo_test"),
+                                {{QStringLiteral("action"), QStringLiteral("x")}}, 0, 0,
+                                ZDcProbabilityAlways, true);
     const QList<UsageEvent> events = minihost::usageEvents();
     ASSERT_EQ(events.size(), 1);
     EXPECT_EQ(events.at(0).name, QStringLiteral("nvo_test"));

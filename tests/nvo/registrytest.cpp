@@ -6,8 +6,8 @@
 
 #include "common/bstrholder.h"
 #include "common/comptr.h"
-#include "minihost/nvo/hoststore.h"
 #include "identityfixture.h"
+#include "minihost/nvo/hoststore.h"
 #include "minihost/nvo/registry.h"
 #include "nvo/platform.h"
 

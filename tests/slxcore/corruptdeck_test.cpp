@@ -43,12 +43,15 @@ TEST(CorruptDeck, NotAZip) {
     EXPECT_EQ(refusal("hello, this is not a deck"), QStringLiteral("not a zip archive"));
 }
 
-TEST(CorruptDeck, EmptyFile) { EXPECT_EQ(refusal(QByteArray()), QStringLiteral("empty file")); }
+TEST(CorruptDeck, EmptyFile) {
+    EXPECT_EQ(refusal(QByteArray()), QStringLiteral("empty file"));
+}
 
 TEST(CorruptDeck, CutShort) {
     const QByteArray whole = decktest::makeZip(blankParts());
-    EXPECT_EQ(refusal(whole.left(whole.size() / 2)),
-              QStringLiteral("damaged zip archive (no central directory; the file may be cut short)"));
+    EXPECT_EQ(
+        refusal(whole.left(whole.size() / 2)),
+        QStringLiteral("damaged zip archive (no central directory; the file may be cut short)"));
 }
 
 TEST(CorruptDeck, EntryOutsideTheArchive) {
@@ -79,20 +82,21 @@ TEST(CorruptDeck, RelationshipTargetOutsideTheArchive) {
 TEST(CorruptDeck, MissingParts) {
     EXPECT_EQ(refusal(decktest::makeZip(without(blankParts(), QStringLiteral("_rels/.rels")))),
               QStringLiteral("missing part \"_rels/.rels\""));
-    EXPECT_EQ(refusal(decktest::makeZip(
-                  without(blankParts(), QStringLiteral("ppt/presentation.xml")))),
-              QStringLiteral("missing part \"ppt/presentation.xml\""));
-    EXPECT_EQ(refusal(decktest::makeZip(
-                  without(blankParts(), QStringLiteral("ppt/slides/slide1.xml")))),
-              QStringLiteral("missing part \"ppt/slides/slide1.xml\""));
+    EXPECT_EQ(
+        refusal(decktest::makeZip(without(blankParts(), QStringLiteral("ppt/presentation.xml")))),
+        QStringLiteral("missing part \"ppt/presentation.xml\""));
+    EXPECT_EQ(
+        refusal(decktest::makeZip(without(blankParts(), QStringLiteral("ppt/slides/slide1.xml")))),
+        QStringLiteral("missing part \"ppt/slides/slide1.xml\""));
 }
 
 TEST(CorruptDeck, NoMainDocument) {
     const QByteArray rels =
         "<?xml version=\"1.0\"?><Relationships "
         "xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"/>";
-    EXPECT_EQ(refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("_rels/.rels"), rels))),
-              QStringLiteral("no presentation part (_rels/.rels names no main document)"));
+    EXPECT_EQ(
+        refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("_rels/.rels"), rels))),
+        QStringLiteral("no presentation part (_rels/.rels names no main document)"));
 }
 
 TEST(CorruptDeck, StrictOpenXml) {
@@ -101,17 +105,19 @@ TEST(CorruptDeck, StrictOpenXml) {
         "xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"><Relationship "
         "Id=\"rId1\" Type=\"http://purl.oclc.org/ooxml/officeDocument/relationships/"
         "officeDocument\" Target=\"ppt/presentation.xml\"/></Relationships>";
-    EXPECT_EQ(refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("_rels/.rels"), rels))),
-              QStringLiteral("uses Strict Open XML, which is not supported"));
+    EXPECT_EQ(
+        refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("_rels/.rels"), rels))),
+        QStringLiteral("uses Strict Open XML, which is not supported"));
 }
 
 TEST(CorruptDeck, BadXml) {
-    EXPECT_EQ(refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("ppt/slides/slide1.xml"),
-                                                 "<p:sld><p:cSld></p:sld>"))),
-              QStringLiteral("part \"ppt/slides/slide1.xml\" is not well-formed XML "
-                             "(Start-end tags mismatch at byte 17)"));
-    EXPECT_EQ(refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("ppt/presentation.xml"),
-                                                 "   "))),
+    EXPECT_EQ(
+        refusal(decktest::makeZip(replaced(blankParts(), QStringLiteral("ppt/slides/slide1.xml"),
+                                           "<p:sld><p:cSld></p:sld>"))),
+        QStringLiteral("part \"ppt/slides/slide1.xml\" is not well-formed XML "
+                       "(Start-end tags mismatch at byte 17)"));
+    EXPECT_EQ(refusal(decktest::makeZip(
+                  replaced(blankParts(), QStringLiteral("ppt/presentation.xml"), "   "))),
               QStringLiteral("part \"ppt/presentation.xml\" is not well-formed XML (No document "
                              "element found at byte 3)"));
 }
@@ -124,8 +130,8 @@ TEST(CorruptDeck, WrongKindsOfPart) {
     EXPECT_EQ(refusal(decktest::makeZip(replaced(parts, QStringLiteral("ppt/slides/slide1.xml"),
                                                  "<a:theme xmlns:a=\"urn:x\"/>"))),
               QStringLiteral("part \"ppt/slides/slide1.xml\" is not a slide"));
-    EXPECT_EQ(refusal(decktest::makeZip(replaced(parts, QStringLiteral("ppt/presentation.xml"),
-                                                 "<html/>"))),
+    EXPECT_EQ(refusal(decktest::makeZip(
+                  replaced(parts, QStringLiteral("ppt/presentation.xml"), "<html/>"))),
               QStringLiteral("part \"ppt/presentation.xml\" is not a presentation"));
     presentation.replace("r:id=\"rId3\"", "r:id=\"rId99\"");
     EXPECT_EQ(refusal(decktest::makeZip(
@@ -134,9 +140,8 @@ TEST(CorruptDeck, WrongKindsOfPart) {
 }
 
 TEST(CorruptDeck, EntryClaimingAHugeSize) {
-    const QByteArray zip = decktest::withClaimedSize(decktest::makeZip(blankParts()),
-                                                     QStringLiteral("ppt/slides/slide1.xml"),
-                                                     3000000000u);
+    const QByteArray zip = decktest::withClaimedSize(
+        decktest::makeZip(blankParts()), QStringLiteral("ppt/slides/slide1.xml"), 3000000000u);
     EXPECT_EQ(refusal(zip), QStringLiteral("part \"ppt/slides/slide1.xml\" claims 3000000000 "
                                            "bytes (the limit is 67108864)"));
 }
@@ -149,8 +154,9 @@ TEST(CorruptDeck, ZipBombExpandingPastItsClaimedSize) {
     const QByteArray zip = decktest::withClaimedSize(
         decktest::makeZip(replaced(blankParts(), QStringLiteral("ppt/slides/slide1.xml"), slide)),
         QStringLiteral("ppt/slides/slide1.xml"), 400);
-    EXPECT_EQ(refusal(zip),
-              QStringLiteral("part \"ppt/slides/slide1.xml\" holds more data than its header says"));
+    EXPECT_EQ(
+        refusal(zip),
+        QStringLiteral("part \"ppt/slides/slide1.xml\" holds more data than its header says"));
 }
 
 TEST(CorruptDeck, DamagedData) {
@@ -189,19 +195,21 @@ TEST(CorruptDeck, RandomDamageIsRefusedOrRead) {
     };
     const QByteArray zip = decktest::makeZip(parts, true);
     for (int i = 0; i < 150; ++i) check(spoil(zip, 1 + i % 4));
-    for (const QString& name : {QStringLiteral("ppt/slides/slide1.xml"),
-                                QStringLiteral("ppt/presentation.xml"),
-                                QStringLiteral("ppt/_rels/presentation.xml.rels"),
-                                QStringLiteral("_rels/.rels"), QStringLiteral("ppt/theme/theme1.xml")})
+    for (const QString& name :
+         {QStringLiteral("ppt/slides/slide1.xml"), QStringLiteral("ppt/presentation.xml"),
+          QStringLiteral("ppt/_rels/presentation.xml.rels"), QStringLiteral("_rels/.rels"),
+          QStringLiteral("ppt/theme/theme1.xml")})
         for (int i = 0; i < 60; ++i)
-            check(decktest::makeZip(replaced(parts, name, spoil(decktest::partOf(parts, name), 1 + i % 3))));
+            check(decktest::makeZip(
+                replaced(parts, name, spoil(decktest::partOf(parts, name), 1 + i % 3))));
     EXPECT_EQ(minihost::liveObjectCount(), 0);
 }
 
 TEST(CorruptDeck, MissingFile) {
     QString error;
     EXPECT_FALSE(minihost::Deck::loadFile(QStringLiteral("/nonexistent/deck.pptx"), &error));
-    EXPECT_EQ(error, QStringLiteral("/nonexistent/deck.pptx: cannot be opened (No such file or directory)"));
+    EXPECT_EQ(error, QStringLiteral(
+                         "/nonexistent/deck.pptx: cannot be opened (No such file or directory)"));
 }
 
 TEST(CorruptDeck, BuffersAreReadWithoutFiles) {

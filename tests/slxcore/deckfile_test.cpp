@@ -3,12 +3,12 @@
 // XML that edits write, and LibreOffice opening what was written.
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <csignal>
-#include <sys/resource.h>
 
 #include "decktestutil.h"
 #include "minihost/slxcore/liveobjects.h"
@@ -56,7 +56,8 @@ class PublicDeck : public ::testing::TestWithParam<QString> {
 protected:
     void SetUp() override {
         path = decktest::testDeckDir() + QLatin1Char('/') + GetParam();
-        if (!QFile::exists(path)) GTEST_SKIP() << "public test deck not found: " << path.toStdString();
+        if (!QFile::exists(path))
+            GTEST_SKIP() << "public test deck not found: " << path.toStdString();
         original = decktest::readFile(path);
     }
     void TearDown() override { EXPECT_EQ(minihost::liveObjectCount(), 0); }
@@ -151,8 +152,9 @@ TEST(DeckFile, NewTextBoxIsWrittenWithFreshIdTextBoxFlagEmuBoxAndAutoFit) {
     QByteArray xml = slideXml(deck->toBytes(&error), 1);
     EXPECT_TRUE(xml.contains("<p:cNvPr id=\"3\" name=\"TextBox 2\"/><p:cNvSpPr txBox=\"1\"/>"))
         << xml.toStdString();
-    EXPECT_TRUE(xml.contains("<a:off x=\"5080000\" y=\"3175000\"/><a:ext cx=\"609600\" "
-                             "cy=\"8890000\"/>"));
+    EXPECT_TRUE(
+        xml.contains("<a:off x=\"5080000\" y=\"3175000\"/><a:ext cx=\"609600\" "
+                     "cy=\"8890000\"/>"));
     EXPECT_FALSE(xml.contains("spAutoFit"));
     ASSERT_EQ(frame->put_AutoSize(1), S_OK);
     xml = slideXml(deck->toBytes(&error), 1);
@@ -178,9 +180,10 @@ TEST(DeckFile, FormatIsWrittenToRunPropertiesInSchemaOrder) {
     }
     QString error;
     const QByteArray xml = slideXml(deck->toBytes(&error), 1);
-    EXPECT_TRUE(xml.contains("<a:rPr lang=\"zh-CN\" sz=\"2000\" b=\"1\"><a:solidFill><a:srgbClr "
-                             "val=\"C00000\"/></a:solidFill><a:latin typeface=\"Arial\"/></a:rPr>"
-                             "<a:t>汉字</a:t>"))
+    EXPECT_TRUE(
+        xml.contains("<a:rPr lang=\"zh-CN\" sz=\"2000\" b=\"1\"><a:solidFill><a:srgbClr "
+                     "val=\"C00000\"/></a:solidFill><a:latin typeface=\"Arial\"/></a:rPr>"
+                     "<a:t>汉字</a:t>"))
         << xml.toStdString();
 }
 
@@ -313,7 +316,8 @@ TEST(DeckFile, ASaveThatFailsHalfWayLeavesTheTargetAsItWasAndNothingBehind) {
         saved = deck->save(target, &error);
     }
     EXPECT_FALSE(saved);
-    EXPECT_TRUE(error.startsWith(target + QStringLiteral(": cannot be written"))) << error.toStdString();
+    EXPECT_TRUE(error.startsWith(target + QStringLiteral(": cannot be written")))
+        << error.toStdString();
     EXPECT_EQ(decktest::readFile(target), before);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
               QStringList({"talk.pptx"}));
@@ -335,7 +339,8 @@ TEST(DeckFile, LibreOfficeOpensEditedDecks) {
     ASSERT_TRUE(fresh->save(dir.filePath(QStringLiteral("new.pptx")), &error));
     written << dir.filePath(QStringLiteral("new.pptx"));
     for (const QString& name : decktest::testDeckNames()) {
-        auto deck = loadBytes(decktest::readFile(decktest::testDeckDir() + QLatin1Char('/') + name));
+        auto deck =
+            loadBytes(decktest::readFile(decktest::testDeckDir() + QLatin1Char('/') + name));
         editFirstSlide(*deck);
         const QString out = dir.filePath(QStringLiteral("edited-") + name);
         ASSERT_TRUE(deck->save(out, &error)) << error.toStdString();
@@ -343,12 +348,13 @@ TEST(DeckFile, LibreOfficeOpensEditedDecks) {
     }
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(soffice, QStringList{QStringLiteral("--headless"),
-                                       QStringLiteral("-env:UserInstallation=file://") +
-                                           dir.filePath(QStringLiteral("profile")),
-                                       QStringLiteral("--convert-to"), QStringLiteral("pdf"),
-                                       QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
-                                written);
+    process.start(soffice,
+                  QStringList{QStringLiteral("--headless"),
+                              QStringLiteral("-env:UserInstallation=file://") +
+                                  dir.filePath(QStringLiteral("profile")),
+                              QStringLiteral("--convert-to"), QStringLiteral("pdf"),
+                              QStringLiteral("--outdir"), dir.filePath(QStringLiteral("pdf"))} +
+                      written);
     ASSERT_TRUE(process.waitForFinished(300000)) << "soffice did not finish";
     EXPECT_EQ(process.exitCode(), 0) << process.readAll().toStdString();
     for (const QString& deck : written) {

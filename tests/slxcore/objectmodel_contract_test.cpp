@@ -42,7 +42,8 @@ protected:
         deck->clearJournal();
     }
     void TearDown() override {
-        EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(' ').toStdString();
+        EXPECT_EQ(minihost::liveObjectCount(), 0)
+            << minihost::liveObjectKinds().join(' ').toStdString();
         EXPECT_EQ(minihost::overReleaseCount(), m_overReleases);
     }
 
@@ -251,16 +252,15 @@ TEST_P(ObjectModelContract, EveryCallIsJournalledWithItsArguments) {
     ComPtr<TextRange> part = characters(all.get(), 2, 1);
     insertAfter(part.get(), QStringLiteral("\"q\""));
     font(part.get())->put_Size(10.5f);
-    EXPECT_EQ(deck->journal(), QStringList({"TextRange.Characters(2, 1)",
-                                            "TextRange.InsertAfter(\"\\\"q\\\"\")",
-                                            "TextRange.get_Font", "Font.put_Size(10.5)"}));
+    EXPECT_EQ(deck->journal(),
+              QStringList({"TextRange.Characters(2, 1)", "TextRange.InsertAfter(\"\\\"q\\\"\")",
+                           "TextRange.get_Font", "Font.put_Size(10.5)"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Decks, ObjectModelContract,
                          ::testing::Values(Backend::InMemory, Backend::WrittenAndRead),
                          [](const ::testing::TestParamInfo<Backend>& info) {
-                             return info.param == Backend::InMemory ? "InMemory"
-                                                                    : "WrittenAndRead";
+                             return info.param == Backend::InMemory ? "InMemory" : "WrittenAndRead";
                          });
 
 }  // namespace

@@ -45,7 +45,8 @@ TEST(ShapeBox, MovingAndResizingIsOneUndoStepNamedMove) {
 
 TEST(ShapeBox, AShapeThatFollowsItsTextTakesTheHeightItsTextNeedsAtTheNewWidth) {
     auto deck = Deck::create(1);
-    const int id = deck->addTextBox(1, QStringLiteral("yín hánɡ hánɡ zhǎnɡ hái shì jué de"), QRectF(0, 0, 800, 40));
+    const int id = deck->addTextBox(1, QStringLiteral("yín hánɡ hánɡ zhǎnɡ hái shì jué de"),
+                                    QRectF(0, 0, 800, 40));
     {
         ComPtr<omtest::TextFrame> frame;
         ASSERT_EQ(omtest::shape(*deck, id)->get_TextFrame(frame.put()), S_OK);

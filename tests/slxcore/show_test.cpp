@@ -21,8 +21,8 @@ struct Captured {
 // nothing to warn about on standard error.
 Captured run(const QStringList& args) {
     QTemporaryDir runtime;
-    QFile::setPermissions(runtime.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                              QFileDevice::ExeOwner);
+    QFile::setPermissions(runtime.path(),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime.path());
     QProcess process;
@@ -44,21 +44,22 @@ TEST(Show, ListsSlidesShapesIdsTextsAndFormats) {
     const Captured c = run({path});
     EXPECT_EQ(c.status, 0);
     EXPECT_EQ(c.err, QString());
-    EXPECT_EQ(c.out, path + QStringLiteral(
-                                ": 2 slides, 960 x 540 pt\n"
-                                "slide 1: 1 shape\n"
-                                "  shape 2 \"TextBox 1\" text box at 10, 20, 300 x 40 pt\n"
-                                "    text (5 units): \"你好\\r世界\"\n"
-                                "    font: Calibri 18 pt, colour #000000\n"
-                                "slide 2: 1 shape\n"
-                                "  shape 2 \"TextBox 1\" text box at 0, 0, 100 x 50 pt\n"
-                                "    text (3 units): \"a\\\"b\"\n"
-                                "    font: Calibri 18 pt, colour #000000\n"));
+    EXPECT_EQ(c.out,
+              path + QStringLiteral(": 2 slides, 960 x 540 pt\n"
+                                    "slide 1: 1 shape\n"
+                                    "  shape 2 \"TextBox 1\" text box at 10, 20, 300 x 40 pt\n"
+                                    "    text (5 units): \"你好\\r世界\"\n"
+                                    "    font: Calibri 18 pt, colour #000000\n"
+                                    "slide 2: 1 shape\n"
+                                    "  shape 2 \"TextBox 1\" text box at 0, 0, 100 x 50 pt\n"
+                                    "    text (3 units): \"a\\\"b\"\n"
+                                    "    font: Calibri 18 pt, colour #000000\n"));
 }
 
 TEST(Show, PublicDeckWithAGroupAndAPlaceholder) {
     const QString path = decktest::testDeckDir() + QStringLiteral("/pypptx-test_slides.pptx");
-    if (!QFile::exists(path)) GTEST_SKIP() << "public test decks not found in " << path.toStdString();
+    if (!QFile::exists(path))
+        GTEST_SKIP() << "public test decks not found in " << path.toStdString();
     const Captured c = run({path});
     EXPECT_EQ(c.status, 0);
     EXPECT_TRUE(c.out.contains(QStringLiteral("group"))) << c.out.toStdString();
@@ -75,7 +76,8 @@ TEST(Show, ErrorsNameTheFileAndExitNonZero) {
     file.close();
     Captured c = run({path});
     EXPECT_EQ(c.status, 1);
-    EXPECT_EQ(c.err, QStringLiteral("zphonetic: ") + path + QStringLiteral(": not a zip archive\n"));
+    EXPECT_EQ(c.err,
+              QStringLiteral("zphonetic: ") + path + QStringLiteral(": not a zip archive\n"));
     EXPECT_EQ(c.out, QString());
     c = run({});
     EXPECT_EQ(c.status, 1);

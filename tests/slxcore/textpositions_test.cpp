@@ -21,7 +21,8 @@ const char kShape[] =
     "<p:sp><p:nvSpPr><p:cNvPr id=\"5\" name=\"T\"/><p:cNvSpPr txBox=\"1\"/><p:nvPr/></p:nvSpPr>"
     "<p:spPr><a:xfrm><a:off x=\"0\" y=\"0\"/><a:ext cx=\"1270000\" cy=\"508000\"/></a:xfrm>"
     "</p:spPr><p:txBody><a:bodyPr/><a:lstStyle/>"
-    "<a:p><a:r><a:rPr lang=\"en-US\" b=\"1\" err=\"1\"/><a:t>a\xF0\x90\x8C\xB2" "b</a:t></a:r>"
+    "<a:p><a:r><a:rPr lang=\"en-US\" b=\"1\" err=\"1\"/><a:t>a\xF0\x90\x8C\xB2"
+    "b</a:t></a:r>"
     "<a:br><a:rPr lang=\"en-US\"/></a:br>"
     "<a:fld id=\"{4ACDC551-8A53-AE47-95A7-4A2F0C1FFF1B}\" type=\"slidenum\"><a:rPr lang=\"en-US\"/>"
     "<a:t>12</a:t></a:fld><a:r><a:rPr lang=\"en-US\"/><a:t>c</a:t></a:r></a:p>"
@@ -34,7 +35,8 @@ class TextPositions : public ::testing::Test {
 protected:
     void SetUp() override {
         QString error;
-        deck = Deck::load(decktest::deckWithShapes(kShape), QStringLiteral("positions.pptx"), &error);
+        deck =
+            Deck::load(decktest::deckWithShapes(kShape), QStringLiteral("positions.pptx"), &error);
         ASSERT_TRUE(deck) << error.toStdString();
         all = wholeText(*deck, 5);
     }
@@ -95,7 +97,8 @@ TEST_F(TextPositions, ParagraphBreakInInsertedTextSplitsTheParagraph) {
 }
 
 TEST_F(TextPositions, TextInAnEmptyParagraphTakesItsEndProperties) {
-    ComPtr<TextRange> inserted = insertAfter(characters(all.get(), 10, 1).get(), QStringLiteral("hǎo"));
+    ComPtr<TextRange> inserted =
+        insertAfter(characters(all.get(), 10, 1).get(), QStringLiteral("hǎo"));
     EXPECT_EQ(text(inserted.get()), QStringLiteral("hǎo"));
     EXPECT_EQ(size(inserted.get()), 30.0f);
     EXPECT_EQ(size(characters(all.get(), 9, 1).get()), 24.0f);  // the whitespace-only run

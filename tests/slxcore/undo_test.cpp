@@ -207,7 +207,8 @@ protected:
         return bytes;
     }
     // The entry `name` of `bytes` as stored: its compressed bytes and checksum.
-    static std::pair<QByteArray, std::uint32_t> stored(const QByteArray& bytes, const QString& name) {
+    static std::pair<QByteArray, std::uint32_t> stored(const QByteArray& bytes,
+                                                       const QString& name) {
         for (const decktest::ZipEntry& entry : decktest::zipEntries(bytes))
             if (entry.name == name) return {entry.raw, entry.crc};
         return {};

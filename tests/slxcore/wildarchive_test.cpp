@@ -28,16 +28,16 @@ void patch(QByteArray& b, int at, std::uint64_t value, int bytes) {
 
 // How an archive departs from the tidy form.
 struct Quirks {
-    bool descriptor = false;           // sizes and checksum after the data (flag bit 3)
-    bool descriptorSignature = true;   // ... with the optional signature
-    bool zeroLocalSizes = false;       // local header sizes and checksum left at zero
-    QByteArray localExtra;             // extra field in the local headers only
-    QByteArray centralExtra;           // extra field in the central records only
-    bool otherLocalTimes = false;      // local timestamps differ from the central ones
-    QByteArray comment;                // the archive's comment
-    QByteArray stub;                   // bytes before the archive
-    bool offsetsCountStub = false;     // offsets measured from the file's start (else the zip's)
-    bool stored = false;               // no compression
+    bool descriptor = false;          // sizes and checksum after the data (flag bit 3)
+    bool descriptorSignature = true;  // ... with the optional signature
+    bool zeroLocalSizes = false;      // local header sizes and checksum left at zero
+    QByteArray localExtra;            // extra field in the local headers only
+    QByteArray centralExtra;          // extra field in the central records only
+    bool otherLocalTimes = false;     // local timestamps differ from the central ones
+    QByteArray comment;               // the archive's comment
+    QByteArray stub;                  // bytes before the archive
+    bool offsetsCountStub = false;    // offsets measured from the file's start (else the zip's)
+    bool stored = false;              // no compression
 };
 
 struct HandZip {
@@ -66,7 +66,8 @@ HandZip handZip(const Parts& parts, const Quirks& q) {
     QByteArray directory;
     for (const auto& [name, data] : parts) {
         const QByteArray packed = q.stored ? data : deflateRaw(data);
-        const std::uint32_t crc = crc32(0, reinterpret_cast<const Bytef*>(data.constData()), data.size());
+        const std::uint32_t crc =
+            crc32(0, reinterpret_cast<const Bytef*>(data.constData()), data.size());
         const QByteArray raw = name.toUtf8();
         const int offset = zip.bytes.size() - (q.offsetsCountStub ? 0 : q.stub.size());
         const std::uint16_t flags = q.descriptor ? 8 : 0;
@@ -176,7 +177,9 @@ protected:
     const Parts parts = decktest::blankParts();
 };
 
-TEST_F(WildArchive, TidyArchiveOpens) { opensAndWritesBack(handZip(parts, {})); }
+TEST_F(WildArchive, TidyArchiveOpens) {
+    opensAndWritesBack(handZip(parts, {}));
+}
 
 TEST_F(WildArchive, DataDescriptorsWithAndWithoutSignature) {
     Quirks q;
@@ -235,8 +238,9 @@ TEST_F(WildArchive, EverythingAtOnce) {
 
 TEST_F(WildArchive, NoCentralDirectory) {
     const HandZip zip = handZip(parts, {});
-    EXPECT_EQ(loadError(zip.bytes.left(zip.directoryStart)),
-              QStringLiteral("damaged zip archive (no central directory; the file may be cut short)"));
+    EXPECT_EQ(
+        loadError(zip.bytes.left(zip.directoryStart)),
+        QStringLiteral("damaged zip archive (no central directory; the file may be cut short)"));
 }
 
 TEST_F(WildArchive, CentralDirectoryCutShort) {
@@ -244,7 +248,8 @@ TEST_F(WildArchive, CentralDirectoryCutShort) {
     const int end = zip.bytes.lastIndexOf("PK\x05\x06");
     patch(zip.bytes, end + 8, parts.size() + 1, 2);  // one record more than there is
     patch(zip.bytes, end + 10, parts.size() + 1, 2);
-    EXPECT_EQ(loadError(zip.bytes), QStringLiteral("damaged zip archive (central directory cut short)"));
+    EXPECT_EQ(loadError(zip.bytes),
+              QStringLiteral("damaged zip archive (central directory cut short)"));
     zip = handZip(parts, {});
     const int last = zip.bytes.lastIndexOf("PK\x01\x02");  // the last record loses its signature
     patch(zip.bytes, last, 0x2a2a2a2a, 4);
@@ -312,7 +317,8 @@ TEST_F(WildArchive, OverlappingEntries) {
     // Point the slide's central record at the hidden copy.
     const QByteArray name = "ppt/slides/slide1.xml";
     int record = zip.directoryStart;
-    while (zip.bytes.mid(record + 46, name.size()) != name) record = zip.bytes.indexOf("PK\x01\x02", record + 4);
+    while (zip.bytes.mid(record + 46, name.size()) != name)
+        record = zip.bytes.indexOf("PK\x01\x02", record + 4);
     patch(zip.bytes, record + 42, hiddenAt, 4);
     EXPECT_EQ(loadError(zip.bytes),
               QStringLiteral("damaged zip archive (entries \"ppt/media/carrier.bin\" and "
@@ -331,8 +337,9 @@ TEST_F(WildArchive, LocalHeaderNamingAnotherFile) {
 TEST_F(WildArchive, TwoEntriesWithOneName) {
     Parts twice = parts;
     twice.push_back(parts.back());
-    EXPECT_EQ(loadError(handZip(twice, {}).bytes),
-              QStringLiteral("damaged zip archive (two entries named \"%1\")").arg(parts.back().first));
+    EXPECT_EQ(
+        loadError(handZip(twice, {}).bytes),
+        QStringLiteral("damaged zip archive (two entries named \"%1\")").arg(parts.back().first));
 }
 
 TEST_F(WildArchive, DeflatedDataCutShort) {
@@ -340,7 +347,8 @@ TEST_F(WildArchive, DeflatedDataCutShort) {
     // The slide's compressed size shrinks: the stream ends early, and is refused when read.
     const QByteArray name = "ppt/slides/slide1.xml";
     int record = zip.directoryStart;
-    while (zip.bytes.mid(record + 46, name.size()) != name) record = zip.bytes.indexOf("PK\x01\x02", record + 4);
+    while (zip.bytes.mid(record + 46, name.size()) != name)
+        record = zip.bytes.indexOf("PK\x01\x02", record + 4);
     const std::uint32_t packed = static_cast<unsigned char>(zip.bytes[record + 20]) |
                                  static_cast<unsigned char>(zip.bytes[record + 21]) << 8;
     patch(zip.bytes, record + 20, packed / 2, 4);

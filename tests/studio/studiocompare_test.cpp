@@ -68,7 +68,8 @@ TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
     if (soffice.isEmpty() || pdftoppm.isEmpty()) GTEST_SKIP() << "LibreOffice or pdftoppm missing";
     QProcess convert;
     convert.setWorkingDirectory(dir.path());
-    convert.start(soffice, {QStringLiteral("-env:UserInstallation=file://") + dir.filePath(QStringLiteral("lo")),
+    convert.start(soffice, {QStringLiteral("-env:UserInstallation=file://") +
+                                dir.filePath(QStringLiteral("lo")),
                             QStringLiteral("--headless"), QStringLiteral("--convert-to"),
                             QStringLiteral("pdf"), lessonPath()});
     ASSERT_TRUE(convert.waitForFinished(180000));
@@ -100,9 +101,12 @@ TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
         ASSERT_EQ(ourLines.size(), theirLines.size()) << "slide " << slide;
         for (int i = 0; i < ourLines.size(); ++i) {
             // Within 8 pixels (6 pt): the same line in the same place.
-            EXPECT_NEAR(ourLines.at(i).top, theirLines.at(i).top, 8) << "slide " << slide << " line " << i;
-            EXPECT_NEAR(ourLines.at(i).bottom, theirLines.at(i).bottom, 8) << "slide " << slide << " line " << i;
-            EXPECT_NEAR(ourLines.at(i).left, theirLines.at(i).left, 8) << "slide " << slide << " line " << i;
+            EXPECT_NEAR(ourLines.at(i).top, theirLines.at(i).top, 8)
+                << "slide " << slide << " line " << i;
+            EXPECT_NEAR(ourLines.at(i).bottom, theirLines.at(i).bottom, 8)
+                << "slide " << slide << " line " << i;
+            EXPECT_NEAR(ourLines.at(i).left, theirLines.at(i).left, 8)
+                << "slide " << slide << " line " << i;
         }
         const QColor ourColour = textColour(ours);
         const QColor theirColour = textColour(theirs);

@@ -82,7 +82,6 @@ protected:
         EXPECT_TRUE(ok) << script.toStdString();
         return value;
     }
-
 };
 
 TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
@@ -110,7 +109,8 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     screenshot(QStringLiteral("studio-text-selected.png"));
 
     minihost::clearUsageEvents();
-    QToolButton* button = ribbonButton(QStringLiteral("CT_TextTool"), window->phoneticSymbolAction());
+    QToolButton* button =
+        ribbonButton(QStringLiteral("CT_TextTool"), window->phoneticSymbolAction());
     ASSERT_NE(button, nullptr);
     ASSERT_TRUE(button->isVisible());
     QTest::mouseClick(button, Qt::LeftButton);
@@ -126,14 +126,17 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     EXPECT_EQ(minihost::usageEvents().at(0).parameters.value(QStringLiteral("action")),
               QStringLiteral("symbol"));
     // The page shows the four characters, one select for each polyphone.
-    EXPECT_EQ(pageValue(dialog, QStringLiteral("document.querySelectorAll('select.reading-choice').length"))
+    EXPECT_EQ(pageValue(dialog,
+                        QStringLiteral("document.querySelectorAll('select.reading-choice').length"))
                   .toInt(),
               3);
-    EXPECT_EQ(pageValue(dialog, QStringLiteral("document.querySelectorAll('.cell').length")).toInt(), 4);
+    EXPECT_EQ(
+        pageValue(dialog, QStringLiteral("document.querySelectorAll('.cell').length")).toInt(), 4);
     const QString shown = pageValue(dialog, QStringLiteral("document.body.innerText")).toString();
-    EXPECT_TRUE(QRegularExpression(u("银.*行.*行.*长"), QRegularExpression::DotMatchesEverythingOption)
-                    .match(shown)
-                    .hasMatch())
+    EXPECT_TRUE(
+        QRegularExpression(u("银.*行.*行.*长"), QRegularExpression::DotMatchesEverythingOption)
+            .match(shown)
+            .hasMatch())
         << shown.toStdString();
     QTest::qWait(300);  // the page fits the window to itself after rendering
     const QPoint offCentre = dialog->geometry().center() - window->geometry().center();
@@ -143,21 +146,33 @@ TEST_F(StudioDialog, ThePinyinDialogsRoundTripFromTheRibbon) {
     // The first 行 read as xínɡ: its reading list focused (a click would open the list as a
     // popup menu), then one key up, typed.
     QWidget* input = minihost::webWidgetView(dialog)->focusProxy();
-    pageValue(dialog, QStringLiteral("document.querySelector('select.reading-choice[data-index=\"1\"]').focus()"));
+    pageValue(dialog,
+              QStringLiteral(
+                  "document.querySelector('select.reading-choice[data-index=\"1\"]').focus()"));
     QTest::keyClick(input, Qt::Key_Up);
     QTest::qWait(100);
-    EXPECT_EQ(pageValue(dialog, QStringLiteral("document.querySelector('select.reading-choice[data-index=\"1\"]').value")).toString(),
-              u("xínɡ"));
+    EXPECT_EQ(
+        pageValue(dialog,
+                  QStringLiteral(
+                      "document.querySelector('select.reading-choice[data-index=\"1\"]').value"))
+            .toString(),
+        u("xínɡ"));
     clickInPage(dialog, QStringLiteral(".layouts input[value=\"2\"]"));
     clickInPage(dialog, QStringLiteral(".brackets input[value=\"1\"]"));
-    EXPECT_TRUE(pageValue(dialog, QStringLiteral("document.querySelector('.layouts input[value=\"2\"]').checked")).toBool());
-    EXPECT_TRUE(pageValue(dialog, QStringLiteral("document.querySelector('.brackets input[value=\"1\"]').checked")).toBool());
+    EXPECT_TRUE(
+        pageValue(dialog,
+                  QStringLiteral("document.querySelector('.layouts input[value=\"2\"]').checked"))
+            .toBool());
+    EXPECT_TRUE(
+        pageValue(dialog,
+                  QStringLiteral("document.querySelector('.brackets input[value=\"1\"]').checked"))
+            .toBool());
     clickInPage(dialog, QStringLiteral("button.confirm"));
     ASSERT_TRUE(waitForDialogClosed());
 
     const QString original = u("银行行长还是觉得音乐很快乐。\r他重新说了一遍：这很重要。");
-    const QString expected =
-        u("银（yín）行（xínɡ）行（hánɡ）长（zhǎnɡ）还是觉得音乐很快乐。\r他重新说了一遍：这很重要。");
+    const QString expected = u(
+        "银（yín）行（xínɡ）行（hánɡ）长（zhǎnɡ）还是觉得音乐很快乐。\r他重新说了一遍：这很重要。");
     EXPECT_EQ(window->deck()->text(2, 3), expected);
     EXPECT_EQ(window->undoAction()->text(), QStringLiteral("&Undo set phonetic symbol"));
     EXPECT_TRUE(window->isWindowModified());

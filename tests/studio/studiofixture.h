@@ -18,9 +18,9 @@
 #include <QToolButton>
 #include <memory>
 
+#include "framelayout.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/slxcore/deck.h"
-#include "framelayout.h"
 #include "slidescene.h"
 #include "slidethumbnails.h"
 #include "slideview.h"
@@ -99,7 +99,8 @@ protected:
         QPixmap picture = window->grab();
         if (dialog) {
             QPainter painter(&picture);
-            painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint())), dialog->grab());
+            painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint())),
+                               dialog->grab());
         }
         EXPECT_TRUE(picture.save(folder + QLatin1Char('/') + name));
     }

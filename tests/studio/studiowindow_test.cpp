@@ -2,11 +2,11 @@
 // The studio's window without the dialog: files (open, save, recent, dropped, refused), the
 // ribbon and its usage events, the one-key command, undo and redo by step, the prompt on
 // closing, and the object model left empty after a deck is closed.
+#include <unistd.h>
 #include <QAction>
 #include <QMenu>
 #include <QMimeData>
 #include <QTabBar>
-#include <unistd.h>
 
 #include "decktestutil.h"
 #include "minihost/nvo/hostconfig.h"
@@ -311,7 +311,8 @@ TEST_F(StudioWindowTest, ClosingWithUnsavedChangesAsksAndCancelKeepsTheWindow) {
     {
         MessageBoxAnswer answer(QMessageBox::Cancel);
         EXPECT_FALSE(window->close());
-        EXPECT_TRUE(answer.text.contains(QStringLiteral("lesson.pptx"))) << answer.text.toStdString();
+        EXPECT_TRUE(answer.text.contains(QStringLiteral("lesson.pptx")))
+            << answer.text.toStdString();
     }
     EXPECT_TRUE(window->isVisible());
     {
@@ -334,12 +335,14 @@ TEST_F(StudioWindowTest, NoObjectOfTheModelOutlivesItsDeck) {
     window->phoneticOneKeyAction()->trigger();
     ASSERT_TRUE(window->deck()->selectText(3, 0, 4));
     window->phoneticOneKeyAction()->trigger();
-    EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(' ').toStdString();
+    EXPECT_EQ(minihost::liveObjectCount(), 0)
+        << minihost::liveObjectKinds().join(' ').toStdString();
     minihost::setUnshownMessageBoxAnswer(7);
     ASSERT_TRUE(window->openFile(lessonPath()));  // the edited deck is set aside unsaved
     minihost::setUnshownMessageBoxAnswer(0);
     window.reset();
-    EXPECT_EQ(minihost::liveObjectCount(), 0) << minihost::liveObjectKinds().join(' ').toStdString();
+    EXPECT_EQ(minihost::liveObjectCount(), 0)
+        << minihost::liveObjectKinds().join(' ').toStdString();
     EXPECT_EQ(minihost::overReleaseCount(), 0);
 }
 

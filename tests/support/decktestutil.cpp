@@ -13,13 +13,17 @@
 
 namespace decktest {
 
-QString testDeckDir() { return QStringLiteral(ZPHONETIC_TESTDECKS_DIR); }
+QString testDeckDir() {
+    return QStringLiteral(ZPHONETIC_TESTDECKS_DIR);
+}
 
 QStringList testDeckNames() {
     return QDir(testDeckDir()).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);
 }
 
-QString realDeckDir() { return testDeckDir() + QStringLiteral("/real"); }
+QString realDeckDir() {
+    return testDeckDir() + QStringLiteral("/real");
+}
 
 QStringList realDeckNames() {
     return QDir(realDeckDir()).entryList({QStringLiteral("*.pptx")}, QDir::Files, QDir::Name);

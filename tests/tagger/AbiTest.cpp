@@ -103,8 +103,12 @@ struct Broken {
     std::vector<uint8_t> (*make)();
 };
 
-std::vector<uint8_t> missing() { return {}; }
-std::vector<uint8_t> empty() { return {}; }
+std::vector<uint8_t> missing() {
+    return {};
+}
+std::vector<uint8_t> empty() {
+    return {};
+}
 std::vector<uint8_t> truncatedWords() {
     auto b = tiny::wordBytes();
     b.resize(b.size() - 8);
@@ -115,14 +119,18 @@ std::vector<uint8_t> flippedChars() {
     b[b.size() / 2] ^= 0x01;
     return b;
 }
-std::vector<uint8_t> swappedRules() { return tiny::charBytes(); }
+std::vector<uint8_t> swappedRules() {
+    return tiny::charBytes();
+}
 std::vector<uint8_t> headerOnly() {
     auto b = tiny::ruleBytes();
     b.resize(40);
     return b;
 }
 
-void PrintTo(const Broken& broken, std::ostream* out) { *out << broken.name; }
+void PrintTo(const Broken& broken, std::ostream* out) {
+    *out << broken.name;
+}
 
 class BrokenDictionary : public ::testing::TestWithParam<Broken> {};
 
@@ -145,15 +153,14 @@ TEST_P(BrokenDictionary, OpenFailsAndLaterCallsAnswerNothing) {
     EXPECT_EQ(CloseDictionary(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, BrokenDictionary,
-    ::testing::Values(Broken{"missing", "firrule.dic", missing},
-                      Broken{"empty", "Pinyin.dic", empty},
-                      Broken{"truncated", "firrule.dic", truncatedWords},
-                      Broken{"flipped", "Pinyin.dic", flippedChars},
-                      Broken{"swapped", "secrule.dic", swappedRules},
-                      Broken{"headerOnly", "secrule.dic", headerOnly}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Files, BrokenDictionary,
+                         ::testing::Values(Broken{"missing", "firrule.dic", missing},
+                                           Broken{"empty", "Pinyin.dic", empty},
+                                           Broken{"truncated", "firrule.dic", truncatedWords},
+                                           Broken{"flipped", "Pinyin.dic", flippedChars},
+                                           Broken{"swapped", "secrule.dic", swappedRules},
+                                           Broken{"headerOnly", "secrule.dic", headerOnly}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(AbiDirectory, ADirectoryInsteadOfAFileIsRefused) {
     tiny::TempDir dir;

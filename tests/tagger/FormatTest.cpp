@@ -149,10 +149,10 @@ std::vector<uint8_t> loopTrie(size_t readingCount) {
     writer.addSection(3, 2, codes);
     writer.addSection(4, 2, {0, 0, 0x00, 0x4E});
     std::vector<uint8_t> states, readings;
-    const uint64_t rows[4] = {5 << 11,                                  // root: child 一 at slot 6
-                              0,                                        // free
+    const uint64_t rows[4] = {5 << 11,  // root: child 一 at slot 6
+                              0,        // free
                               uint64_t{4 | 0x80000000u} << 32 | 2 << 11 | 100,  // a word, parent 3
-                              uint64_t{3} << 32 | 1 << 11};             // parent 2
+                              uint64_t{3} << 32 | 1 << 11};                     // parent 2
     for (uint64_t row : rows) appendLe<uint64_t>(states, row);
     for (size_t i = 0; i < readingCount; ++i) appendLe<uint32_t>(readings, 0);
     writer.addSection(5, 8, states);

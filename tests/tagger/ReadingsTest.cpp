@@ -52,13 +52,26 @@ void* BuiltDictionaries::tagger_ = nullptr;
 
 TEST_F(BuiltDictionaries, SentencesReadInContext) {
     const char* expected[][2] = {
-        {"一个", "yí gè"},         {"一样", "yí yàng"},         {"一天", "yì tiān"},
-        {"一年", "yì nián"},       {"第一", "dì yī"},           {"一二三", "yī èr sān"},
-        {"不是", "bú shì"},        {"不对", "bú duì"},          {"不好", "bù hǎo"},
-        {"看一看", "kàn yi kàn"},  {"银行行长", "yín háng háng zhǎng"},
-        {"还钱", "huán qián"},     {"还是", "hái shì"},         {"觉得", "jué de"},
-        {"我得走了", "wǒ děi zǒu le"}, {"音乐", "yīn yuè"},     {"快乐", "kuài lè"},
-        {"重新", "chóng xīn"},     {"重要", "zhòng yào"},       {"便宜", "pián yi"},
+        {"一个", "yí gè"},
+        {"一样", "yí yàng"},
+        {"一天", "yì tiān"},
+        {"一年", "yì nián"},
+        {"第一", "dì yī"},
+        {"一二三", "yī èr sān"},
+        {"不是", "bú shì"},
+        {"不对", "bú duì"},
+        {"不好", "bù hǎo"},
+        {"看一看", "kàn yi kàn"},
+        {"银行行长", "yín háng háng zhǎng"},
+        {"还钱", "huán qián"},
+        {"还是", "hái shì"},
+        {"觉得", "jué de"},
+        {"我得走了", "wǒ děi zǒu le"},
+        {"音乐", "yīn yuè"},
+        {"快乐", "kuài lè"},
+        {"重新", "chóng xīn"},
+        {"重要", "zhòng yào"},
+        {"便宜", "pián yi"},
         {"方便", "fāng biàn"},
     };
     for (const auto& [text, reading] : expected) EXPECT_EQ(readings(text), reading) << text;
@@ -97,10 +110,11 @@ TEST_F(BuiltDictionaries, TeachersSentencesReadAsTextbooksPrintThem) {
         EXPECT_EQ(got, want) << "line " << lineNo << ": " << line.substr(0, tab);
     }
     EXPECT_GE(sentences, 600u);
-    std::printf("teachers' suite: %zu of %zu sentences right (%.2f%%), %zu of %zu characters "
-                "(%.2f%%)\n",
-                rightSentences, sentences, 100.0 * rightSentences / sentences, rightCharacters,
-                characters, 100.0 * rightCharacters / characters);
+    std::printf(
+        "teachers' suite: %zu of %zu sentences right (%.2f%%), %zu of %zu characters "
+        "(%.2f%%)\n",
+        rightSentences, sentences, 100.0 * rightSentences / sentences, rightCharacters, characters,
+        100.0 * rightCharacters / characters);
 }
 
 TEST_F(BuiltDictionaries, LoneCharactersListModernReadingsDefaultFirst) {

@@ -15,7 +15,8 @@ TEST(RoundTrip, CharacterReadings) {
     const std::string text = formatCharText(parseCharText(tiny::kChars));
     EXPECT_EQ(text, tiny::kChars);  // the tiny source is already in the printed order
     const auto bytes = compileChars(parseCharText(text));
-    const std::string back = formatCharText(CharDictionary(bytes.data(), bytes.size()).toReadings());
+    const std::string back =
+        formatCharText(CharDictionary(bytes.data(), bytes.size()).toReadings());
     EXPECT_EQ(back, text);
     EXPECT_EQ(compileChars(parseCharText(back)), bytes);
 }
@@ -52,8 +53,8 @@ TEST(RoundTrip, Rules) {
 
 TEST(RoundTrip, RulesKeepTheirOrderPerCharacter) {
     // Compiled rules are grouped by character; the order within a character is kept.
-    const auto bytes = compileRules(
-        parseRuleText("rule\t还\thuán\t_钱\nrule\t一\tyī\t第_\nrule\t还\thái\t_\n"));
+    const auto bytes =
+        compileRules(parseRuleText("rule\t还\thuán\t_钱\nrule\t一\tyī\t第_\nrule\t还\thái\t_\n"));
     EXPECT_EQ(formatRuleText(RuleDictionary(bytes.data(), bytes.size()).toRuleSet()),
               "rule\t一\tyī\t第_\nrule\t还\thuán\t_钱\nrule\t还\thái\t_\n");
 }

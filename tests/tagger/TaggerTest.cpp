@@ -63,10 +63,10 @@ TEST(Tagger, RulesDoNotTouchCharactersInsideWords) {
 TEST(Tagger, RulesReadTheSegmentationAndOverrideAWordWhereTheContextSays) {
     using namespace zphonetic::tagger;
     const std::string rules = std::string(tiny::kRules) +
-                              "rule\t长\tzhǎng\t~_\n"    // after a repeated character
-                              "rule\t好\thào\t@_\n"      // after a word of two or more
-                              "rule\t看\tkān\t_!行\n"    // before 行 standing alone
-                              "rule\t大\tdài\t市._\n"    // any character between
+                              "rule\t长\tzhǎng\t~_\n"     // after a repeated character
+                              "rule\t好\thào\t@_\n"       // after a word of two or more
+                              "rule\t看\tkān\t_!行\n"     // before 行 standing alone
+                              "rule\t大\tdài\t市._\n"     // any character between
                               "rule\t行\txíng\t银=天\n";  // 行 inside a word, before 天
     Tagger tagger(std::make_shared<const Dictionaries>(tiny::charBytes(), tiny::wordBytes(),
                                                        compileRules(parseRuleText(rules))));
@@ -93,8 +93,8 @@ TEST(Tagger, RulesReadTheSegmentationAndOverrideAWordWhereTheContextSays) {
 TEST(Tagger, YiChangesToneByTheNextSyllable) {
     EXPECT_EQ(tag("一天"), "一/yì天/tiān");
     EXPECT_EQ(tag("一大"), "一/yí大/dà");
-    EXPECT_EQ(tag("天一"), "天/tiān一/yī");   // last: its own tone
-    EXPECT_EQ(tag("一一"), "一/yī一/yī");     // a rule for counting wins over the tone change
+    EXPECT_EQ(tag("天一"), "天/tiān一/yī");  // last: its own tone
+    EXPECT_EQ(tag("一一"), "一/yī一/yī");    // a rule for counting wins over the tone change
     EXPECT_EQ(tag("看一看"), "看/kàn一/yi看/kàn");
 }
 
@@ -125,8 +125,9 @@ TEST(Tagger, LoneSurrogatesAndAnyUnitAreAnswered) {
     const char16_t text[] = {0xD800, u'钱', 0xDC00, u'/', 0};
     size_t length = 0;
     char16_t* answer = tagger.answer(text, 4, length);
-    EXPECT_EQ(std::u16string(answer, length), std::u16string({0xD800, u'/', u'钱', u'/', u'q', u'i',
-                                                               u'á', u'n', 0xDC00, u'/', u'/', u'/'}));
+    EXPECT_EQ(std::u16string(answer, length),
+              std::u16string(
+                  {0xD800, u'/', u'钱', u'/', u'q', u'i', u'á', u'n', 0xDC00, u'/', u'/', u'/'}));
     delete[] answer;
 }
 

@@ -48,9 +48,15 @@ const char kRules[] =
     "rule\t还\thuán\t_钱\n"
     "rule\t好\thào\t^_$\n";
 
-std::vector<uint8_t> charBytes() { return compileChars(parseCharText(kChars)); }
-std::vector<uint8_t> wordBytes() { return compileWords(parseWordText(kWords)); }
-std::vector<uint8_t> ruleBytes() { return compileRules(parseRuleText(kRules)); }
+std::vector<uint8_t> charBytes() {
+    return compileChars(parseCharText(kChars));
+}
+std::vector<uint8_t> wordBytes() {
+    return compileWords(parseWordText(kWords));
+}
+std::vector<uint8_t> ruleBytes() {
+    return compileRules(parseRuleText(kRules));
+}
 
 std::shared_ptr<const Dictionaries> dictionaries() {
     return std::make_shared<const Dictionaries>(charBytes(), wordBytes(), ruleBytes());
@@ -70,7 +76,8 @@ TempDir::~TempDir() {
 std::string TempDir::write(const std::string& name, const std::vector<uint8_t>& bytes) const {
     const std::string file = path_ + "/" + name;
     std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
     return file;
 }
 
@@ -80,7 +87,11 @@ void TempDir::writeTinyDictionaries() const {
     write("secrule.dic", ruleBytes());
 }
 
-std::u16string u16(const char* utf8) { return toUtf16(utf8); }
-std::string u8(const std::u16string& utf16) { return toUtf8(utf16); }
+std::u16string u16(const char* utf8) {
+    return toUtf16(utf8);
+}
+std::string u8(const std::u16string& utf16) {
+    return toUtf8(utf16);
+}
 
 }  // namespace tiny

@@ -33,8 +33,8 @@ uint64_t fingerprint(const std::vector<uint8_t>& bytes) {
 // the separate readings are written; costs over the whole range, ties included.
 std::vector<WordEntry> generatedWords() {
     static const char16_t* const kSyllables[] = {u"yín", u"háng", u"zhǎng", u"hái", u"shì",
-                                                 u"jué", u"de", u"nǐ", u"hǎo", u"dōu",
-                                                 u"děi", u"xíng", u"guó", u"ma", u"lǜ"};
+                                                 u"jué", u"de",   u"nǐ",    u"hǎo", u"dōu",
+                                                 u"děi", u"xíng", u"guó",   u"ma",  u"lǜ"};
     std::mt19937 random(20261124u);  // the engine's sequence is fixed by the standard
     std::set<std::u16string> seen;
     std::vector<WordEntry> words;

@@ -5,9 +5,9 @@
 
 #include <QFile>
 
+#include "identityfixture.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
-#include "identityfixture.h"
 #include "minihost/nvo/registry.h"
 #include "nvo/platform.h"
 #include "ribbonfixture.h"

@@ -2,9 +2,9 @@
 #include "studioicons.h"
 
 #include <QPainter>
-#include <algorithm>
 #include <QPainterPath>
 #include <QPixmap>
+#include <algorithm>
 
 namespace {
 

@@ -285,8 +285,8 @@ void StudioWindow::chooseFileToOpen() {
 
 void StudioWindow::chooseFileToSaveAs() {
     if (!m_deck) return;
-    QString path =
-        QFileDialog::getSaveFileName(this, tr("Save the Deck As"), m_path, tr("Presentations (*.pptx)"));
+    QString path = QFileDialog::getSaveFileName(this, tr("Save the Deck As"), m_path,
+                                                tr("Presentations (*.pptx)"));
     if (path.isEmpty()) return;
     if (!path.endsWith(QLatin1String(".pptx"), Qt::CaseInsensitive)) path += QLatin1String(".pptx");
     saveTo(path);
@@ -295,7 +295,8 @@ void StudioWindow::chooseFileToSaveAs() {
 bool StudioWindow::runCommand(const QString& action) {
     if (!m_entry) {
         showError(tr("The pinyin add-on could not be loaded, so its commands are not available."
-                     "\n\n%1").arg(m_module.errorString()));
+                     "\n\n%1")
+                      .arg(m_module.errorString()));
         return false;
     }
     // Without the tagging library or its dictionaries the add-on could only open its guide or say
@@ -319,8 +320,8 @@ void StudioWindow::insertTextBox() {
     // In the middle of the slide, where a person looks first; the user drags it from there.
     const QSizeF slide = m_deck->slideSize();
     const QSizeF size(slide.width() / 3, slide.height() / 9);
-    const QRectF box(QPointF((slide.width() - size.width()) / 2, (slide.height() - size.height()) / 2),
-                     size);
+    const QRectF box(
+        QPointF((slide.width() - size.width()) / 2, (slide.height() - size.height()) / 2), size);
     if (!::insertTextBox(*m_deck, minihost::hostApplication()->coreApplication(), box,
                          tr("insert text box")))
         return;
@@ -368,8 +369,9 @@ void StudioWindow::deckChanged() {
     m_saveAsAction->setEnabled(open);
     m_nextSlideAction->setEnabled(open && m_deck->currentSlide() < m_deck->slideCount());
     m_previousSlideAction->setEnabled(open && m_deck->currentSlide() > 1);
-    m_slideLabel->setText(open ? tr("Slide %1 of %2").arg(m_deck->currentSlide()).arg(m_deck->slideCount())
-                               : tr("Open a deck with File > Open, or drop one here."));
+    m_slideLabel->setText(
+        open ? tr("Slide %1 of %2").arg(m_deck->currentSlide()).arg(m_deck->slideCount())
+             : tr("Open a deck with File > Open, or drop one here."));
     setWindowFilePath(m_path);
     setWindowTitle(open ? tr("%1[*] - zphonetic-studio").arg(QFileInfo(m_path).fileName())
                         : QStringLiteral("zphonetic-studio"));

@@ -26,9 +26,8 @@ int insertTextBox(minihost::Deck& deck, IZApplication* application, const QRectF
     Held<IUnknown> added;
     Held<slxoldapi::Shape> shape;
     if (FAILED(deck.view()->get_Shapes(&shapes.object)) || !shapes.object ||
-        FAILED(shapes.object->AddTextbox(1, float(box.left()), float(box.top()),
-                                         float(box.width()), float(box.height()),
-                                         &added.object)) ||
+        FAILED(shapes.object->AddTextbox(1, float(box.left()), float(box.top()), float(box.width()),
+                                         float(box.height()), &added.object)) ||
         !added.object ||
         FAILED(added.object->QueryInterface(slxoldapi::IID_Shape,
                                             reinterpret_cast<void**>(&shape.object))) ||

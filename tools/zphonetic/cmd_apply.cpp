@@ -19,7 +19,8 @@ namespace {
 
 void printHelp() {
     std::printf(
-        "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N\n"
+        "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket "
+        "N\n"
         "                       [--pick INDEX=READING]... [--place WHERE]\n\n"
         "Selects text on a slide of DECK (default: slide 1, every shape with text, or the whole\n"
         "text of the only one), runs the pinyin dialog's command and confirms it as its page\n"
@@ -93,7 +94,8 @@ int parseArguments(const QStringList& arguments, Options* options) {
         } else if (argument == QLatin1String("--place")) {
             const QString value = arguments.at(++i);
             if (!parsePlacement(value, &options->place))
-                return reportError(argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
+                return reportError(
+                    argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
         } else if (options->input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
             options->input = argument;
         } else {
@@ -102,12 +104,14 @@ int parseArguments(const QStringList& arguments, Options* options) {
     }
     if (options->input.isEmpty())
         return reportError(QStringLiteral("apply"), QStringLiteral("needs a DECK"));
-    if (options->output.isEmpty()) return reportError(options->input, QStringLiteral("needs -o OUT"));
+    if (options->output.isEmpty())
+        return reportError(options->input, QStringLiteral("needs -o OUT"));
     if (!haveStyle || !haveBracket)
         return reportError(options->input, QStringLiteral("needs --style N and --bracket N"));
     if (options->place != Placement::Addon && options->style != 3)
-        return reportError(QStringLiteral("--place"),
-                           QStringLiteral("moves the readings' own text box: give it with --style 3"));
+        return reportError(
+            QStringLiteral("--place"),
+            QStringLiteral("moves the readings' own text box: give it with --style 3"));
     return 0;
 }
 
@@ -174,7 +178,8 @@ int runApply(const QStringList& arguments) {
     const int source = dialogSource(deck);
     if (const int status = answerDialog(host.addon(), options)) return status;
     if (deck.undoSteps().size() == steps)
-        return reportError(options.input, QStringLiteral("the dialog wrote no readings: nothing written"));
+        return reportError(options.input,
+                           QStringLiteral("the dialog wrote no readings: nothing written"));
     if (options.place != Placement::Addon) {
         const QList<MadeBox> made = madeBoxes(deck, before, source);
         if (made.size() != 1 || !made.first().source)

@@ -19,7 +19,8 @@ void printHelp() {
     std::printf(
         "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n"
         "       zphonetic onekey DECK -o OUT --all-slides [--place WHERE]\n\n"
-        "Opens DECK, selects text on a slide as a user would, runs the add-on's \"PhoneticOneKey\"\n"
+        "Opens DECK, selects text on a slide as a user would, runs the add-on's "
+        "\"PhoneticOneKey\"\n"
         "command (one new text box with the pinyin of each selected text, at 400, 250 pt) and\n"
         "writes the deck to OUT. DECK itself is never changed; OUT must be another file.\n\n"
         "  -o, --output OUT  where to write the deck (written whole, then renamed into place)\n"
@@ -52,11 +53,10 @@ bool parseNumber(const QString& text, int* value) {
 int parseArguments(const QStringList& arguments, Options* options) {
     for (int i = 0; i < arguments.size(); ++i) {
         const QString& argument = arguments.at(i);
-        const bool takesValue = argument == QLatin1String("-o") ||
-                                argument == QLatin1String("--output") ||
-                                argument == QLatin1String("--slide") ||
-                                argument == QLatin1String("--select") ||
-                                argument == QLatin1String("--place");
+        const bool takesValue =
+            argument == QLatin1String("-o") || argument == QLatin1String("--output") ||
+            argument == QLatin1String("--slide") || argument == QLatin1String("--select") ||
+            argument == QLatin1String("--place");
         if (takesValue && i + 1 >= arguments.size())
             return reportError(argument, QStringLiteral("needs a value"));
         if (argument == QLatin1String("-o") || argument == QLatin1String("--output")) {
@@ -64,33 +64,41 @@ int parseArguments(const QStringList& arguments, Options* options) {
         } else if (argument == QLatin1String("--slide")) {
             const QString value = arguments.at(++i);
             if (!parseNumber(value, &options->slide) || options->slide < 1)
-                return reportError(argument, QStringLiteral("\"%1\" is not a slide number (1, 2, ...)").arg(value));
+                return reportError(
+                    argument,
+                    QStringLiteral("\"%1\" is not a slide number (1, 2, ...)").arg(value));
         } else if (argument == QLatin1String("--select")) {
             options->select = arguments.at(++i);
         } else if (argument == QLatin1String("--place")) {
             const QString value = arguments.at(++i);
             if (!parsePlacement(value, &options->place))
-                return reportError(argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
+                return reportError(
+                    argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
         } else if (argument == QLatin1String("--all-slides")) {
             options->allSlides = true;
         } else if (options->deck.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
             options->deck = argument;
         } else {
-            return reportError(argument, QStringLiteral("unexpected argument (see zphonetic onekey --help)"));
+            return reportError(argument,
+                               QStringLiteral("unexpected argument (see zphonetic onekey --help)"));
         }
     }
-    if (options->deck.isEmpty()) return reportError(QStringLiteral("onekey"), QStringLiteral("needs a DECK"));
+    if (options->deck.isEmpty())
+        return reportError(QStringLiteral("onekey"), QStringLiteral("needs a DECK"));
     if (options->output.isEmpty())
         return reportError(options->deck, QStringLiteral("needs an output file: -o OUT"));
     if (options->allSlides && (options->slide || !options->select.isEmpty()))
-        return reportError(QStringLiteral("--all-slides"), QStringLiteral("works on every slide: give no --slide or --select with it"));
+        return reportError(
+            QStringLiteral("--all-slides"),
+            QStringLiteral("works on every slide: give no --slide or --select with it"));
     return 0;
 }
 
 bool sameFile(const QString& a, const QString& b) {
     const QFileInfo first(a);
     const QFileInfo second(b);
-    if (first.exists() && second.exists()) return first.canonicalFilePath() == second.canonicalFilePath();
+    if (first.exists() && second.exists())
+        return first.canonicalFilePath() == second.canonicalFilePath();
     return first.absoluteFilePath() == second.absoluteFilePath();
 }
 
@@ -158,8 +166,9 @@ public:
     QString place(QList<MadeBox>& made, const QList<int>& sources) {
         if (m_place == Placement::Addon || made.isEmpty()) return QString();
         if (made.size() != sources.size())
-            return QStringLiteral("%1 new text boxes for %2 Chinese texts on slide %3: which box "
-                                  "belongs to which text is unclear")
+            return QStringLiteral(
+                       "%1 new text boxes for %2 Chinese texts on slide %3: which box "
+                       "belongs to which text is unclear")
                 .arg(made.size())
                 .arg(sources.size())
                 .arg(m_host.deck().currentSlide());
@@ -172,8 +181,9 @@ public:
     bool leaked() const { return m_leaked; }
     // Why nothing was written when no box was made.
     QString nothingWritten() const {
-        return m_chineseSelections ? QStringLiteral("the add-on wrote no readings: nothing written")
-                                   : QStringLiteral("the selection has no Chinese text: nothing written");
+        return m_chineseSelections
+                   ? QStringLiteral("the add-on wrote no readings: nothing written")
+                   : QStringLiteral("the selection has no Chinese text: nothing written");
     }
 
 private:
@@ -236,9 +246,11 @@ int runOneKey(const QStringList& arguments) {
     Options options;
     if (const int status = parseArguments(arguments, &options)) return status;
     if (sameFile(options.deck, options.output))
-        return reportError(options.output, QStringLiteral("is the input deck: write the result to another file"));
+        return reportError(options.output,
+                           QStringLiteral("is the input deck: write the result to another file"));
 
     DeckHost host;
-    if (const int status = host.open(options.deck, options.slide ? options.slide : 1)) return status;
+    if (const int status = host.open(options.deck, options.slide ? options.slide : 1))
+        return status;
     return runCommands(host, options);
 }

@@ -25,20 +25,24 @@ QString visible(const QString& text) {
     return out;
 }
 
-QString number(double value) { return QString::number(value, 'g', 6); }
+QString number(double value) {
+    return QString::number(value, 'g', 6);
+}
 
 }  // namespace
 
 int runShow(const QStringList& args) {
     if (args.size() == 1 && args.first() == QLatin1String("--help")) {
-        std::printf("Usage: zphonetic show DECK\n\n"
-                    "Lists every slide of DECK with its shapes: the id that selects a shape, its\n"
-                    "kind, name and box in points, its text (paragraph breaks shown as \\r, line\n"
-                    "breaks as \\v, so positions can be counted off) and the format of its first\n"
-                    "character.\n");
+        std::printf(
+            "Usage: zphonetic show DECK\n\n"
+            "Lists every slide of DECK with its shapes: the id that selects a shape, its\n"
+            "kind, name and box in points, its text (paragraph breaks shown as \\r, line\n"
+            "breaks as \\v, so positions can be counted off) and the format of its first\n"
+            "character.\n");
         return 0;
     }
-    if (args.size() != 1) return reportError(QStringLiteral("show"), QStringLiteral("usage: zphonetic show DECK"));
+    if (args.size() != 1)
+        return reportError(QStringLiteral("show"), QStringLiteral("usage: zphonetic show DECK"));
     QString error;
     const std::unique_ptr<minihost::Deck> deck = minihost::Deck::loadFile(args.first(), &error);
     if (!deck) return reportFileError(args.first(), error);
@@ -56,9 +60,8 @@ int runShow(const QStringList& args) {
             if (shape.box.isNull())
                 out << ", placed by its layout";
             else
-                out << " at " << number(shape.box.left()) << ", " << number(shape.box.top())
-                    << ", " << number(shape.box.width()) << " x " << number(shape.box.height())
-                    << " pt";
+                out << " at " << number(shape.box.left()) << ", " << number(shape.box.top()) << ", "
+                    << number(shape.box.width()) << " x " << number(shape.box.height()) << " pt";
             if (shape.followsText) out << ", follows its text";
             out << '\n';
             if (!shape.hasTextFrame) continue;

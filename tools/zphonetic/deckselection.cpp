@@ -55,7 +55,9 @@ QString selectDefault(minihost::Deck& deck, DefaultSelection fallback) {
     if (fallback == DefaultSelection::TextOfALoneShape && withText.size() == 1) {
         const int id = withText.first();
         if (deck.selectText(id, 0, deck.text(slide, id).size())) return {};
-        return QStringLiteral("the text of shape %1 on slide %2 cannot be selected").arg(id).arg(slide);
+        return QStringLiteral("the text of shape %1 on slide %2 cannot be selected")
+            .arg(id)
+            .arg(slide);
     }
     if (deck.selectShapes(withText)) return {};
     return QStringLiteral("the shapes with text on slide %1 cannot be selected").arg(slide);
@@ -69,20 +71,31 @@ QString selectOnDeck(minihost::Deck& deck, const QString& wanted, DefaultSelecti
     const QList<minihost::ShapeInfo> shapes = deck.shapes(slide);
     Selection selection;
     if (!parseSelection(wanted, &selection))
-        return QStringLiteral("--select \"%1\" is neither shape ids (3,5) nor a run of text (3:2+4)").arg(wanted);
+        return QStringLiteral(
+                   "--select \"%1\" is neither shape ids (3,5) nor a run of text (3:2+4)")
+            .arg(wanted);
     for (int id : selection.shapes) {
-        auto found = std::find_if(shapes.cbegin(), shapes.cend(),
-                                  [id](const minihost::ShapeInfo& shape) { return shape.id == id; });
-        if (found == shapes.cend()) return QStringLiteral("slide %1 has no shape %2").arg(slide).arg(id);
+        auto found =
+            std::find_if(shapes.cbegin(), shapes.cend(),
+                         [id](const minihost::ShapeInfo& shape) { return shape.id == id; });
+        if (found == shapes.cend())
+            return QStringLiteral("slide %1 has no shape %2").arg(slide).arg(id);
         if (!found->hasTextFrame || (!selection.textRun && found->text.isEmpty()))
             return QStringLiteral("shape %1 on slide %2 holds no text").arg(id).arg(slide);
         if (selection.textRun && selection.start + qint64(selection.length) > found->text.size())
             return QStringLiteral("shape %1 on slide %2 has %3 units of text: %4+%5 is outside it")
-                .arg(id).arg(slide).arg(found->text.size()).arg(selection.start).arg(selection.length);
+                .arg(id)
+                .arg(slide)
+                .arg(found->text.size())
+                .arg(selection.start)
+                .arg(selection.length);
     }
-    const bool selected = selection.textRun
-                              ? deck.selectText(selection.shapes.first(), selection.start, selection.length)
-                              : deck.selectShapes(selection.shapes);
-    if (!selected) return QStringLiteral("the shapes %1 on slide %2 cannot be selected").arg(wanted).arg(slide);
+    const bool selected = selection.textRun ? deck.selectText(selection.shapes.first(),
+                                                              selection.start, selection.length)
+                                            : deck.selectShapes(selection.shapes);
+    if (!selected)
+        return QStringLiteral("the shapes %1 on slide %2 cannot be selected")
+            .arg(wanted)
+            .arg(slide);
     return {};
 }

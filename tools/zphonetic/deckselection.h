@@ -22,6 +22,6 @@ extern const char kSelectHelp[];
 
 // Selects what `wanted` names on the deck's current slide: "3,5,7" the whole shapes with these ids
 // (as 'zphonetic show' lists them), "3:2+4" a run of text in shape 3, 4 UTF-16 units from unit 2
-// (from 0; "3:2+0" is a bare cursor). An empty `wanted` selects as `fallback` says. Returns an empty
-// string, or what is wrong, e.g. "slide 1 has no shape 99".
+// (from 0; "3:2+0" is a bare cursor). An empty `wanted` selects as `fallback` says. Returns an
+// empty string, or what is wrong, e.g. "slide 1 has no shape 99".
 QString selectOnDeck(minihost::Deck& deck, const QString& wanted, DefaultSelection fallback);

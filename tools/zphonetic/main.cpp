@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // zphonetic: runs the pinyin add-on from the command line, loaded exactly as a host loads it.
+#include <unistd.h>
 #include <QDir>
 #include <QFile>
 #include <QStringList>
-#include <unistd.h>
 #include <cstdio>
 #include <cstring>
 
@@ -32,7 +32,9 @@ const Subcommand kSubcommands[] = {
     {"readings", "readings TEXT [--json]",
      "what the pinyin dialog shows for TEXT: each character, its reading in context, its readings",
      runReadings},
-    {"apply", "apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick I=READING]...",
+    {"apply",
+     "apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick "
+     "I=READING]...",
      "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
      runApply},
     {"onekey", "onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides]",

@@ -14,17 +14,20 @@ const char kPlaceHelp[] =
     "                    shape and inside the slide (one more undo step)\n";
 
 bool parsePlacement(const QString& value, Placement* placement) {
-    if (value == QLatin1String("addon")) *placement = Placement::Addon;
-    else if (value == QLatin1String("below")) *placement = Placement::Below;
-    else if (value == QLatin1String("above")) *placement = Placement::Above;
-    else return false;
+    if (value == QLatin1String("addon"))
+        *placement = Placement::Addon;
+    else if (value == QLatin1String("below"))
+        *placement = Placement::Below;
+    else if (value == QLatin1String("above"))
+        *placement = Placement::Above;
+    else
+        return false;
     return true;
 }
 
 bool containsChinese(const QString& text) {
-    return std::any_of(text.cbegin(), text.cend(), [](QChar c) {
-        return c.unicode() >= 0x4E00 && c.unicode() <= 0x9FA5;
-    });
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar c) { return c.unicode() >= 0x4E00 && c.unicode() <= 0x9FA5; });
 }
 
 namespace {
@@ -51,10 +54,12 @@ QString placeOne(minihost::Deck& deck, int slide, const MadeBox& made, const QRe
     // The width first: the box takes the height its readings need at that width.
     const QRectF before = boxOf(deck, slide, made.box);
     if (!deck.setShapeBox(slide, made.box, QRectF(left, before.top(), width, before.height())))
-        return QStringLiteral("new text box %1 on slide %2 cannot be moved").arg(made.box).arg(slide);
+        return QStringLiteral("new text box %1 on slide %2 cannot be moved")
+            .arg(made.box)
+            .arg(slide);
     const double height = boxOf(deck, slide, made.box).height();
-    QRectF box(left, placement == Placement::Below ? source.bottom() : source.top() - height,
-               width, height);
+    QRectF box(left, placement == Placement::Below ? source.bottom() : source.top() - height, width,
+               height);
     while (const QRectF* other = covered(placed, box))
         box.moveTop(placement == Placement::Below ? other->bottom() : other->top() - height);
     if (box.top() < 0 || box.bottom() > page.height())

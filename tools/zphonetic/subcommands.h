@@ -15,7 +15,8 @@ int runTrigger(const QStringList& arguments);
 int runShow(const QStringList& arguments);
 // zphonetic readings TEXT [--json]
 int runReadings(const QStringList& arguments);
-// zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick I=READING]...
+// zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick
+// I=READING]...
 int runApply(const QStringList& arguments);
 // zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides]
 int runOneKey(const QStringList& arguments);

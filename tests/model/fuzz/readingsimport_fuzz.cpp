@@ -18,7 +18,8 @@ void check(bool condition) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size));
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<int>(size));
     QMap<QString, QVariant> arguments;
     arguments.insert(QStringLiteral("styleType"), QStringLiteral("2"));
     arguments.insert(QStringLiteral("phonetic"), text);

@@ -19,14 +19,16 @@ void check(bool condition) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
     QString error;
-    std::unique_ptr<minihost::Deck> deck = minihost::Deck::load(bytes, QStringLiteral("fuzz.pptx"), &error);
+    std::unique_ptr<minihost::Deck> deck =
+        minihost::Deck::load(bytes, QStringLiteral("fuzz.pptx"), &error);
     if (!deck) {
         check(!error.isEmpty());
         return 0;
     }
     const QByteArray written = deck->toBytes(&error);
     check(!written.isEmpty());
-    std::unique_ptr<minihost::Deck> again = minihost::Deck::load(written, QStringLiteral("again.pptx"), &error);
+    std::unique_ptr<minihost::Deck> again =
+        minihost::Deck::load(written, QStringLiteral("again.pptx"), &error);
     check(again != nullptr);
     check(again->slideCount() == deck->slideCount());
     for (int slide = 1; slide <= deck->slideCount(); ++slide) {

@@ -61,7 +61,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     int id = 0;
     const QByteArray& bytes = original(&id);
     QString error;
-    std::unique_ptr<minihost::Deck> deck = minihost::Deck::load(bytes, QStringLiteral("fuzz.pptx"), &error);
+    std::unique_ptr<minihost::Deck> deck =
+        minihost::Deck::load(bytes, QStringLiteral("fuzz.pptx"), &error);
     check(deck != nullptr);
     QString model = kStart;
     std::vector<QString> done, undone;  // the model's states, as the deck's undo steps hold them

@@ -210,7 +210,8 @@ TEST_F(SlideViewTest, TypingDeletingAndPastingAreUndoSteps) {
     for (int i = 0; i < 5; ++i) ASSERT_TRUE(deck->undo());
     EXPECT_EQ(deck->text(1, kBody).left(kLine1.size()), kLine1);
     view.refresh();
-    EXPECT_TRUE(deck->editedParts().isEmpty());  // every edit undone: the slide is written as stored
+    EXPECT_TRUE(
+        deck->editedParts().isEmpty());  // every edit undone: the slide is written as stored
 }
 
 TEST_F(SlideViewTest, SelectedTextIsReplacedByWhatIsTypedEnterSplitsTheParagraph) {

@@ -29,7 +29,8 @@ std::uint32_t u32(const std::uint8_t* p) {
 }
 
 void putLe(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint64_t value) {
-    for (int i = 0; i < 8 && at + i < bytes.size(); ++i) bytes[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
+    for (int i = 0; i < 8 && at + i < bytes.size(); ++i)
+        bytes[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
 struct Files {
@@ -47,7 +48,8 @@ Files& files() {
     return instance;
 }
 
-const char16_t* const kTexts[] = {u"银行行长还钱", u"一个大桥", u"好", u"行", u"长江大桥不是市长", u"A1ア𠮷还"};
+const char16_t* const kTexts[] = {u"银行行长还钱", u"一个大桥",         u"好",
+                                  u"行",           u"长江大桥不是市长", u"A1ア𠮷还"};
 
 }  // namespace
 
@@ -73,7 +75,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::size_t payload = bytes.size() - zphonetic::tagger::kHeaderSize;
             if (data[0] & 8) putLe(bytes, 16, payload);
             if (data[0] & 4)
-                putLe(bytes, 24, zphonetic::tagger::checksum(bytes.data() + zphonetic::tagger::kHeaderSize, payload));
+                putLe(bytes, 24,
+                      zphonetic::tagger::checksum(bytes.data() + zphonetic::tagger::kHeaderSize,
+                                                  payload));
         }
         f.dir.write(f.names[which], bytes);
     }
