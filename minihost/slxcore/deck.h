@@ -26,9 +26,11 @@
 #include <QStringList>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "hostexport.h"
 #include "minihost/slxcore/slidedrawing.h"
+#include "minihost/slxcore/textlayout.h"
 #include "slxcore/slxoldapi.h"
 
 namespace minihost {
@@ -91,6 +93,11 @@ public:
     // What slide `slide` shows, for drawing it (see slidedrawing.h); empty for a slide that
     // does not exist.
     SlideDrawing drawing(int slide) const;
+    // The text of shape `shapeId` on `slide` laid out as drawing(slide) draws it (see
+    // textlayout.h): where its lines break and each character sits, for placing things over it.
+    // Nothing for an unknown slide or shape, a shape without a text frame, or one whose place is
+    // not known.
+    std::optional<TextLayout> textLayout(int slide, int shapeId) const;
 
     // A person's edits on the current slide, each one undo step named as given below. False
     // (and nothing changed, no step) for an unknown shape or a shape the edit cannot apply to.

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/transaction_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
@@ -236,7 +237,18 @@ void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserte
 
 void DeckCore::fit(int slide, int id) const {
     const ShapeNode node = shape(slide, id);
-    if (node.element) fitToText(node, styles);
+    if (!node.element || !followsText(textBodyOf(node.element))) return;
+    const DrawnShape drawn = drawnShapeOf(*this, slide, node);
+    if (!drawn.boxKnown) return;
+    // The box its text needs, as it is drawn: taller (or, not wrapping, wider), grown away from
+    // where its text is anchored.
+    const QRectF box = TextLayout(drawn).box();
+    // A placeholder that inherited its place gets one of its own.
+    const bool own = geometry(node).known;
+    setHeight(node, static_cast<float>(box.height()));
+    if (!drawn.text.wrap || !own) setWidth(node, static_cast<float>(box.width()));
+    if (box.topLeft() != drawn.box.topLeft() || !own)
+        setPosition(node, static_cast<float>(box.left()), static_cast<float>(box.top()));
 }
 
 std::vector<int> DeckCore::selectedShapeIds() const {
