@@ -170,20 +170,29 @@ std::string DeckCore::relatedPart(const std::string& sourcePart, const std::stri
 
 const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart, const char* type,
                                                     std::string* partName) const {
-    const std::string suffix = std::string("/") + type;
-    for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
-        if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
-        const std::string part = resolveTarget(*package, sourcePart, rel.target);
-        if (partName) *partName = part;
-        auto& doc = templates[part];
-        if (!doc) {
-            auto parsed = std::make_unique<pugi::xml_document>();
-            package->parse(part, *parsed);
-            doc = std::move(parsed);
+    // Relationships never change here (the host adds no parts): each is read once.
+    const std::string key = sourcePart + '\n' + type;
+    auto related = relatedParts.find(key);
+    if (related == relatedParts.end()) {
+        const std::string suffix = std::string("/") + type;
+        std::string target;
+        for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
+            if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
+            target = resolveTarget(*package, sourcePart, rel.target);
+            break;
         }
-        return doc.get();
+        related = relatedParts.emplace(key, target).first;
     }
-    return nullptr;
+    const std::string& part = related->second;
+    if (part.empty()) return nullptr;
+    if (partName) *partName = part;
+    auto& doc = templates[part];
+    if (!doc) {
+        auto parsed = std::make_unique<pugi::xml_document>();
+        package->parse(part, *parsed);
+        doc = std::move(parsed);
+    }
+    return doc.get();
 }
 
 bool DeckCore::changed(int slide, const std::string& xml) const {

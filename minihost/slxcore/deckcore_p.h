@@ -107,8 +107,10 @@ public:
     std::vector<std::weak_ptr<RangeState>> ranges;
     std::vector<UndoStep> done, undone;
     QStringList journal;
-    // Layouts and masters read by relatedDocument, by part name.
+    // Layouts and masters read by relatedDocument, by part name, and the parts it found, by
+    // source part and type ("" for none).
     mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
+    mutable std::map<std::string, std::string> relatedParts;
 };
 
 // Records the slide's state for undo around one edit made outside any open step, which then is
