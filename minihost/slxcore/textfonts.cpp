@@ -56,7 +56,8 @@ QString eastAsianFamily(const QString& family) {
     return *it;
 }
 
-// A font file's face for HarfBuzz, over copies of its tables read once.
+// A font file's face for HarfBuzz, over copies of its tables read once, and a font of it whose
+// positions are in font units.
 class Face {
 public:
     // Reads the tables shaping needs now: the face outlives the raw fonts it was made from.
@@ -65,12 +66,19 @@ public:
              {"cmap", "GSUB", "GPOS", "GDEF", "hmtx", "hhea", "maxp", "head", "OS/2", "kern"})
             m_tables.emplace(HB_TAG(tag[0], tag[1], tag[2], tag[3]), font.fontTable(tag));
         m_face = hb_face_create_for_tables(&Face::table, this, nullptr);
-        hb_face_set_upem(m_face, static_cast<unsigned>(font.unitsPerEm()));
+        m_upem = std::max(1, static_cast<int>(font.unitsPerEm()));
+        hb_face_set_upem(m_face, static_cast<unsigned>(m_upem));
+        m_font = hb_font_create(m_face);
+        hb_font_set_scale(m_font, m_upem, m_upem);
     }
-    ~Face() { hb_face_destroy(m_face); }
+    ~Face() {
+        hb_font_destroy(m_font);
+        hb_face_destroy(m_face);
+    }
     Face(const Face&) = delete;
     Face& operator=(const Face&) = delete;
-    hb_face_t* face() const { return m_face; }
+    hb_font_t* font() const { return m_font; }
+    int unitsPerEm() const { return m_upem; }
 
 private:
     static hb_blob_t* table(hb_face_t*, hb_tag_t tag, void* user) {
@@ -82,6 +90,8 @@ private:
     }
     std::map<hb_tag_t, QByteArray> m_tables;
     hb_face_t* m_face = nullptr;
+    hb_font_t* m_font = nullptr;
+    int m_upem = 1000;
 };
 
 // The HarfBuzz face of a raw font, made once per face of a font file.
@@ -95,27 +105,28 @@ const Face& faceOf(const QRawFont& font) {
     return *face;
 }
 
-// East Asian text shaped as Chinese text: with the language set, the font's Chinese forms are
-// used (a full-width dash, full-width quotes), as LibreOffice shapes text it knows is Chinese.
-// False when the font lacks a glyph: then the text is drawn as the system draws it.
-bool shapeAsChinese(const QString& text, const QFont& font, ShapedText& shaped) {
-    const QRawFont raw = QRawFont::fromFont(font, QFontDatabase::SimplifiedChinese);
+// Shapes text as LibreOffice does, with HarfBuzz told its language: East Asian text as Chinese,
+// so that the font's Chinese forms are used (a full-width dash, full-width quotes), Latin text as
+// English. False when the font lacks a glyph for it: then the system shapes it, falling back to
+// other fonts as it draws it.
+bool shapeWithLanguage(const QString& text, const QFont& font, Script script, ShapedText& shaped) {
+    const bool eastAsian = script == Script::EastAsian;
+    const QRawFont raw =
+        QRawFont::fromFont(font, eastAsian ? QFontDatabase::SimplifiedChinese : QFontDatabase::Any);
     if (!raw.isValid()) return false;
-    hb_font_t* hbFont = hb_font_create(faceOf(raw).face());
-    const int upem = static_cast<int>(raw.unitsPerEm());
-    hb_font_set_scale(hbFont, upem, upem);
+    const Face& face = faceOf(raw);
     hb_buffer_t* buffer = hb_buffer_create();
     hb_buffer_add_utf16(buffer, reinterpret_cast<const uint16_t*>(text.utf16()),
                         static_cast<int>(text.size()), 0, static_cast<int>(text.size()));
-    hb_buffer_set_language(buffer, hb_language_from_string("zh-cn", -1));
+    hb_buffer_set_language(buffer, hb_language_from_string(eastAsian ? "zh-cn" : "en", -1));
     hb_buffer_guess_segment_properties(buffer);
     hb_buffer_set_direction(buffer, HB_DIRECTION_LTR);
-    hb_shape(hbFont, buffer, nullptr, 0);
+    hb_shape(face.font(), buffer, nullptr, 0);
     unsigned count = 0;
     const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
     const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
     // Points per font unit: the font is kUnits pixels per point.
-    const double scale = font.pixelSize() / kUnits / upem;
+    const double scale = font.pixelSize() / kUnits / face.unitsPerEm();
     const double spacing =
         font.letterSpacingType() == QFont::AbsoluteSpacing ? font.letterSpacing() / kUnits : 0.0;
     const int n = static_cast<int>(text.size());
@@ -138,7 +149,6 @@ bool shapeAsChinese(const QString& text, const QFont& font, ShapedText& shaped) 
         }
     }
     hb_buffer_destroy(buffer);
-    hb_font_destroy(hbFont);
     if (!complete) return false;
     shaped.rawFont = raw;
     shaped.offsets.assign(static_cast<std::size_t>(n) + 1, 0.0);
@@ -187,7 +197,7 @@ QFont fontFor(const TextFormat& format, Script script, double scale) {
 
 ShapedText shapeText(const QString& text, const QFont& font, Script script) {
     ShapedText shaped;
-    if (script == Script::EastAsian && shapeAsChinese(text, font, shaped)) return shaped;
+    if (shapeWithLanguage(text, font, script, shaped)) return shaped;
     shaped = ShapedText();
     shaped.offsets = systemOffsets(text, font);
     return shaped;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The fonts the text layout measures and draws with, and text shaped in them: a run's format in
-// one script at kUnits pixels per point of size; Latin text shaped as the system shapes it,
-// East Asian text shaped as Chinese (the glyph forms and widths Chinese typography uses, such as
-// full-width quotes and dashes, as LibreOffice shapes it).
+// one script at kUnits pixels per point of size, shaped with HarfBuzz as LibreOffice shapes it
+// (East Asian text as Chinese: the glyph forms and widths Chinese typography uses, such as
+// full-width quotes and dashes).
 #pragma once
 
 #include <QFont>
@@ -30,9 +30,10 @@ struct ShapedText {
     // whole advance (the character spacing after every character included). The second unit of a
     // pair is where the pair ends.
     std::vector<double> offsets;
-    // For East Asian text shaped as Chinese: the glyphs to draw from `rawFont`, each with the
-    // unit it belongs to and its x in points from the run's start. An invalid `rawFont`: the text
-    // is drawn as a string in its QFont, which shapes it as it was measured.
+    // The glyphs to draw from `rawFont`, each with the unit it belongs to and its x in points from
+    // the run's start. An invalid `rawFont` when the font lacks a glyph of the text: the text is
+    // then drawn as a string in its QFont, which shapes it as it was measured, other fonts
+    // standing in for the missing glyphs.
     QRawFont rawFont;
     std::vector<quint32> glyphs;
     std::vector<int> glyphUnits;

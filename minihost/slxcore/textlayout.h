@@ -23,7 +23,8 @@
 //     it (at a paragraph's start, of the text after it). East Asian text is drawn with the run's
 //     East Asian typeface, Latin text with its Latin typeface; a typeface that is not installed is
 //     replaced as the system replaces it (an East Asian one by the system's East Asian typeface).
-//     Advances are the fonts' own, with pair kerning.
+//     Text is shaped with HarfBuzz told its language, East Asian text as Chinese (full-width
+//     quotes and dashes), with pair kerning.
 //   - Where East Asian and Latin text meet on a line, 0.24 em of the character before the border
 //     is left between them.
 //   - Character spacing (TextFormat::characterSpacing) follows every character, the last of a

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Drawing a laid-out text: the selection's background, then each piece of text in its font and
-// colour at the place the layout gave it (East Asian text as the glyphs it was shaped into),
-// then the bullets.
+// colour at the place the layout gave it, as the glyphs it was shaped into, then the bullets.
+#include <QFontMetricsF>
 #include <QGlyphRun>
 #include <algorithm>
 
@@ -50,9 +50,18 @@ void TextLayout::drawPiece(QPainter& painter, const Piece& piece) const {
     glyphRun.setRawFont(run.rawFont);
     glyphRun.setGlyphIndexes(glyphs);
     glyphRun.setPositions(positions);
-    glyphRun.setUnderline(run.font.underline());
-    glyphRun.setStrikeOut(run.font.strikeOut());
     painter.drawGlyphRun(QPointF(), glyphRun);
+    if (!run.font.underline() && !run.font.strikeOut()) return;
+    // Lines under and through the piece, from its first character to its last one's advance.
+    const QFontMetricsF metrics(run.font);
+    const double width =
+        (m_places[static_cast<std::size_t>(piece.end - 1)].right - piece.x) * kUnits;
+    const double thickness = std::max(1.0, metrics.lineWidth());
+    const QColor colour = QColor::fromRgb(run.rgb);
+    if (run.font.underline())
+        painter.fillRect(QRectF(0, metrics.underlinePos(), width, thickness), colour);
+    if (run.font.strikeOut())
+        painter.fillRect(QRectF(0, -metrics.strikeOutPos(), width, thickness), colour);
 }
 
 void TextLayout::draw(QPainter& painter, int selStart, int selLength,

@@ -2,6 +2,9 @@
 #include "minihost/slxcore/textscripts_p.h"
 
 #include <QChar>
+#include <algorithm>
+#include <map>
+#include <string>
 
 #include "minihost/slxcore/textlayout.h"
 
@@ -47,11 +50,18 @@ const char16_t kNoStart[] =
 // Opening punctuation, and what else a line may not end with: currency signs before a number.
 const char16_t kNoEnd[] = u"([{£¥‘“〈《「『【〔〖〘〚〝︵︷︹︻︽︿﹁﹃﹙﹛﹝（［｛｟｢＄￡￥";
 
+// Whether `c` is in `list`, by a search of the list sorted once (every character of a paragraph
+// is looked up).
 bool listed(const char16_t* list, char32_t c) {
-    if (c > 0xFFFF) return false;
-    for (const char16_t* p = list; *p; ++p)
-        if (*p == c) return true;
-    return false;
+    static std::map<const char16_t*, std::u16string> sorted;  // the thread that lays text out only
+    auto it = sorted.find(list);
+    if (it == sorted.end()) {
+        std::u16string chars(list);
+        std::sort(chars.begin(), chars.end());
+        it = sorted.emplace(list, std::move(chars)).first;
+    }
+    return c <= 0xFFFF &&
+           std::binary_search(it->second.begin(), it->second.end(), static_cast<char16_t>(c));
 }
 
 // The character starting at unit `i` (a whole pair), or the lone unit.

@@ -7,7 +7,7 @@
 // be where LibreOffice puts them.
 //
 // Largest differences measured (LibreOffice 7.4.7, poppler 22.12, DejaVu and Noto CJK fonts):
-//   character centres  0.059 em   on the line mixing Latin text and digits with Chinese, at its
+//   character centres  0.060 em   on the line mixing Latin text and digits with Chinese, at its
 //                                 end; every other case within 0.021 em. LibreOffice's advances
 //                                 are whole pixels of 600 dpi (an ideograph of 28 pt advances 233
 //                                 pixels, 27.96 pt, not 28), so its long lines drift from exact

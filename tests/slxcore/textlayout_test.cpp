@@ -404,6 +404,37 @@ TEST(TextLayoutDrawing, DrawsItsTextAndTheSelectionWhereItsCharactersAre) {
     EXPECT_EQ(image.pixel(110, 51), qRgb(0xFF, 0xFF, 0xFF));
 }
 
+TEST(TextLayoutDrawing, UnderlinesRunUnderEveryCharacter) {
+    DrawnShape s = shape({paragraph(QStringLiteral("Underline 下划线"))}, 400);
+    auto drawn = [&](bool underline) {
+        s.text.paragraphs[0].runs[0].format.underline = underline;
+        QImage image(600, 200, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        TextLayout(s).draw(painter);
+        return image;
+    };
+    const QImage plain = drawn(false), underlined = drawn(true);
+    const TextLayout layout(s);
+    // Around the baseline (70): ink in every column of every character when underlined, and in
+    // fewer than half of them without.
+    auto inked = [](const QImage& image, int x) {
+        for (int y = 69; y <= 74; ++y)
+            if (qGray(image.pixel(x, y)) < 160) return true;
+        return false;
+    };
+    int columns = 0, plainInk = 0;
+    for (int pos = 0; pos < layout.length(); ++pos) {
+        const minihost::CharPlace place = layout.place(pos);
+        for (int x = static_cast<int>(place.left) + 1; x < static_cast<int>(place.right) - 1; ++x) {
+            ++columns;
+            plainInk += inked(plain, x) ? 1 : 0;
+            EXPECT_TRUE(inked(underlined, x)) << "no underline at x " << x;
+        }
+    }
+    EXPECT_LT(plainInk, columns / 2);
+}
+
 // ---- through a deck: what drawing resolves, the one-shape call, and the height fit
 
 std::unique_ptr<minihost::Deck> deckOf(const QByteArray& shapes) {
