@@ -16,8 +16,8 @@
 #include <fstream>
 #include <string>
 
-#include "addonsession.h"
 #include "dialogbridge.h"
+#include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/taggerreadings.h"
 #include "minihost/slxcore/deck.h"
@@ -41,7 +41,7 @@ int fail(const char* what) {
 
 // The dialog's round trip as the page makes it: the readings asked for, confirmed unchanged in
 // the layout `style` with brackets `bracket`.
-bool dialogRoundTrip(AddonSession& session, int style, int bracket) {
+bool dialogRoundTrip(minihost::AddonSession& session, int style, int bracket) {
     DialogBridge dialog;
     if (!dialog.open(session)) return false;
     QString reply;
@@ -73,7 +73,7 @@ int main(int argc, char** argv) {
     minihost::setActiveView(deck->view());
     int status = 0;
     {
-        AddonSession session;
+        minihost::AddonSession session;
         if (!session.open()) return fail(session.errorString().toUtf8().constData());
         long firstTenthKb = 0;
         QElapsedTimer timer;

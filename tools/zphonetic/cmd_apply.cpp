@@ -117,7 +117,7 @@ int parseArguments(const QStringList& arguments, Options* options) {
 
 // The page's part: asks the dialog for the readings, applies the picks and confirms with the
 // layout and brackets. Returns 0, or the exit status of the error it reported.
-int answerDialog(AddonSession& session, const Options& options) {
+int answerDialog(minihost::AddonSession& session, const Options& options) {
     DialogBridge dialog;
     if (!dialog.open(session)) return reportError(options.input, dialog.errorString());
     QString reply;
