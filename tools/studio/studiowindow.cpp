@@ -55,7 +55,7 @@ const PlacementChoice kPlacementChoices[] = {
 
 // The remembered placement, when it is one the menu offers; else the default.
 minihost::Placement rememberedPlacement() {
-    minihost::Placement placement;
+    minihost::Placement placement = kPlacementChoices[0].placement;
     if (minihost::parsePlacement(minihost::hostSetting(kPlacementKey).toString(), &placement))
         for (const PlacementChoice& choice : kPlacementChoices)
             if (choice.placement == placement) return placement;
