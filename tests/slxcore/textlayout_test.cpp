@@ -481,7 +481,7 @@ TEST(TextLayoutInADeck, AShapeThatFollowsItsTextIsWrittenWithTheHeightTheLayoutG
                    "<a:p><a:r><a:rPr lang=\"zh-CN\" sz=\"2000\"/><a:t>一</a:t></a:r></a:p>"));
     ASSERT_TRUE(deck);
     ASSERT_GT(
-        deck->replaceText(2, 1, 0, QStringLiteral("二三四五六七八九"), QStringLiteral("typing")),
+        deck->replaceText(1, 2, 1, 0, QStringLiteral("二三四五六七八九"), QStringLiteral("typing")),
         0);
     const QRectF placed = deck->placeOf(1, 2);
     const QRectF laidOut = deck->textLayout(1, 2)->box();

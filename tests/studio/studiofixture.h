@@ -19,6 +19,7 @@
 #include <memory>
 
 #include "minihost/nvo/hostcontrol.h"
+#include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"
 #include "slidescene.h"
 #include "slidethumbnails.h"
@@ -34,6 +35,8 @@ protected:
         minihost::setShowMessageBoxes(false);
         minihost::clearMessagesShown();
         minihost::clearUsageEvents();
+        // Where "Pinyin at Once" puts its boxes: as a new user finds it.
+        minihost::setHostSetting(QStringLiteral("studio/oneKeyPlacement"), QVariant());
         window = std::make_unique<StudioWindow>();
         window->resize(1200, 800);
         window->show();
