@@ -210,23 +210,23 @@ std::vector<Case> cases() {
              textBox(40, 40, 300, 400,
                      paragraph(twoLines, 24, indents) + paragraph(twoLines, 24, indents)))},
         {QStringLiteral("not wrapping, left-aligned, in a wider box"),
-         decktest::deckWithShapes(textBox(
-             40, 40, 880, 200,
-             paragraph(QStringLiteral("不换行的文字"), 24) +
-                 paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
-             "wrap=\"none\""))},
+         decktest::deckWithShapes(
+             textBox(40, 40, 880, 200,
+                     paragraph(QStringLiteral("不换行的文字"), 24) +
+                         paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
+                     "wrap=\"none\""))},
         {QStringLiteral("not wrapping, centred, in a wider box"),
-         decktest::deckWithShapes(textBox(
-             40, 40, 880, 200,
-             paragraph(QStringLiteral("不换行的文字"), 24, "<a:pPr algn=\"ctr\"/>") +
-                 paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
-             "wrap=\"none\""))},
+         decktest::deckWithShapes(
+             textBox(40, 40, 880, 200,
+                     paragraph(QStringLiteral("不换行的文字"), 24, "<a:pPr algn=\"ctr\"/>") +
+                         paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
+                     "wrap=\"none\""))},
         {QStringLiteral("not wrapping, right-aligned, in a wider box"),
-         decktest::deckWithShapes(textBox(
-             40, 40, 880, 200,
-             paragraph(QStringLiteral("不换行的文字"), 24, "<a:pPr algn=\"r\"/>") +
-                 paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
-             "wrap=\"none\""))},
+         decktest::deckWithShapes(
+             textBox(40, 40, 880, 200,
+                     paragraph(QStringLiteral("不换行的文字"), 24, "<a:pPr algn=\"r\"/>") +
+                         paragraph(QStringLiteral("第二段更长一些的不换行文字"), 24),
+                     "wrap=\"none\""))},
         {QStringLiteral("anchored at the bottom"),
          decktest::deckWithShapes(textBox(40, 40, 300, 300,
                                           paragraph(QStringLiteral("靠下对齐的文字，两行。"), 24),
