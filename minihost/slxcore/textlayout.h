@@ -77,8 +77,10 @@ namespace minihost {
 
 // Whether `c` is East Asian text: CJK ideographs (and their radicals, strokes and compatibility
 // forms), kana, Hangul, bopomofo, Yi, CJK symbols and punctuation, enclosed and compatibility
-// CJK characters, vertical forms, and full- and half-width forms. The one definition of the host:
-// the layout picks typefaces and line breaks by it, placement finds the characters to read by it.
+// CJK characters, vertical forms, and full- and half-width forms. The one definition of East
+// Asian text in the host: the layout picks typefaces, the space between scripts and line breaks
+// by it. (Which characters get a reading is narrower: the add-on's, see containsChinese in
+// placement.h.)
 // Example: 中, 。, （, Ａ (U+FF21), か and U+20BB7 are; A, ā, 1, “ and the space are not.
 ZHOST_API bool isEastAsian(char32_t c);
 
