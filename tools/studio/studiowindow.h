@@ -19,6 +19,7 @@
 #include "minihost/nvo/addonmodule.h"
 #include "nvo/ribbon.h"
 
+class MyReadingsWindow;
 class QAction;
 class QLabel;
 class QMenu;
@@ -66,6 +67,8 @@ public:
     QAction* phoneticSymbolAction() const { return m_symbolAction; }
     QAction* phoneticOneKeyAction() const { return m_oneKeyAction; }
     QAction* textBoxAction() const { return m_textBoxAction; }
+    // "My Readings..." (Pinyin menu): shows the window of the user's own readings.
+    QAction* myReadingsAction() const { return m_myReadingsAction; }
     QAction* undoAction() const { return m_undoAction; }
     QAction* redoAction() const { return m_redoAction; }
     QMenu* recentFilesMenu() const { return m_recentMenu; }
@@ -118,6 +121,8 @@ private:
     QAction* m_symbolAction = nullptr;
     QAction* m_oneKeyAction = nullptr;
     QAction* m_textBoxAction = nullptr;
+    QAction* m_myReadingsAction = nullptr;
+    QPointer<MyReadingsWindow> m_myReadings;
     QAction* m_nextSlideAction = nullptr;
     QAction* m_previousSlideAction = nullptr;
     QAction* m_aboutAction = nullptr;
