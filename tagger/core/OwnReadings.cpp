@@ -26,7 +26,7 @@ std::string note(const std::string& path, const LoadedReadings& loaded) {
 }  // namespace
 
 OwnReadings::OwnReadings(const ReadingsFile& file, Tones tones)
-    : tones_(tones), starts_(65536 / 64, 0) {
+    : tones_(tones), pairs_(0x10000 / 64), singles_(0x10000 / 64) {
     std::vector<const OwnWord*> sorted;
     for (const OwnWord& w : file.words()) sorted.push_back(&w);
     std::stable_sort(sorted.begin(), sorted.end(), [](const OwnWord* a, const OwnWord* b) {
@@ -36,17 +36,22 @@ OwnReadings::OwnReadings(const ReadingsFile& file, Tones tones)
     std::unordered_map<std::u16string, size_t> index;
     std::vector<size_t> ids;
     for (const OwnWord* w : sorted) {
-        const char16_t first = w->word[0];
-        starts_[first >> 6] |= uint64_t{1} << (first & 63);
-        words_.push_back({static_cast<uint32_t>(text_.size()), static_cast<uint32_t>(ids.size()),
-                          static_cast<uint32_t>(w->word.size())});
+        words_.add(w->word[0],
+                   {static_cast<uint32_t>(text_.size()), static_cast<uint32_t>(ids.size()),
+                    static_cast<uint32_t>(w->word.size())});
         text_ += w->word;
+        if (w->word.size() == 1) {
+            set(singles_, w->word[0]);
+        } else {
+            set(pairs_, pairKey(w->word[0], w->word[1]));
+        }
         for (const std::u16string& r : w->readings) {
             const auto [it, added] = index.emplace(r, table_.size());
             if (added) table_.push_back(makeSyllable(r));
             ids.push_back(it->second);
         }
     }
+    words_.finish();
     // The table is complete: pointers into it stay valid.
     readings_.reserve(ids.size());
     for (size_t id : ids) readings_.push_back(&table_[id]);
@@ -54,16 +59,21 @@ OwnReadings::OwnReadings(const ReadingsFile& file, Tones tones)
 
 size_t OwnReadings::find(const char16_t* text, size_t n, size_t at,
                          const Syllable* const** syllables) const {
-    const char16_t first = text[at];
-    auto it = std::lower_bound(words_.begin(), words_.end(), first,
-                               [this](const Word& w, char16_t c) { return text_[w.text] < c; });
-    for (; it != words_.end() && text_[it->text] == first; ++it) {
-        if (it->length > n - at) continue;
-        if (std::memcmp(text_.data() + it->text, text + at, it->length * sizeof(char16_t)) != 0) {
+    const Word* w = nullptr;
+    const Word* end = nullptr;
+    words_.group(text[at], &w, &end);
+    const size_t left = n - at;
+    for (; w != end; ++w) {
+        if (w->length > left) continue;
+        // The first character is known to match; most words differ at the second.
+        const char16_t* word = text_.data() + w->text;
+        if (w->length > 1 &&
+            (word[1] != text[at + 1] ||
+             std::memcmp(word + 2, text + at + 2, (w->length - 2) * sizeof(char16_t)) != 0)) {
             continue;
         }
-        *syllables = readings_.data() + it->syllables;
-        return it->length;
+        *syllables = readings_.data() + w->syllables;
+        return w->length;
     }
     return 0;
 }

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "CharGroups.h"
 #include "ReadingsStore.h"
 #include "Syllables.h"
 
@@ -29,8 +30,12 @@ public:
     size_t match(const char16_t* text, size_t n, size_t at,
                  const Syllable* const** syllables) const {
         const char16_t c = text[at];
-        if (((starts_[c >> 6] >> (c & 63)) & 1) == 0) return 0;
-        return find(text, n, at, syllables);
+        if (!words_.has(c)) return 0;
+        // Most places where a word's first character stands do not go on as any word does: the
+        // first two characters of every word (or the one of a word of one) tell most apart
+        // before the words are compared.
+        const bool pair = at + 1 < n && test(pairs_, pairKey(c, text[at + 1]));
+        return pair || test(singles_, c) ? find(text, n, at, syllables) : 0;
     }
     // The reading of `c` where it is a word of one character of its own, or nullptr.
     const Syllable* single(char16_t c) const;
@@ -42,12 +47,22 @@ private:
         uint32_t length;
     };
     size_t find(const char16_t* text, size_t n, size_t at, const Syllable* const** syllables) const;
+    static uint16_t pairKey(char16_t first, char16_t second) {
+        return static_cast<uint16_t>(first * 40503u + second);
+    }
+    static bool test(const std::vector<uint64_t>& bits, uint16_t k) {
+        return (bits[k >> 6] >> (k & 63)) & 1;
+    }
+    static void set(std::vector<uint64_t>& bits, uint16_t k) {
+        bits[k >> 6] |= uint64_t{1} << (k & 63);
+    }
 
     Tones tones_;
-    std::vector<uint64_t> starts_;  // one bit per UTF-16 unit: some word starts with it
-    std::u16string text_;           // the words run together
-    std::vector<Word> words_;       // by first character, then longest first
-    std::vector<Syllable> table_;   // each distinct syllable once
+    std::u16string text_;            // the words run together
+    CharGroups<Word> words_;         // by first character, the longest first
+    std::vector<uint64_t> pairs_;    // a bit for the pairKey() of each word's first two characters
+    std::vector<uint64_t> singles_;  // a bit for each word of one character
+    std::vector<Syllable> table_;    // each distinct syllable once
     std::vector<const Syllable*> readings_;
 };
 
