@@ -224,6 +224,7 @@ int main(int argc, char** argv) {
     std::string dictDir = programDir() + "/../share/zphonetic/dict";
     std::string tagger = programDir() + "/../lib/zphonetic/libPinyinTagger.so";
     std::string reference = programDir() + "/../lib/libPinyinReference.so";
+    std::string keptReadings;
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string arg = argv[i];
         if (arg == "--corpus")
@@ -234,10 +235,16 @@ int main(int argc, char** argv) {
             tagger = argv[i + 1];
         else if (arg == "--reference")
             reference = argv[i + 1];
+        else if (arg == "--write-readings")
+            keptReadings = argv[i + 1];
         else {
             std::fprintf(stderr,
                          "usage: pinyin-speed [benchmark flags] [--corpus DIR] "
-                         "[--dict-dir DIR] [--library FILE] [--reference FILE]\n");
+                         "[--dict-dir DIR] [--library FILE] [--reference FILE]\n"
+                         "       pinyin-speed [--corpus DIR] [--dict-dir DIR] [--library FILE] "
+                         "--write-readings FILE\n"
+                         "(the second writes the readings file of 1,000 words the benchmarks "
+                         "use, and runs none)\n");
             return 2;
         }
     }
@@ -261,10 +268,15 @@ int main(int argc, char** argv) {
     char directory[] = "/tmp/pinyin-speed-XXXXXX";
     if (::mkdtemp(directory) == nullptr) return 1;
     noReadingsPath = std::string(directory) + "/none.txt";
-    ownReadingsPath = std::string(directory) + "/readings.txt";
+    ownReadingsPath =
+        keptReadings.empty() ? std::string(directory) + "/readings.txt" : keptReadings;
     if (!writeOwnReadings(ours, ownReadingsPath)) {
         std::fprintf(stderr, "pinyin-speed: could not write %s\n", ownReadingsPath.c_str());
         return 1;
+    }
+    if (!keptReadings.empty()) {
+        ::rmdir(directory);
+        return 0;
     }
 
     benchmark::RegisterBenchmark("Sentences/PinyinTagger", tagSentences, &ours, &noReadingsPath)
