@@ -103,15 +103,16 @@ std::vector<std::u16string> readingsOf(const Abi& abi, void* tagger, const std::
 }
 
 // Writes kOwnWords words of two to four characters from the corpus, each with the readings the
-// library gives it, the first one 曾老师 read zēng lǎo shī, as a teacher's file would hold them.
+// library gives it, and first 谁 read shéi (the library reads it shuí), as a teacher's file would
+// hold them.
 bool writeOwnReadings(const Abi& abi, const std::string& path) {
     useReadingsFile(noReadingsPath);
     if (abi.open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) return false;
     void* tagger = nullptr;
     abi.get(&tagger);
     std::ofstream out(path, std::ios::trunc);
-    out << "# " << kOwnWords << " words for the benchmark\n曾老师 zēng lǎo shī\n";
-    std::set<std::u16string> taken{u"曾老师"};
+    out << "# " << kOwnWords << " words for the benchmark\n谁 shéi\n";
+    std::set<std::u16string> taken{u"谁"};
     for (size_t i = 0; taken.size() < kOwnWords && i < sentences.size(); ++i) {
         const std::u16string& s = sentences[i];
         const size_t length = 2 + i % 3;
@@ -154,11 +155,11 @@ void tagSentences(benchmark::State& state, const Abi* abi, const std::string* re
 
 void openDictionary(benchmark::State& state, const Abi* abi, const std::string* readingsFile) {
     useReadingsFile(*readingsFile);
-    // The file is read: 曾老师 comes out as it says.
+    // The file is read: 谁 comes out as it says.
     if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) == 0) {
         void* tagger = nullptr;
         abi->get(&tagger);
-        const bool own = readingsOf(*abi, tagger, u"曾老师").front() == u"zēng";
+        const bool own = readingsOf(*abi, tagger, u"谁来").front() == u"shéi";
         abi->release(tagger);
         abi->close();
         if (own != (readingsFile == &ownReadingsPath)) {

@@ -32,6 +32,7 @@ bool isChineseCharacter(char16_t c) {
 
 std::vector<std::u16string> splitFields(std::u16string_view line) {
     std::vector<std::u16string> fields;
+    fields.reserve(8);  // a word and its readings, most often
     size_t i = 0;
     while (i < line.size()) {
         while (i < line.size() && isSpace(line[i])) ++i;
@@ -150,7 +151,9 @@ void ReadingsFile::parse() {
         problems_.push_back(problem(Kind::Utf16));
         return;
     }
+    words_.reserve(lines_.size());
     std::unordered_map<std::u16string, size_t> seen;  // word -> its first line
+    seen.reserve(lines_.size());
     size_t tonesLine = 0;
     for (size_t k = 0; k < lines_.size(); ++k) {
         const size_t lineNo = k + 1;

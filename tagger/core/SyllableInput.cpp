@@ -8,8 +8,9 @@
 namespace zphonetic::tagger {
 namespace {
 
-// Every syllable the dictionaries use, without its tone: the standard table of Mandarin and the
-// few interjections and dialect words of the sources (hm, hng, fiao, ...).
+// Every syllable the dictionaries use, without its tone: the standard table of Mandarin, the
+// few interjections and dialect words of the sources (hm, hng, fiao, ...), and r, the fused 儿 as
+// books with a reading over every character print it (一会儿 yí huì r).
 constexpr char16_t kSyllables[] =
     u"a ai an ang ao ba bai ban bang bao bei ben beng bi bian biao bie bin bing bo bu ca cai "
     u"can cang cao ce cen ceng cha chai chan chang chao che chen cheng chi chong chou chu chua "
@@ -23,7 +24,7 @@ constexpr char16_t kSyllables[] =
     u"luan lun luo lü lüe m ma mai man mang mao me mei men meng mi mian miao mie min ming miu "
     u"mo mou mu n na nai nan nang nao ne nei nen neng ng ni nian niang niao nie nin ning niu "
     u"nong nou nu nuan nun nuo nü nüe o ou pa pai pan pang pao pei pen peng pi pian piao pie "
-    u"pin ping po pou pu qi qia qian qiang qiao qie qin qing qiong qiu qu quan que qun ran "
+    u"pin ping po pou pu qi qia qian qiang qiao qie qin qing qiong qiu qu quan que qun r ran "
     u"rang rao re ren reng ri rong rou ru rua ruan rui run ruo sa sai san sang sao se sen seng "
     u"sha shai shan shang shao she shei shen sheng shi shou shu shua shuai shuan shuang shui "
     u"shun shuo si song sou su suan sui sun suo ta tai tan tang tao te tei teng ti tian tiao "
