@@ -79,7 +79,6 @@ public:
     // else of the file; never null. The file is read again only when its stamp changed since the
     // last call, so a call costs one stat() while it stays the same.
     std::shared_ptr<const OwnReadings> current();
-    const std::string& path() const { return path_; }
 
 private:
     std::string path_;

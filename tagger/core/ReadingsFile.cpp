@@ -234,8 +234,8 @@ std::string ReadingsFile::text() const {
     return out;
 }
 
-size_t ReadingsFile::findKey(std::u16string_view key, size_t from) const {
-    for (size_t k = from; k < keys_.size(); ++k) {
+size_t ReadingsFile::findKey(std::u16string_view key) const {
+    for (size_t k = 0; k < keys_.size(); ++k) {
         if (keys_[k] == key) return k;
     }
     return std::u16string_view::npos;

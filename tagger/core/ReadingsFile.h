@@ -119,8 +119,8 @@ public:
 
 private:
     void parse();
-    // The index of the first line from `from` whose first field is `key`, or npos.
-    size_t findKey(std::u16string_view key, size_t from = 0) const;
+    // The index of the first line whose first field is `key`, or npos.
+    size_t findKey(std::u16string_view key) const;
     // Removes every line whose first field is `key` but the line at index `keep`.
     void removeKey(std::u16string_view key, size_t keep);
     // Adds the comment a new file starts with, when there are no lines.

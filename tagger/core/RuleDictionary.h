@@ -125,6 +125,8 @@ public:
                           bool wordTarget) const;
 
     RuleSet toRuleSet() const;
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     // A rule made ready at opening: its pattern's elements other than the target, each placed

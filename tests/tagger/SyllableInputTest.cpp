@@ -6,6 +6,7 @@
 
 #include "CharDictionary.h"
 #include "MappedFile.h"
+#include "RuleDictionary.h"
 #include "SyllableInput.h"
 #include "TinyDictionaries.h"
 #include "WordDictionary.h"
@@ -54,18 +55,15 @@ TEST(SyllableInput, WhatIsNoSyllableIsRefused) {
 TEST(SyllableInput, EverySyllableOfTheDictionariesIsSpeltAsItIs) {
     using namespace zphonetic::tagger;
     std::set<std::u16string> syllables;
+    const auto collect = [&syllables](const SyllableTable& table) {
+        for (size_t k = 0; k < table.size(); ++k) syllables.insert(table.get(k)->text);
+    };
     const MappedFile charFile(ZPHONETIC_DICT_DIR "/Pinyin.dic");
-    const CharDictionary chars(charFile.data(), charFile.size());
-    for (char32_t c = 0; c < 0x10000; ++c) {
-        for (size_t k = 0; k < chars.count(static_cast<char16_t>(c)); ++k) {
-            if (const Syllable* s = chars.reading(static_cast<char16_t>(c), k))
-                syllables.insert(s->text);
-        }
-    }
+    collect(CharDictionary(charFile.data(), charFile.size()).syllables());
     const MappedFile wordFile(ZPHONETIC_DICT_DIR "/firrule.dic");
-    for (const WordEntry& word : WordDictionary(wordFile.data(), wordFile.size()).toEntries()) {
-        syllables.insert(word.readings.begin(), word.readings.end());
-    }
+    collect(WordDictionary(wordFile.data(), wordFile.size()).syllables());
+    const MappedFile ruleFile(ZPHONETIC_DICT_DIR "/secrule.dic");
+    collect(RuleDictionary(ruleFile.data(), ruleFile.size()).syllables());
     ASSERT_GT(syllables.size(), 1500u);
     for (const std::u16string& s : syllables) {
         std::u16string toneless;
