@@ -41,6 +41,9 @@ TEST(OwnReadings, AWordWinsOverTheToneChange) {
     const auto mine = own("一个 yī gè\n不 bù\n");
     EXPECT_EQ(tagWith(mine, "一个"), "一/yī个/gè");
     EXPECT_EQ(tagWith(mine, "不是"), "不/bù是/shì");
+    // Not even the light tone between a word said twice.
+    EXPECT_EQ(tagWith(nullptr, "好不好"), "好/hǎo不/bu好/hǎo");
+    EXPECT_EQ(tagWith(mine, "好不好"), "好/hǎo不/bù好/hǎo");
     // The tone change around a word of the teacher's reads the teacher's reading: 一 before
     // 天 (tiān, first tone) is yì; given 天 as tiàn, 一 changes to yí.
     EXPECT_EQ(tagWith(nullptr, "一天"), "一/yì天/tiān");
