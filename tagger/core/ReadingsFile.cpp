@@ -103,6 +103,10 @@ ReadingsFile::ReadingsFile(std::string_view bytes) {
     // A file saved as "Unicode" by some editors: its lines cannot even be told apart as UTF-8.
     utf16_ = bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') ||
                                    (bytes[0] == '\xFE' && bytes[1] == '\xFF'));
+    // The mark some editors put first belongs to the file, not to its first line: it stays first
+    // whatever happens to that line.
+    bom_ = bytes.substr(0, kBom.size()) == kBom;
+    if (bom_) bytes.remove_prefix(kBom.size());
     size_t start = 0;
     while (start < bytes.size()) {
         size_t end = bytes.find('\n', start);
@@ -159,7 +163,6 @@ void ReadingsFile::parse() {
         const size_t lineNo = k + 1;
         std::string_view raw = lines_[k];
         if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
-        if (k == 0 && raw.substr(0, kBom.size()) == kBom) raw.remove_prefix(kBom.size());
         const auto report = [&](ReadingsProblem p) {
             p.line = lineNo;
             problems_.push_back(std::move(p));
@@ -220,12 +223,11 @@ std::string ReadingsFile::line(size_t line) const {
     if (line == 0 || line > lines_.size()) return {};
     std::string text = lines_[line - 1];
     if (!text.empty() && text.back() == '\r') text.pop_back();
-    if (line == 1 && text.compare(0, kBom.size(), kBom) == 0) text.erase(0, kBom.size());
     return text;
 }
 
 std::string ReadingsFile::text() const {
-    std::string out;
+    std::string out(bom_ ? kBom : std::string_view());
     for (size_t k = 0; k < lines_.size(); ++k) {
         if (k > 0) out += '\n';
         out += lines_[k];

@@ -130,6 +130,7 @@ private:
 
     std::vector<std::string> lines_;  // as written, each without its "\n" (with a "\r")
     bool lastEnded_ = true;           // whether the last line has its "\n"
+    bool bom_ = false;                // whether the file starts with a byte order mark
     bool utf16_ = false;
     std::vector<std::u16string> keys_;  // the first field of each line; "" for none
     std::vector<OwnWord> words_;

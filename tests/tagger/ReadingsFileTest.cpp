@@ -140,6 +140,21 @@ TEST(ReadingsFile, AByteOrderMarkAndWindowsLineEndsAreRead) {
     EXPECT_EQ(file.text(), bytes);
 }
 
+TEST(ReadingsFile, TheByteOrderMarkStaysFirstWhateverHappensToTheFirstLine) {
+    // A mark at the start of a later line is no mark of the file: that line has no word.
+    ReadingsFile file("\xEF\xBB\xBF还 huán\n\xEF\xBB\xBF行 xíng\n");
+    EXPECT_EQ(summary(file), (Lines{"1 还: huán",
+                                    "line 2: \"\xEF\xBB\xBF行\" is not a word of "
+                                    "Chinese characters"}));
+    ASSERT_TRUE(file.remove(u"还"));
+    EXPECT_EQ(file.text(), "\xEF\xBB\xBF\xEF\xBB\xBF行 xíng\n");
+    EXPECT_TRUE(file.words().empty());
+    ASSERT_TRUE(file.removeLine(1));
+    EXPECT_EQ(file.text(), "\xEF\xBB\xBF");
+    ASSERT_FALSE(file.set(u"还", typed({"huán"})));
+    EXPECT_EQ(file.text().substr(0, 4), "\xEF\xBB\xBF#");
+}
+
 TEST(ReadingsFile, CheckTellsWhatIsWrongWithAnEntry) {
     OwnWord entry;
     EXPECT_FALSE(ReadingsFile::check(u"曾老师", typed({"ZENG1", "lao3", "shi1"}), &entry));
