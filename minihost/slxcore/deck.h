@@ -37,9 +37,11 @@
 #include <QUndoStack>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "hostexport.h"
 #include "minihost/slxcore/slidedrawing.h"
+#include "minihost/slxcore/textlayout.h"
 #include "slxcore/slxoldapi.h"
 
 namespace minihost {
@@ -110,6 +112,11 @@ public:
     // What slide `slide` shows, for drawing it (see slidedrawing.h); empty for a slide that
     // does not exist.
     SlideDrawing drawing(int slide) const;
+    // The text of shape `shapeId` on `slide` laid out as drawing(slide) draws it (see
+    // textlayout.h): where its lines break and each character sits, for placing things over it.
+    // Nothing for an unknown slide or shape, a shape without a text frame, or one whose place is
+    // not known.
+    std::optional<TextLayout> textLayout(int slide, int shapeId) const;
 
     // ---- Edits: a person's in the host's window, and a host program's. Each names the slide it
     // is on (from 1) and is one undo step named `stepName` (a text for the user, in the user's

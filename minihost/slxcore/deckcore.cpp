@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 
@@ -167,20 +168,29 @@ std::string DeckCore::relatedPart(const std::string& sourcePart, const std::stri
 
 const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart, const char* type,
                                                     std::string* partName) const {
-    const std::string suffix = std::string("/") + type;
-    for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
-        if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
-        const std::string part = resolveTarget(*package, sourcePart, rel.target);
-        if (partName) *partName = part;
-        auto& doc = templates[part];
-        if (!doc) {
-            auto parsed = std::make_unique<pugi::xml_document>();
-            package->parse(part, *parsed);
-            doc = std::move(parsed);
+    // Relationships never change here (the host adds no parts): each is read once.
+    const std::string key = sourcePart + '\n' + type;
+    auto related = relatedParts.find(key);
+    if (related == relatedParts.end()) {
+        const std::string suffix = std::string("/") + type;
+        std::string target;
+        for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
+            if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
+            target = resolveTarget(*package, sourcePart, rel.target);
+            break;
         }
-        return doc.get();
+        related = relatedParts.emplace(key, target).first;
     }
-    return nullptr;
+    const std::string& part = related->second;
+    if (part.empty()) return nullptr;
+    if (partName) *partName = part;
+    auto& doc = templates[part];
+    if (!doc) {
+        auto parsed = std::make_unique<pugi::xml_document>();
+        package->parse(part, *parsed);
+        doc = std::move(parsed);
+    }
+    return doc.get();
 }
 
 bool DeckCore::changed(int slide, const std::string& xml) const {
@@ -235,7 +245,18 @@ void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserte
 
 void DeckCore::fit(int slide, int id) const {
     const ShapeNode node = shape(slide, id);
-    if (node.element) fitToText(node, styles);
+    if (!node.element || !followsText(textBodyOf(node.element))) return;
+    const DrawnShape drawn = drawnShapeOf(*this, slide, node);
+    if (!drawn.boxKnown) return;
+    // The box its text needs, as it is drawn: taller (or, not wrapping, wider), grown away from
+    // where its text is anchored.
+    const QRectF box = TextLayout(drawn).box();
+    // A placeholder that inherited its place gets one of its own.
+    const bool own = geometry(node).known;
+    setHeight(node, static_cast<float>(box.height()));
+    if (!drawn.text.wrap || !own) setWidth(node, static_cast<float>(box.width()));
+    if (box.topLeft() != drawn.box.topLeft() || !own)
+        setPosition(node, static_cast<float>(box.left()), static_cast<float>(box.top()));
 }
 
 std::vector<int> DeckCore::selectedShapeIds() const {

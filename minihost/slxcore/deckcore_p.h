@@ -140,8 +140,10 @@ public:
     // The step an edit opened when none was open (EditScope).
     std::unique_ptr<UndoStep> editStep;
     bool selectionPending = false;  // the selection changed while a step was open
-    // Layouts and masters read by relatedDocument, by part name.
+    // Layouts and masters read by relatedDocument, by part name, and the parts it found, by
+    // source part and type ("" for none).
     mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
+    mutable std::map<std::string, std::string> relatedParts;
 };
 
 // Around one change of a slide: it joins the step open on the deck, or opens one of its own

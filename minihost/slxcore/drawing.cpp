@@ -7,6 +7,7 @@
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/deckcore_p.h"
+#include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "minihost/slxcore/textbody_p.h"
@@ -62,6 +63,7 @@ TextFormat formatOf(pugi::xml_node rPr, const std::vector<pugi::xml_node>& level
     f.latinFont = values.name;
     f.eastAsianFont = values.eastAsianName;
     f.size = values.size;
+    f.characterSpacing = values.spacing;
     f.bold = values.bold;
     f.italic = values.italic;
     f.underline = values.underline;
@@ -98,6 +100,7 @@ TextParagraph paragraphOf(pugi::xml_node p, const Lineage& l, const Templates& t
                  : (align == "just" || align == "dist") ? TextAlign::Justify
                                                         : TextAlign::Left;
     para.marginLeft = static_cast<float>(firstAttribute(chain, "marL").as_double() / kEmuPerPoint);
+    para.marginRight = static_cast<float>(firstAttribute(chain, "marR").as_double() / kEmuPerPoint);
     para.indent = static_cast<float>(firstAttribute(chain, "indent").as_double() / kEmuPerPoint);
     para.endFormat = formatOf(child(p, "endParaRPr"), levels, fontReference, core.styles);
     const float size = para.endFormat.size;
@@ -290,6 +293,20 @@ DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore&
 }
 
 }  // namespace
+
+DrawnShape drawnShapeOf(const DeckCore& core, int slide, const ShapeNode& node) {
+    const SlidePart& part = *core.slides[static_cast<std::size_t>(slide)];
+    return drawnShape(node, templatesOf(core, part.partName), core, part.partName);
+}
+
+std::optional<TextLayout> Deck::textLayout(int slide, int shapeId) const {
+    if (slide < 1 || slide > slideCount()) return std::nullopt;
+    const ShapeNode node = d->shape(slide - 1, shapeId);
+    if (!node.element) return std::nullopt;
+    const DrawnShape shape = drawnShapeOf(*d, slide - 1, node);
+    if (!shape.hasText || !shape.boxKnown) return std::nullopt;
+    return TextLayout(shape);
+}
 
 SlideDrawing Deck::drawing(int slide) const {
     SlideDrawing result;

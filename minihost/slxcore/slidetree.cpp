@@ -6,9 +6,6 @@
 #include <cstring>
 #include <string>
 
-#include <QStringList>
-
-#include "minihost/slxcore/textbody_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 
 namespace minihost {
@@ -77,20 +74,6 @@ void setExtent(const ShapeNode& shape, const char* attr, double scale, float poi
     pugi::xml_attribute a = ext.attribute(attr);
     if (!a) a = ext.append_attribute(attr);
     a.set_value(static_cast<long long>(std::llround(points * kEmuPerPoint / scale)));
-}
-
-// A rough advance: ideographs and fullwidth forms one em, everything else a little over half.
-double advance(QChar c, double size) {
-    const ushort u = c.unicode();
-    const bool wide = (u >= 0x1100 && u <= 0x115F) || (u >= 0x2E80 && u <= 0xA4CF) ||
-                      (u >= 0xAC00 && u <= 0xD7A3) || (u >= 0xF900 && u <= 0xFAFF) ||
-                      (u >= 0xFF00 && u <= 0xFF60) || c.isSurrogate();
-    return wide ? size : size * 0.55;
-}
-
-double inset(pugi::xml_node bodyPr, const char* name, double defaultEmu) {
-    pugi::xml_attribute a = bodyPr.attribute(name);
-    return (a ? a.as_double() : defaultEmu) / kEmuPerPoint;
 }
 
 }  // namespace
@@ -246,33 +229,6 @@ void setFollowsText(pugi::xml_node txBody, bool on) {
     if (!bodyPr) bodyPr = txBody.prepend_child((prefixOf(txBody.first_child()) + "bodyPr").c_str());
     removeChildren(bodyPr, {"noAutofit", "normAutofit", "spAutoFit"});
     ensureChild(bodyPr, on ? "spAutoFit" : "noAutofit", prefixOf(bodyPr), kBodyPropertiesOrder);
-}
-
-void fitToText(const ShapeNode& shape, const DeckStyles& styles) {
-    const pugi::xml_node txBody = textBodyOf(shape.element);
-    if (!followsText(txBody)) return;
-    const pugi::xml_node bodyPr = child(txBody, "bodyPr");
-    const double left = inset(bodyPr, "lIns", 91440), right = inset(bodyPr, "rIns", 91440);
-    const double top = inset(bodyPr, "tIns", 45720), bottom = inset(bodyPr, "bIns", 45720);
-    const bool wraps = std::string(bodyPr.attribute("wrap").value()) != "none";
-    const Box box = geometry(shape);
-    const double room = std::max(1.0, static_cast<double>(box.width) - left - right);
-    TextBody body(txBody);
-    const std::vector<QString> paragraphs = body.paragraphs();
-    const std::vector<int> starts = body.paragraphStarts();
-    double height = top + bottom, widest = 0;
-    for (std::size_t i = 0; i < paragraphs.size(); ++i) {
-        const double size = resolveFont(body.propertiesAt(starts[i]), txBody, styles).size;
-        for (const QString& line : paragraphs[i].split(QChar('\v'))) {
-            double extent = 0;
-            for (QChar c : line) extent += advance(c, size);
-            widest = std::max(widest, extent);
-            const double lines = wraps ? std::max(1.0, std::ceil(extent / room)) : 1.0;
-            height += lines * 1.2 * size;
-        }
-    }
-    setHeight(shape, static_cast<float>(height));
-    if (!wraps) setWidth(shape, static_cast<float>(widest + left + right));
 }
 
 }  // namespace minihost

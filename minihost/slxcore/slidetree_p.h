@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The shapes of one slide part: listing them (group members included, with their position on
-// the slide), their geometry in points, new text boxes, and the height of a frame that follows
-// its text.
+// the slide), their geometry in points, new text boxes, and whether a frame follows its text.
 #pragma once
 
 #include <QString>
 #include <pugixml.hpp>
 #include <vector>
-
-#include "minihost/slxcore/runformat_p.h"
 
 namespace minihost {
 
@@ -65,8 +62,5 @@ pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, floa
 // Whether the shape follows its text (a:spAutoFit), and switching it.
 bool followsText(pugi::xml_node txBody);
 void setFollowsText(pugi::xml_node txBody, bool on);
-// Resizes a shape that follows its text to an estimate of the text's extent: lines of 1.2 times
-// the font size plus the insets; with wrap="none" the width follows the longest line too.
-void fitToText(const ShapeNode& shape, const DeckStyles& styles);
 
 }  // namespace minihost
