@@ -11,6 +11,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -40,6 +44,18 @@ int& loadCalls() {
 
 QString utf16Path(const char16_t* path) {
     return QString::fromUtf16(path, static_cast<int>(_Xu2_strlen(path)));
+}
+
+// Entry points found, by module and name. The add-on looks its entry points up again for every
+// text it tags (for every character of a text whose readings it lists), and dlsym takes far
+// longer to say the same thing again. A module's entries go when it is freed.
+struct FoundSymbols {
+    std::mutex lock;
+    std::map<std::pair<HMODULE, std::string>, void*> byName;
+};
+FoundSymbols& foundSymbols() {
+    static FoundSymbols found;
+    return found;
 }
 
 }  // namespace
@@ -132,13 +148,33 @@ HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
     if (!function) return E_POINTER;
     *function = nullptr;
     if (!module || !name) return E_POINTER;
-    const QByteArray symbol = utf16Path(name).toLatin1();
-    *function = dlsym(module, symbol.constData());
-    return *function ? S_OK : E_FAIL;
+    // Latin-1 as QString::toLatin1 makes it ("?" for what it cannot hold).
+    std::string symbol;
+    for (const char16_t* unit = name; *unit; ++unit)
+        symbol += *unit < 0x100 ? static_cast<char>(*unit) : '?';
+    FoundSymbols& found = foundSymbols();
+    const std::lock_guard<std::mutex> hold(found.lock);
+    auto key = std::make_pair(module, std::move(symbol));
+    if (const auto known = found.byName.find(key); known != found.byName.end()) {
+        *function = known->second;
+        return S_OK;
+    }
+    *function = dlsym(module, key.second.c_str());
+    if (!*function) return E_FAIL;
+    found.byName.emplace(std::move(key), *function);
+    return S_OK;
 }
 
 int _Xfreelibrary(HMODULE module) {
-    return module && dlclose(module) == 0 ? 1 : 0;
+    if (!module) return 0;
+    {
+        FoundSymbols& found = foundSymbols();
+        const std::lock_guard<std::mutex> hold(found.lock);
+        for (auto it = found.byName.lower_bound({module, std::string()});
+             it != found.byName.end() && it->first.first == module;)
+            it = found.byName.erase(it);
+    }
+    return dlclose(module) == 0 ? 1 : 0;
 }
 
 }  // extern "C"
