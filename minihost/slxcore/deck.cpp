@@ -7,6 +7,7 @@
 
 #include "minihost/slxcore/objects_p.h"
 #include "minihost/slxcore/textbody_p.h"
+#include "minihost/slxcore/xmlnode_p.h"
 
 // The ids the object model's clients query for. {3F2A6C10-7B4D-4C8E-9F21-5A6B7C8D9E01}
 const GUID slxoldapi::IID_Selection = {
@@ -144,12 +145,13 @@ slxoldapi::DocumentView* Deck::view() const {
 int Deck::addTextBox(int slide, const QString& text, const QRectF& box) {
     if (slide < 1 || slide > slideCount()) return 0;
     SlidePart& part = *d->slides[slide - 1];
-    const pugi::xml_node element =
-        addTextbox(part.doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
-                   static_cast<float>(box.width()), static_cast<float>(box.height()));
+    if (!shapeTree(part.doc)) return 0;
+    d->willChange(slide - 1);
+    const pugi::xml_node element = part.shapes.addTextbox(
+        part.doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
+        static_cast<float>(box.width()), static_cast<float>(box.height()));
     TextBody(textBodyOf(element)).insert(0, text);
-    part.edited = true;
-    return listShapes(shapeTree(part.doc)).back().id;
+    return child(nonVisual(element), "cNvPr").attribute("id").as_int();
 }
 
 QRectF Deck::placeOf(int slide, int shapeId) const {

@@ -74,8 +74,10 @@ bool Deck::deleteShapes(const QList<int>& shapeIds) {
     EditScope edit(*d, slide, QStringLiteral("delete"));
     for (int id : shapeIds)
         // A member of a group deleted with its group earlier in the list is gone already.
-        if (const ShapeNode node = d->shape(slide, id); node.element)
+        if (const ShapeNode node = d->shape(slide, id); node.element) {
             node.element.parent().remove_child(node.element);
+            d->slides[slide]->shapes.forget();  // the members went too
+        }
     clearSelection();
     return true;
 }

@@ -157,17 +157,19 @@ void fillText(DrawnShape& shape, pugi::xml_node txBody, const Lineage& l, const 
     const std::vector<QString> texts = body.paragraphs();
     const std::vector<int> starts = body.paragraphStarts();
     const std::vector<TextBody::Piece> pieces = body.pieces();
+    // Pieces come paragraph by paragraph, in order: one pass over them.
+    std::size_t piece = 0;
     for (std::size_t i = 0; i < nodes.size() && i < texts.size() && i < starts.size(); ++i) {
         TextParagraph para = paragraphOf(nodes[i], l, t, core, fontReference);
         para.start = starts[i];
         para.text = texts[i];
         const std::vector<pugi::xml_node> levels =
             levelSources(l, t, core, child(nodes[i], "pPr").attribute("lvl").as_int(0));
-        for (const TextBody::Piece& piece : pieces)
-            if (piece.paragraph == nodes[i] && piece.length > 0)
+        for (; piece < pieces.size() && pieces[piece].paragraph == nodes[i]; ++piece)
+            if (pieces[piece].length > 0)
                 para.runs << TextRun{
-                    piece.start, piece.length,
-                    formatOf(piece.properties, levels, fontReference, core.styles)};
+                    pieces[piece].start, pieces[piece].length,
+                    formatOf(pieces[piece].properties, levels, fontReference, core.styles)};
         frame.paragraphs << para;
     }
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <QFileInfo>
+#include <QSet>
 #include <cstdio>
 
 #include "deckhost.h"
@@ -130,8 +131,8 @@ public:
     QString runOnCurrentSlide() {
         minihost::Deck& deck = m_host.deck();
         const int slide = deck.currentSlide();
-        QList<int> before;
-        for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
+        QSet<int> before;
+        for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before.insert(shape.id);
         // The selected texts the add-on reads, in the order it makes their boxes.
         QList<int> sources;
         for (const int id : deck.selectedShapes())
