@@ -2,6 +2,7 @@
 #include "minihost/slxcore/deck.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <algorithm>
 
@@ -36,10 +37,19 @@ std::unique_ptr<Deck> Deck::load(const QByteArray& bytes, const QString& name, Q
 }
 
 std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
+    // A FIFO would block the open, a device never end: only a regular file is read.
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+        if (error) *error = path + QStringLiteral(": not a regular file");
+        return nullptr;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (error)
             *error = path + QStringLiteral(": cannot be opened (%1)").arg(file.errorString());
+        return nullptr;
+    }
+    if (file.isSequential()) {  // replaced by something else since it was looked at
+        if (error) *error = path + QStringLiteral(": not a regular file");
         return nullptr;
     }
     if (file.size() > (1ll << 31) - 1) {

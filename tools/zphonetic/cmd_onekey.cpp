@@ -9,6 +9,7 @@
 
 #include "deckhost.h"
 #include "deckselection.h"
+#include "minihost/nvo/printable.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "placement.h"
@@ -150,7 +151,7 @@ public:
         for (const MadeBox& box : made) {
             ++m_boxes;
             std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
-                        deck.text(slide, box.box).toUtf8().constData());
+                        minihost::printable(deck.text(slide, box.box)).toUtf8().constData());
         }
         // The add-on must give back every object it took; say so when it did not.
         if (minihost::liveObjectCount() != 0) {
@@ -231,8 +232,9 @@ int runCommands(DeckHost& host, const Options& options) {
 
     QString error;
     if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
-    std::printf("wrote %s: %d new text %s on %d %s\n", options.output.toUtf8().constData(),
-                run.boxes(), run.boxes() == 1 ? "box" : "boxes", run.commands(),
+    std::printf("wrote %s: %d new text %s on %d %s\n",
+                minihost::printable(options.output).toUtf8().constData(), run.boxes(),
+                run.boxes() == 1 ? "box" : "boxes", run.commands(),
                 run.commands() == 1 ? "slide" : "slides");
     return run.leaked() ? 1 : 0;
 }
