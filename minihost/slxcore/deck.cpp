@@ -19,7 +19,23 @@ const GUID slxoldapi::IID_Shape = {
 
 namespace minihost {
 
-Deck::Deck(std::shared_ptr<DeckCore> core) : d(std::move(core)), m_view(new ViewObject(d)) {}
+Deck::Deck(std::shared_ptr<DeckCore> core)
+    : d(std::move(core)),
+      m_view(new ViewObject(d)),
+      m_pictures(std::make_shared<PictureStore>(
+          [deck = std::weak_ptr<DeckCore>(d)](const QString& part, QString* problem) {
+              const std::shared_ptr<DeckCore> core = deck.lock();
+              if (!core) {
+                  *problem = QStringLiteral("the deck is closed");
+                  return QByteArray();
+              }
+              try {
+                  return core->package->read(part.toStdString());
+              } catch (const DeckError& e) {
+                  *problem = QString::fromStdString(e.what());
+                  return QByteArray();
+              }
+          })) {}
 
 Deck::~Deck() {
     m_view->releaseByHost();
@@ -62,6 +78,10 @@ std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
 std::unique_ptr<Deck> Deck::create(int slides) {
     return std::unique_ptr<Deck>(new Deck(
         DeckCore::load(DeckCore::blankDeckBytes(std::max(slides, 0)), QStringLiteral("new deck"))));
+}
+
+std::shared_ptr<PictureStore> Deck::pictures() const {
+    return m_pictures;
 }
 
 QString Deck::name() const {

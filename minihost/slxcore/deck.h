@@ -28,6 +28,7 @@
 #include <memory>
 
 #include "hostexport.h"
+#include "minihost/slxcore/picturestore.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "slxcore/slxoldapi.h"
 
@@ -91,6 +92,9 @@ public:
     // What slide `slide` shows, for drawing it (see slidedrawing.h); empty for a slide that
     // does not exist.
     SlideDrawing drawing(int slide) const;
+    // The deck's pictures, decoded for drawing (picturestore.h): one store for everyone who
+    // draws the deck, which stays usable (giving no pictures) after the deck is gone.
+    std::shared_ptr<PictureStore> pictures() const;
 
     // A person's edits on the current slide, each one undo step named as given below. False
     // (and nothing changed, no step) for an unknown shape or a shape the edit cannot apply to.
@@ -146,6 +150,7 @@ private:
     explicit Deck(std::shared_ptr<DeckCore> core);
     std::shared_ptr<DeckCore> d;
     ViewObject* m_view;
+    std::shared_ptr<PictureStore> m_pictures;
 };
 
 }  // namespace minihost

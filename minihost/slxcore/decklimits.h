@@ -27,10 +27,16 @@ constexpr int kSlides = 5000;
 constexpr int kShapesPerPart = 20000;
 constexpr int kShapes = 100000;
 
-// Pictures: a picture whose header claims more than this many pixels a side, or in all, is not
-// decoded; one that is, is decoded at most at kPictureDrawnSide pixels a side.
+// Pictures (picturestore.h). One whose header claims more than kPictureSide pixels a side or
+// kPicturePixels in all is not decoded; one of more than kPictureWholePixels only where its format
+// can be decoded scaled (PNG, JPEG), never whole. A picture is decoded at most kPictureDrawnSide
+// pixels a side; the pictures of a deck are decoded from kDeckPicturePixels pixels in all (each
+// counted once), and those kept decoded take at most kPictureMemory bytes.
 constexpr int kPictureSide = 65535;
-constexpr std::int64_t kPicturePixels = 1ll << 30;
+constexpr std::int64_t kPicturePixels = 256ll << 20;
+constexpr std::int64_t kPictureWholePixels = 16ll << 20;
 constexpr int kPictureDrawnSide = 4096;
+constexpr std::int64_t kDeckPicturePixels = 1ll << 30;
+constexpr std::int64_t kPictureMemory = 128ll << 20;
 
 }  // namespace minihost::limits

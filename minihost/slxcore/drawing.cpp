@@ -253,15 +253,15 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles) 
             shape.outlined = colorOf(ref, styles, &shape.line, true);
 }
 
-QByteArray pictureBytes(const DeckCore& core, const std::string& slidePart, pugi::xml_node pic) {
+// The media part a picture shows; empty when it names none that can be found.
+QString picturePart(const DeckCore& core, const std::string& slidePart, pugi::xml_node pic) {
     const pugi::xml_node blip = child(child(pic, "blipFill"), "blip");
     const std::string id = attribute(blip, "embed").value();
     if (id.empty()) return {};
     try {
-        const std::string part = core.relatedPart(slidePart, id);
-        return part.empty() ? QByteArray() : core.package->read(part);
+        return QString::fromStdString(core.relatedPart(slidePart, id));
     } catch (const DeckError&) {
-        return {};  // a missing or damaged picture is drawn as its labelled place
+        return {};  // damaged relationships: the picture is drawn as its labelled place
     }
 }
 
@@ -287,7 +287,7 @@ DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore&
     if (const pugi::xml_node body = textBodyOf(node.element))
         fillText(shape, body, lineage, t, core, child(child(node.element, "style"), "fontRef"));
     if (std::strcmp(localName(node.element), "pic") == 0)
-        shape.picture = pictureBytes(core, partName, node.element);
+        shape.picture = picturePart(core, partName, node.element);
     return shape;
 }
 
