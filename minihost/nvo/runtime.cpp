@@ -8,13 +8,14 @@
 #include <dlfcn.h>
 
 #include <QString>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <map>
 #include <mutex>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -48,10 +49,16 @@ QString utf16Path(const char16_t* path) {
 
 // Entry points found, by module and name. The add-on looks its entry points up again for every
 // text it tags (for every character of a text whose readings it lists), and dlsym takes far
-// longer to say the same thing again. A module's entries go when it is freed.
+// longer to say the same thing again. A module's entries go when it is freed. A process looks up
+// a handful of names: a list searched from the front, compared without converting them.
+struct FoundSymbol {
+    HMODULE module;
+    std::u16string name;
+    void* function;
+};
 struct FoundSymbols {
     std::mutex lock;
-    std::map<std::pair<HMODULE, std::string>, void*> byName;
+    std::vector<FoundSymbol> list;
 };
 FoundSymbols& foundSymbols() {
     static FoundSymbols found;
@@ -148,20 +155,21 @@ HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
     if (!function) return E_POINTER;
     *function = nullptr;
     if (!module || !name) return E_POINTER;
+    FoundSymbols& found = foundSymbols();
+    const std::lock_guard<std::mutex> hold(found.lock);
+    const std::u16string_view wanted(name);
+    for (const FoundSymbol& known : found.list)
+        if (known.module == module && known.name == wanted) {
+            *function = known.function;
+            return S_OK;
+        }
     // Latin-1 as QString::toLatin1 makes it ("?" for what it cannot hold).
     std::string symbol;
     for (const char16_t* unit = name; *unit; ++unit)
         symbol += *unit < 0x100 ? static_cast<char>(*unit) : '?';
-    FoundSymbols& found = foundSymbols();
-    const std::lock_guard<std::mutex> hold(found.lock);
-    auto key = std::make_pair(module, std::move(symbol));
-    if (const auto known = found.byName.find(key); known != found.byName.end()) {
-        *function = known->second;
-        return S_OK;
-    }
-    *function = dlsym(module, key.second.c_str());
+    *function = dlsym(module, symbol.c_str());
     if (!*function) return E_FAIL;
-    found.byName.emplace(std::move(key), *function);
+    found.list.push_back({module, std::u16string(wanted), *function});
     return S_OK;
 }
 
@@ -170,9 +178,9 @@ int _Xfreelibrary(HMODULE module) {
     {
         FoundSymbols& found = foundSymbols();
         const std::lock_guard<std::mutex> hold(found.lock);
-        for (auto it = found.byName.lower_bound({module, std::string()});
-             it != found.byName.end() && it->first.first == module;)
-            it = found.byName.erase(it);
+        found.list.erase(std::remove_if(found.list.begin(), found.list.end(),
+                                        [&](const FoundSymbol& f) { return f.module == module; }),
+                         found.list.end());
     }
     return dlclose(module) == 0 ? 1 : 0;
 }
