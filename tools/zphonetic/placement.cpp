@@ -32,11 +32,6 @@ bool containsChinese(const QString& text) {
 
 namespace {
 
-QRectF boxOf(const minihost::Deck& deck, int slide, int id) {
-    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
-        if (shape.id == id) return shape.box;
-    return {};
-}
 
 // The first box of `placed` that `box` covers, or null.
 const QRectF* covered(const QList<QRectF>& placed, const QRectF& box) {
@@ -52,12 +47,13 @@ QString placeOne(minihost::Deck& deck, int slide, const MadeBox& made, const QRe
     const double width = std::min(source.width(), page.width());
     const double left = std::clamp(source.left(), 0.0, page.width() - width);
     // The width first: the box takes the height its readings need at that width.
-    const QRectF before = boxOf(deck, slide, made.box);
+    // A new box has a place of its own: found by id, not by listing the slide for every box.
+    const QRectF before = deck.placeOf(slide, made.box);
     if (!deck.setShapeBox(slide, made.box, QRectF(left, before.top(), width, before.height())))
         return QStringLiteral("new text box %1 on slide %2 cannot be moved")
             .arg(made.box)
             .arg(slide);
-    const double height = boxOf(deck, slide, made.box).height();
+    const double height = deck.placeOf(slide, made.box).height();
     QRectF box(left, placement == Placement::Below ? source.bottom() : source.top() - height, width,
                height);
     while (const QRectF* other = covered(placed, box))
