@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <cstdio>
 
 #include "hostiledecks.h"
 #include "limitedrun.h"
@@ -39,20 +40,23 @@ protected:
     QString output() const { return dir.filePath(QStringLiteral("out.pptx")); }
 
     Outcome show(const QString& deck) {
-        return ended(hostile::runLimited(QStringLiteral(ZPHONETIC_PROGRAM),
+        return ended("show",
+                     hostile::runLimited(QStringLiteral(ZPHONETIC_PROGRAM),
                                          {QStringLiteral("show"), deck}, kAddressSpace, kSeconds));
     }
     Outcome onekey(const QString& deck) {
         QFile::remove(output());
-        return ended(hostile::runLimited(QStringLiteral(ZPHONETIC_PROGRAM),
+        return ended("onekey",
+                     hostile::runLimited(QStringLiteral(ZPHONETIC_PROGRAM),
                                          {QStringLiteral("onekey"), deck, QStringLiteral("-o"),
                                           output(), QStringLiteral("--all-slides")},
                                          kAddressSpace, kSeconds));
     }
     Outcome studio(const QString& deck) {
         QFile::remove(output());
-        const Outcome outcome = ended(hostile::runLimited(
-            QStringLiteral(HOSTILE_STUDIO_PROGRAM), {deck, output()}, kAddressSpace, kSeconds));
+        const Outcome outcome =
+            ended("studio", hostile::runLimited(QStringLiteral(HOSTILE_STUDIO_PROGRAM),
+                                                {deck, output()}, kAddressSpace, kSeconds));
         EXPECT_LT(outcome.peakResidentKb, kStudioResidentKb) << hostile::describe(outcome);
         return outcome;
     }
@@ -115,8 +119,11 @@ protected:
     QTemporaryDir dir;
 
 private:
-    // The run ended by itself: no crash, no time-out, no allocation failure reported.
-    static Outcome ended(const Outcome& outcome) {
+    // The run ended by itself: no crash, no time-out, no allocation failure reported. Its time
+    // and memory are printed, for the record.
+    static Outcome ended(const char* program, const Outcome& outcome) {
+        std::printf("  %-6s exit %d, %.1f s, %ld kB resident at most\n", program, outcome.exitCode,
+                    outcome.seconds, outcome.peakResidentKb);
         EXPECT_FALSE(outcome.timedOut) << hostile::describe(outcome);
         EXPECT_EQ(outcome.signal, 0) << hostile::describe(outcome);
         EXPECT_FALSE(outcome.err.contains("out of memory")) << hostile::describe(outcome);

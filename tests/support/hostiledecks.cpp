@@ -49,6 +49,7 @@ QByteArray relationship(int id, const char* type, const QByteArray& target) {
 // ---- an archive written entry by entry; equal bytes are compressed once
 struct Compressed {
     QByteArray data;
+    std::uint16_t method = 8;  // 0: stored, 8: deflated
     std::uint32_t crc = 0;
     std::uint32_t size = 0;
 };
@@ -79,7 +80,12 @@ public:
         auto it = m_compressed.find(key);
         if (it == m_compressed.end()) {
             Compressed c;
-            c.data = rawDeflate(bytes.constData(), static_cast<std::size_t>(bytes.size()), 1);
+            // Small parts are stored as they are, which is quicker to make and to read: only the
+            // large ones need compressing for the deck to stay small.
+            c.method = bytes.size() < (64 << 10) ? 0 : 8;
+            c.data = c.method
+                         ? rawDeflate(bytes.constData(), static_cast<std::size_t>(bytes.size()), 1)
+                         : bytes;
             c.crc = static_cast<std::uint32_t>(
                 crc32(0, reinterpret_cast<const Bytef*>(bytes.constData()),
                       static_cast<uInt>(bytes.size())));
@@ -93,8 +99,8 @@ public:
         auto header = [&](QByteArray& b) {
             put16(b, 20);     // version needed
             put16(b, 0x800);  // UTF-8 name
-            put16(b, 8);      // deflated
-            put32(b, 0);      // time and date
+            put16(b, c.method);
+            put32(b, 0);  // time and date
             put32(b, c.crc);
             put32(b, static_cast<std::uint32_t>(c.data.size()));
             put32(b, c.size);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Decks made as an attacker would make them, small files that ask for much: each builder makes
 // one class at the size asked, so a test can go past a limit or stay just under it. The archives
-// are written here byte by byte, a part that repeats stored once compressed and copied, so that a
-// deck whose parts decompress to gigabytes is made in a moment and takes little memory to make.
+// are written here byte by byte, a part that repeats compressed once and copied (parts under
+// 64 kB are stored as they are), so that a deck whose parts decompress to gigabytes is made in a
+// moment and takes little memory to make.
 #pragma once
 
 #include <QByteArray>
