@@ -104,7 +104,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Reader in{data, size};
     const int parts = 1 + in.next() % 4;
     std::vector<hostile::Slide> slides;
-    const hostile::Media media{QStringLiteral("ppt/media/image1.png"), hostile::greyPng(3, 2, 9)};
+    static const hostile::Media media{QStringLiteral("ppt/media/image1.png"),
+                                      hostile::greyPng(3, 2, 9)};
     for (int i = 0; i < parts; ++i)
         slides.push_back({hostile::slideXml(slideShapes(in)), {media.part}});
     std::vector<int> listed;
