@@ -32,7 +32,6 @@ bool containsChinese(const QString& text) {
 
 namespace {
 
-
 // The first box of `placed` that `box` covers, or null.
 const QRectF* covered(const QList<QRectF>& placed, const QRectF& box) {
     for (const QRectF& other : placed)
