@@ -21,7 +21,7 @@ extern char** environ;
 namespace hostile {
 
 Outcome runLimited(const QString& program, const QStringList& arguments, std::uint64_t addressSpace,
-                   int seconds) {
+                   int cpuSeconds, int waitSeconds) {
     Outcome outcome;
     QTemporaryDir dir;
     const QString runtime = dir.filePath(QStringLiteral("runtime"));
@@ -47,6 +47,7 @@ Outcome runLimited(const QString& program, const QStringList& arguments, std::ui
     const int out = ::open(QFile::encodeName(outPath).constData(), O_WRONLY | O_CREAT, 0600);
     const int err = ::open(QFile::encodeName(errPath).constData(), O_WRONLY | O_CREAT, 0600);
     const rlimit memory{addressSpace, addressSpace};
+    const rlimit processor{static_cast<rlim_t>(cpuSeconds), static_cast<rlim_t>(cpuSeconds) + 1};
     const rlimit noCore{0, 0};
 
     QElapsedTimer timer;
@@ -56,6 +57,7 @@ Outcome runLimited(const QString& program, const QStringList& arguments, std::ui
         ::dup2(out, 1);
         ::dup2(err, 2);
         if (addressSpace) ::setrlimit(RLIMIT_AS, &memory);
+        ::setrlimit(RLIMIT_CPU, &processor);
         ::setrlimit(RLIMIT_CORE, &noCore);
         ::execve(argv[0], argv.data(), envp.data());
         ::_exit(127);
@@ -68,7 +70,7 @@ Outcome runLimited(const QString& program, const QStringList& arguments, std::ui
     for (;;) {
         const pid_t done = ::wait4(pid, &status, WNOHANG, &usage);
         if (done == pid) break;
-        if (timer.elapsed() > seconds * 1000ll && !outcome.timedOut) {
+        if (timer.elapsed() > waitSeconds * 1000ll && !outcome.timedOut) {
             outcome.timedOut = true;
             ::kill(pid, SIGKILL);
         }
@@ -76,6 +78,8 @@ Outcome runLimited(const QString& program, const QStringList& arguments, std::ui
     }
     outcome.seconds = timer.elapsed() / 1000.0;
     outcome.peakResidentKb = usage.ru_maxrss;
+    outcome.cpuSeconds = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                         static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
     if (WIFEXITED(status)) outcome.exitCode = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) outcome.signal = WTERMSIG(status);
     QFile outFile(outPath), errFile(errPath);
@@ -89,8 +93,10 @@ std::string describe(const Outcome& outcome) {
         outcome.timedOut ? QStringLiteral("timed out after %1 s").arg(outcome.seconds)
         : outcome.signal ? QStringLiteral("killed by signal %1").arg(outcome.signal)
                          : QStringLiteral("exited %1").arg(outcome.exitCode);
-    return (what + QStringLiteral(" in %1 s, %2 kB resident at most; standard error:\n%3")
+    return (what + QStringLiteral(" in %1 s (%2 s of processor), %3 kB resident at most; "
+                                  "standard error:\n%4")
                        .arg(outcome.seconds)
+                       .arg(outcome.cpuSeconds)
                        .arg(outcome.peakResidentKb)
                        .arg(QString::fromUtf8(outcome.err.left(2000))))
         .toStdString();

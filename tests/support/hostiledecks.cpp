@@ -54,20 +54,28 @@ struct Compressed {
     std::uint32_t size = 0;
 };
 
-QByteArray rawDeflate(const char* data, std::size_t size, int level) {
+// `rows` copies of `row`, deflated on their own and ended with `flush`.
+QByteArray deflateRows(const QByteArray& row, int rows, int level, int flush) {
     z_stream stream{};
     deflateInit2(&stream, level, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY);
     QByteArray out;
     char buffer[1 << 16];
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data));
-    stream.avail_in = static_cast<uInt>(size);
-    int result = Z_OK;
-    do {
-        stream.next_out = reinterpret_cast<Bytef*>(buffer);
-        stream.avail_out = sizeof buffer;
-        result = deflate(&stream, Z_FINISH);
-        out.append(buffer, static_cast<int>(sizeof buffer - stream.avail_out));
-    } while (result != Z_STREAM_END);
+    auto drain = [&](int mode) {
+        int result = Z_OK;
+        do {
+            stream.next_out = reinterpret_cast<Bytef*>(buffer);
+            stream.avail_out = sizeof buffer;
+            result = deflate(&stream, mode);
+            out.append(buffer, static_cast<int>(sizeof buffer - stream.avail_out));
+        } while (stream.avail_in > 0 || stream.avail_out == 0 ||
+                 (mode == Z_FINISH && result != Z_STREAM_END));
+    };
+    for (int i = 0; i < rows; ++i) {
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(row.constData()));
+        stream.avail_in = static_cast<uInt>(row.size());
+        drain(Z_NO_FLUSH);
+    }
+    drain(flush);
     deflateEnd(&stream);
     return out;
 }
@@ -83,9 +91,7 @@ public:
             // Small parts are stored as they are, which is quicker to make and to read: only the
             // large ones need compressing for the deck to stay small.
             c.method = bytes.size() < (64 << 10) ? 0 : 8;
-            c.data = c.method
-                         ? rawDeflate(bytes.constData(), static_cast<std::size_t>(bytes.size()), 1)
-                         : bytes;
+            c.data = c.method ? deflateRows(bytes, 1, 1, Z_FINISH) : bytes;
             c.crc = static_cast<std::uint32_t>(
                 crc32(0, reinterpret_cast<const Bytef*>(bytes.constData()),
                       static_cast<uInt>(bytes.size())));
@@ -172,32 +178,6 @@ QByteArray png(std::uint32_t width, std::uint32_t height, const QByteArray& zlib
     header[9] = 6;  // RGBA
     return QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header) + chunk("IDAT", zlibData) +
            chunk("IEND", QByteArray());
-}
-
-// `rows` copies of `row`, deflated on their own and ended with `flush`.
-QByteArray deflateRows(const QByteArray& row, int rows, int level, int flush) {
-    z_stream stream{};
-    deflateInit2(&stream, level, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY);
-    QByteArray out;
-    char buffer[1 << 16];
-    auto drain = [&](int mode) {
-        int result = Z_OK;
-        do {
-            stream.next_out = reinterpret_cast<Bytef*>(buffer);
-            stream.avail_out = sizeof buffer;
-            result = deflate(&stream, mode);
-            out.append(buffer, static_cast<int>(sizeof buffer - stream.avail_out));
-        } while (stream.avail_in > 0 || stream.avail_out == 0 ||
-                 (mode == Z_FINISH && result != Z_STREAM_END));
-    };
-    for (int i = 0; i < rows; ++i) {
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(row.constData()));
-        stream.avail_in = static_cast<uInt>(row.size());
-        drain(Z_NO_FLUSH);
-    }
-    drain(flush);
-    deflateEnd(&stream);
-    return out;
 }
 
 QByteArray deckWithOneSlide(const QByteArray& shapes, const std::vector<Media>& media = {}) {

@@ -16,6 +16,7 @@
 #include <map>
 #include <vector>
 
+#include "fuzzinput.h"
 #include "hostiledecks.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
@@ -29,18 +30,10 @@ void check(bool condition) {
     if (!condition) __builtin_trap();
 }
 
-struct Reader {
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t at = 0;
-    bool more() const { return at < size; }
-    int next() { return at < size ? data[at++] : 0; }
-};
-
 const QString kText = QStringLiteral("床前明月光");
 
 // One slide's shapes, from the steps of the input up to its end.
-QByteArray slideShapes(Reader& in) {
+QByteArray slideShapes(FuzzInput& in) {
     QByteArray shapes;
     int open = 0;
     while (in.more()) {
@@ -101,7 +94,7 @@ std::vector<int> ids(const minihost::Deck& deck, int slide) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Reader in{data, size};
+    FuzzInput in{data, size};
     const int parts = 1 + in.next() % 4;
     std::vector<hostile::Slide> slides;
     static const hostile::Media media{QStringLiteral("ppt/media/image1.png"),
