@@ -170,7 +170,7 @@ TEST(DeckLimits, NewIdsFollowTheLargestIdWithoutSearchingAgainAndAfterAnUndo) {
     ComPtr<IUnknown> again;
     ASSERT_TRUE(SUCCEEDED(shapes->AddTextbox(1, 0, 0, 10, 10, again.put())));
     EXPECT_EQ(deck->shapes(1).last().id, 43);
-    EXPECT_TRUE(deck->deleteShapes({43}));
+    EXPECT_TRUE(deck->deleteShapes(1, {43}, QStringLiteral("delete")));
     EXPECT_EQ(deck->addTextBox(1, QStringLiteral("x"), QRectF(0, 0, 10, 10)), 43);
 }
 
