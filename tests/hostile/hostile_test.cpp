@@ -179,6 +179,11 @@ TEST_F(HostileDeck, MoreSlidesThanTheLimit) {
                   QStringLiteral("the presentation lists 5001 slides (the limit is 5000)"));
 }
 
+TEST_F(HostileDeck, AsManySlidesAsTheLimit) {
+    // Each slide read, listed, given its readings; in the studio each drawn as a thumbnail.
+    expectWritten(hostile::manySlides(minihost::limits::kSlides), 1, minihost::limits::kSlides);
+}
+
 TEST_F(HostileDeck, MoreShapesOnASlideThanTheLimit) {
     expectRefused(hostile::manyShapes(minihost::limits::kShapesPerPart + 1),
                   QStringLiteral("part \"ppt/slides/slide1.xml\" holds 20001 shapes (the limit is "
