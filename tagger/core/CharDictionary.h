@@ -47,6 +47,8 @@ public:
         return syllables_.get(ids_.at(start(c) + k, 0xFFFF));
     }
     CharReadings toReadings() const;
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     uint32_t start(uint32_t unit) const;

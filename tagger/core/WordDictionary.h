@@ -87,6 +87,8 @@ public:
 
     // Every word, sorted; a damaged trie (a loop, a reading out of range) throws FormatError.
     std::vector<WordEntry> toEntries() const;
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     // Syllable k of a word whose reading entry (section 6) is r.
