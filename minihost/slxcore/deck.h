@@ -40,6 +40,7 @@
 #include <optional>
 
 #include "hostexport.h"
+#include "minihost/slxcore/picturestore.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "minihost/slxcore/textlayout.h"
 #include "slxcore/slxoldapi.h"
@@ -117,6 +118,9 @@ public:
     // Nothing for an unknown slide or shape, a shape without a text frame, or one whose place is
     // not known.
     std::optional<TextLayout> textLayout(int slide, int shapeId) const;
+    // The deck's pictures, decoded for drawing (picturestore.h): one store for everyone who
+    // draws the deck, which stays usable (giving no pictures) after the deck is gone.
+    std::shared_ptr<PictureStore> pictures() const;
 
     // ---- Edits: a person's in the host's window, and a host program's. Each names the slide it
     // is on (from 1) and is one undo step named `stepName` (a text for the user, in the user's
@@ -198,6 +202,7 @@ private:
     std::shared_ptr<DeckCore> d;
     ViewObject* m_view;
     std::unique_ptr<QUndoStack> m_stack;
+    std::shared_ptr<PictureStore> m_pictures;
 };
 
 }  // namespace minihost

@@ -90,7 +90,7 @@ struct DrawnShape {
     float lineWidth = 0.75f;  // points
     bool hasText = false;
     TextFrame text;
-    QByteArray picture;  // the media bytes of a picture (PNG, JPEG, ...), empty otherwise
+    QString picture;  // a picture's media part (for Deck::pictures()), empty otherwise
 };
 
 struct SlideDrawing {

@@ -60,16 +60,12 @@ void paintPlaceOf(QPainter& painter, const minihost::DrawnShape& shape, const QR
 }  // namespace
 
 SlideScene::SlideScene(const minihost::Deck& deck, int slide)
-    : m_size(deck.slideSize()), m_drawing(deck.drawing(slide)) {
+    : m_size(deck.slideSize()), m_drawing(deck.drawing(slide)), m_pictures(deck.pictures()) {
     for (const minihost::DrawnShape& shape : m_drawing.shapes)
         if (shape.hasText && shape.boxKnown) m_text.emplace(shape.id, minihost::TextLayout(shape));
     for (int i = 0; i < m_drawing.behind.size(); ++i)
         if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
             m_behindText.emplace(i, minihost::TextLayout(m_drawing.behind[i]));
-    for (const auto* list : {&m_drawing.behind, &m_drawing.shapes})
-        for (const minihost::DrawnShape& shape : *list)
-            if (!shape.picture.isEmpty())
-                m_images[shape.picture.constData()] = QImage::fromData(shape.picture);
 }
 
 QTransform SlideScene::toTarget(const QRectF& target) const {
@@ -111,7 +107,9 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
         painter.translate(-box.center());
     }
     if (!shape.picture.isEmpty()) {
-        const QImage& image = m_images.at(shape.picture.constData());
+        // Decoded (once, shared by every view of the deck) at the size it is drawn here.
+        const QSize pixels = painter.deviceTransform().mapRect(box).size().toSize();
+        const QImage image = m_pictures->picture(shape.picture, pixels);
         if (image.isNull() && ofSlide)
             paintPlaceOf(painter, shape, box);
         else

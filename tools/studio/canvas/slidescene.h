@@ -3,7 +3,6 @@
 // are, in points on the slide. A copy: the deck may change afterwards (make a new scene then).
 #pragma once
 
-#include <QImage>
 #include <QPainter>
 #include <QTransform>
 #include <map>
@@ -44,11 +43,10 @@ private:
 
     QSizeF m_size;
     minihost::SlideDrawing m_drawing;
+    std::shared_ptr<minihost::PictureStore> m_pictures;
     std::map<int, minihost::TextLayout> m_text;
     // The text of what the master and layout draw behind the slide, by index in `behind`.
     std::map<int, minihost::TextLayout> m_behindText;
-    // Pictures decoded once, by their media bytes' data (shared with the drawing).
-    std::map<const char*, QImage> m_images;
 };
 
 }  // namespace zstudio
