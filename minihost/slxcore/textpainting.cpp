@@ -41,8 +41,12 @@ void TextLayout::drawPiece(QPainter& painter, const Piece& piece) const {
     }
     QVector<quint32> glyphs;
     QVector<QPointF> positions;
-    for (std::size_t g = 0; g < run.glyphs.size(); ++g) {
-        if (run.glyphPositions[g] < piece.start || run.glyphPositions[g] >= piece.end) continue;
+    // Shaped left to right, a run's glyphs are in text order: the piece's are found by a search,
+    // not by a walk over the whole run (a text of a million characters has thousands of lines).
+    const auto first =
+        std::lower_bound(run.glyphPositions.begin(), run.glyphPositions.end(), piece.start);
+    for (auto g = static_cast<std::size_t>(first - run.glyphPositions.begin());
+         g < run.glyphs.size() && run.glyphPositions[g] < piece.end; ++g) {
         glyphs << run.glyphs[g];
         positions << QPointF((run.glyphX[g] - piece.runX) * kUnits, 0);
     }
