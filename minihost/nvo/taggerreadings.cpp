@@ -24,7 +24,7 @@ struct EngineState {
 
     Tagger* open() {
         if (tagger || failed) return tagger.get();
-        const QDir directory(minihost::directory(kDirDictionaries));
+        const QDir directory(minihost::directory(ZDirDictionaries));
         const auto path = [&](const char* name) {
             return QDir::toNativeSeparators(directory.filePath(QLatin1String(name)))
                 .toLocal8Bit()

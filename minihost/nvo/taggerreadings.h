@@ -11,7 +11,7 @@ namespace minihost {
 // A reading function for createReadingService: one reading per character of the text, in
 // context, as the tagging engine gives it (tone-marked pinyin; "" for a character without a
 // reading), each covering one character. The dictionaries ("Pinyin.dic", "firrule.dic",
-// "secrule.dic" in directory(kDirDictionaries)) are opened on the first call and kept by the
+// "secrule.dic" in directory(ZDirDictionaries)) are opened on the first call and kept by the
 // function. When they cannot be opened the function gives no readings, and the first such call
 // prints "zphonetic: <file>: <what is wrong>" to standard error.
 ZHOST_API ReadingFunction engineReadingFunction();
