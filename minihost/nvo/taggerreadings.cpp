@@ -49,11 +49,19 @@ ReadingFunction engineReadingFunction() {
     return [state](const QString& text, QVector<HostReading>& readings) {
         Tagger* tagger = state->open();
         if (!tagger) return false;
-        const auto& syllables = tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),
-                                                 static_cast<std::size_t>(text.size()));
-        for (const auto* syllable : syllables)
-            readings.append({syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
-        return true;
+        try {
+            const auto& syllables =
+                tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),
+                                 static_cast<std::size_t>(text.size()));
+            for (const auto* syllable : syllables)
+                readings.append(
+                    {syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
+            return true;
+        } catch (const std::exception& error) {
+            // A damaged block of a dictionary (named by the error), or no memory: no readings.
+            std::fprintf(stderr, "zphonetic: %s\n", error.what());
+            return false;
+        }
     };
 }
 

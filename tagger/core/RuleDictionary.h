@@ -123,6 +123,8 @@ public:
                           bool wordTarget) const;
 
     RuleSet toRuleSet() const;
+    // The file behind the view: whether what was read of it was intact (see ContainerView).
+    const ContainerView& file() const { return file_; }
 
 private:
     // A rule made ready at opening: its pattern's elements other than the target, each placed

@@ -151,7 +151,13 @@ void Tagger::changeTones(const char16_t* text, size_t n) {
 const std::vector<const Syllable*>& Tagger::readings(const char16_t* text, size_t length) {
     segment(text, length);
     changeTones(text, length);
+    refuseDamage();
     return readings_;
+}
+
+void Tagger::refuseDamage() const {
+    // What a damaged block gave was read as nothing; the readings made of it must not stand.
+    if (dicts_->damaged()) throw FormatError(dicts_->damage());
 }
 
 char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLength) {
@@ -163,6 +169,7 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
         for (size_t k = 0; k < count; ++k) {
             if (const Syllable* s = chars.reading(text[0], k)) total += s->text.size() + 1;
         }
+        refuseDamage();
         out = new char16_t[total + 1];
         char16_t* p = out;
         *p++ = text[0];
