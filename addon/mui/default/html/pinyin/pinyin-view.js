@@ -98,7 +98,7 @@
 
   function runsOf(box) {
     return box.runs.map(function (run) {
-      return el(run.bold ? 'strong' : 'span', { class: run.rest ? 'run rest' : 'run' }, ns.dom.textWithBreaks(run.text));
+      return el(run.bold ? 'strong' : 'span', { class: 'run' }, ns.dom.textWithBreaks(run.text));
     });
   }
 
@@ -246,7 +246,7 @@
     root.appendChild(el('section', { class: 'preview', 'aria-labelledby': 'preview-heading' }, [
       el('h2', { id: 'preview-heading' }, texts.get('previewHeading')), preview
     ].concat(writing.mayGoOn(model.entries)
-      ? [el('p', { class: 'preview-note' }, texts.get('previewRest').replace('%1', writing.MAX_UNITS))]
+      ? [el('p', { class: 'preview-note' }, texts.get('previewLimit').replace('%1', writing.MAX_UNITS))]
       : [])));
     root.appendChild(el('div', { class: 'footer' }, context.footerStart.concat([
       el('span', { class: 'keys', 'aria-hidden': 'true' }, texts.get('keysHint')),
