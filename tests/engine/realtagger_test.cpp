@@ -10,6 +10,7 @@
 
 #include "engine/readings.h"
 #include "engine/taggerbinding.h"
+#include "hostjournal.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/readingservice.h"
@@ -36,17 +37,17 @@ protected:
     }
 
     void SetUp() override {
+        minihost::clearHostJournal();
         minihost::resetFeatureStates();
-        minihost::setDirectory(minihost::kDirTaggingLibrary,
-                               QStringLiteral(ZPHONETIC_REAL_TAGGER_DIR));
-        minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral(ZPHONETIC_REAL_DICT_DIR));
+        minihost::setDirectory(ZDirTaggingLibrary, QStringLiteral(ZPHONETIC_REAL_TAGGER_DIR));
+        minihost::setDirectory(ZDirDictionaries, QStringLiteral(ZPHONETIC_REAL_DICT_DIR));
         ASSERT_TRUE(loadPinyinTagger(handle, &app));
         ASSERT_NE(handle.library, nullptr);
     }
 
     void TearDown() override {
         unloadPinyinTagger(handle);
-        EXPECT_EQ(minihost::coreApplicationReferences(&app), 0u);
+        EXPECT_EQ(hostjournal::openCoreReferences(), 0);
         minihost::resetFeatureStates();
         minihost::resetDirectories();
     }
@@ -85,7 +86,7 @@ TEST_F(RealTaggerTest, TheHostServiceAgreesWithTheLibrary) {
     const QString text = QStringLiteral("他长大了，银行在前面。");
     const QStringList fromLibrary = readingsOf(text);
     ASSERT_EQ(fromLibrary.size(), text.size());
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     QStringList fromService = readingsOf(text);
     // Only the library path writes the single-storey letter forms.
     for (QString& reading : fromService)
