@@ -9,7 +9,7 @@
 #include "dialogfixture.h"
 #include "engine/taggerbinding.h"
 #include "minihost/nvo/hoststore.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "nvo/readingservice.h"
 #include "usage/clientinfo.h"
 

@@ -21,7 +21,7 @@
 #include "hostjournal.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "nvo/readingservice.h"
 #include "nvo/zapplication.h"
 #include "taggerdoublelibrary.h"

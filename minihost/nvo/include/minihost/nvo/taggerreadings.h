@@ -4,7 +4,7 @@
 #pragma once
 
 #include "hostexport.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 
 namespace minihost {
 
