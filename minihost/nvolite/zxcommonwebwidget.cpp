@@ -25,8 +25,7 @@ const unsigned int kErrorMessage = ZxApplication::IconError | ZxApplication::But
 // window the widget is (a widget inside another window leaves it open). Queued: whoever asked
 // for the page finishes first, as it would have shown it.
 void reportPageNotShown(ZxCommonWebWidget* widget, const QString& url, const QString& why) {
-    const QString text = QStringLiteral("The page %1 cannot be shown: %2.")
-                             .arg(QUrl(url).toDisplayString(QUrl::PreferLocalFile), why);
+    const QString text = QStringLiteral("The page %1 cannot be shown: %2.").arg(url, why);
     QPointer<ZxCommonWebWidget> guard(widget);
     QTimer::singleShot(0, [guard, text] {
         if (auto* application = qobject_cast<ZxApplication*>(QCoreApplication::instance()))

@@ -65,6 +65,7 @@ TEST_F(Bridge, CallsTheSlotOfThatNameAndAnswersItsResult) {
     ASSERT_TRUE(
         window.init(QStringLiteral("file:///nowhere/page.html#/a"), QStringLiteral("test")));
     EXPECT_EQ(minihost::webWidgetView(&window), nullptr);  // nothing rendered
+    EXPECT_EQ(minihost::webPageUrl(&window), QUrl());
     EXPECT_EQ(minihost::callBridge(&window, "echo", R"({"a":1})"), ok(QStringLiteral("{\"a\":1}")));
     EXPECT_EQ(minihost::callBridge(&window, "hidden", "{}"), ok(7));
     EXPECT_EQ(window.api->calls, (QStringList{"echo", "hidden"}));
