@@ -145,9 +145,13 @@
       var caption = box.kind === 'newBox' ? texts.get('previewNewBox')
         : box.changed ? texts.get('previewSelection') : texts.get('previewUnchanged');
       var written = box.runs.map(function (run) { return run.text; }).join('');
+      // The colour is set through the element's style object: the page's policy refuses style
+      // attributes written as text.
+      var text = el('div', { class: 'box-text', lang: 'zh-CN' }, runsOf(box));
+      text.style.color = colour;
       return el('div', { class: 'box box-' + box.kind, 'data-kind': box.kind, 'data-text': written }, [
         el('span', { class: 'box-caption' }, caption),
-        el('div', { class: 'box-text', lang: 'zh-CN', style: 'color: ' + colour }, runsOf(box))
+        text
       ]);
     });
   }
