@@ -2,12 +2,16 @@
 // Times the studio's window as a person meets it, headless, in one process:
 //   open   opening a 200-slide deck (five Chinese text boxes a slide) until its first slide is
 //          drawn: reading the file, the thumbnails, and one paint of the slide view;
+//   type   a key typed into a text on slide 100 until the slide view has painted it: the edit
+//          and its undo step, the slide laid out again, one paint; afterwards the thumbnails
+//          panel must have drawn that slide's picture again and no other;
 //   dialog from the click on the ribbon's "PhoneticSymbol" button, with 30 characters selected,
 //          until the add-on's page says it has rendered them ("data-rendered"); the first run
 //          starts the web engine and is reported apart.
-// Each run is checked: the deck has its 200 slides, the page shows 30 characters.
+// Each run is checked: the deck has its 200 slides, the page shows 30 characters, each key is in
+// the text and drew one thumbnail.
 //
-//   studio_bench [RUNS]     (default 5; prints each run and the median)
+//   studio_bench [RUNS]     (default 5; prints each run and the median; 20 times RUNS keys)
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QRectF>
@@ -25,6 +29,7 @@
 #include "minihost/slxcore/deck.h"
 #include "nvo/zapplication.h"
 #include "nvolite/zxcommonwebwidget.h"
+#include "slidethumbnails.h"
 #include "slideview.h"
 #include "studiowindow.h"
 
@@ -59,6 +64,46 @@ qint64 timeOpen(StudioWindow& window, const QString& path) {
     window.slideView()->repaint();
     const qint64 elapsed = timer.nsecsElapsed() / 1000;
     return window.deck()->slideCount() == kSlides ? elapsed : -1;
+}
+
+// Lets the thumbnails panel draw every picture it has still to draw.
+void drawThumbnails(StudioWindow& window) {
+    for (int waited = 0; window.thumbnails()->pending() > 0 && waited < kTimeout; ++waited)
+        QTest::qWait(1);
+}
+
+// Types `keys` letters into the first text of slide 100, one at a time, each until the slide view
+// has painted it; the wall time of each in microseconds, or an empty list when a key did not
+// reach the text or drew other thumbnails than its slide's.
+std::vector<qint64> timeTyping(StudioWindow& window, int keys) {
+    minihost::Deck& deck = *window.deck();
+    if (!deck.setCurrentSlide(kSlides / 2)) return {};
+    const int text = deck.shapes(kSlides / 2).first().id;
+    if (!deck.selectText(text, 10, 0)) return {};
+    SlideView* view = window.slideView();
+    view->repaint();
+    drawThumbnails(window);
+    std::vector<qint64> times;
+    for (int key = 0; key < keys; ++key) {
+        const int drawn = window.thumbnails()->drawnCount();
+        QElapsedTimer timer;
+        timer.start();
+        QTest::keyClick(view, static_cast<char>('a' + key % 26));
+        view->repaint();
+        times.push_back(timer.nsecsElapsed() / 1000);
+        drawThumbnails(window);
+        if (deck.text(kSlides / 2, text).size() != kSentence.size() + key + 1) {
+            std::fprintf(stderr, "studio_bench: key %d did not reach the text\n", key + 1);
+            return {};
+        }
+        if (const int redrawn = window.thumbnails()->drawnCount() - drawn; redrawn != 1) {
+            std::fprintf(stderr, "studio_bench: key %d: %d thumbnails drawn again, not 1\n",
+                         key + 1, redrawn);
+            return {};
+        }
+    }
+    deck.setCurrentSlide(1);
+    return times;
 }
 
 nvolite::ZxCommonWebWidget* openDialog(StudioWindow& window) {
@@ -123,6 +168,14 @@ int main(int argc, char** argv) {
         opens.push_back(time);
     }
 
+    drawThumbnails(window);
+    const std::vector<qint64> keys = timeTyping(window, 20 * runs);
+    if (keys.empty()) return 1;
+    std::printf(
+        "type a key, slide 100 of 200, to the slide painted: median %.2f ms, slowest "
+        "%.2f ms over %zu keys; one thumbnail drawn again for each\n",
+        median(keys) / 1000.0, *std::max_element(keys.begin(), keys.end()) / 1000.0, keys.size());
+
     QToolButton* button = nullptr;
     for (QToolButton* candidate :
          minihost::ribbonTabPanel(&window, QStringLiteral("CT_Home"))->findChildren<QToolButton*>())
@@ -138,7 +191,9 @@ int main(int argc, char** argv) {
         std::printf("dialog, run %d: %.1f ms\n", run + 1, time / 1000.0);
         dialogs.push_back(time);
     }
-    std::printf("median: open 200 slides %.1f ms; click to rendered page (30 characters) %.1f ms\n",
-                median(opens) / 1000.0, median(dialogs) / 1000.0);
+    std::printf(
+        "median: open 200 slides %.1f ms; a key typed to the slide painted %.2f ms; click to "
+        "rendered page (30 characters) %.1f ms\n",
+        median(opens) / 1000.0, median(keys) / 1000.0, median(dialogs) / 1000.0);
     return 0;
 }

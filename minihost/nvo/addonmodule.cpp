@@ -52,6 +52,24 @@ void AddonModule::unload() {
     m_module = nullptr;
 }
 
+AddonSession::AddonSession() = default;
+
+// The entry object goes first: its destructor releases the add-on's model while the module is
+// still loaded.
+AddonSession::~AddonSession() {
+    m_entry.reset();
+}
+
+bool AddonSession::open() {
+    if (!m_module.load(addonModulePath(QStringLiteral("zphoneticsymbol")))) return false;
+    m_entry.reset(m_module.createEntryObject());
+    return m_entry != nullptr;
+}
+
+bool AddonSession::trigger(const QString& action, ZAppObj* source) {
+    return m_entry && triggerCommand(m_entry.get(), action, source);
+}
+
 bool triggerCommand(QObject* entry, const QString& action, ZAppObj* source) {
     if (!entry) return false;
     ZAppContext context;

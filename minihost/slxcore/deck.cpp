@@ -17,9 +17,22 @@ const GUID slxoldapi::IID_Shape = {
 
 namespace minihost {
 
-Deck::Deck(std::shared_ptr<DeckCore> core) : d(std::move(core)), m_view(new ViewObject(d)) {}
+Deck::Deck(std::shared_ptr<DeckCore> core)
+    : d(std::move(core)), m_view(new ViewObject(d)), m_stack(std::make_unique<QUndoStack>()) {
+    m_stack->setUndoLimit(kUndoLimit);
+    // For watchers that keep what they were told (queued connections, signal spies).
+    qRegisterMetaType<DeckChange>();
+    d->deck = this;
+    d->undoStack = m_stack.get();
+}
 
 Deck::~Deck() {
+    // Objects clients still hold may edit the deck's parts; nobody is told, nothing is undoable.
+    d->deck = nullptr;
+    d->undoStack = nullptr;
+    // Its last signals would reach watchers that are letting go of the deck.
+    m_stack->blockSignals(true);
+    m_stack.reset();
     m_view->releaseByHost();
 }
 
@@ -68,8 +81,10 @@ int Deck::currentSlide() const {
 
 bool Deck::setCurrentSlide(int slide) {
     if (slide < 1 || slide > slideCount()) return false;
+    const bool changed = d->currentSlide != slide - 1;
     d->currentSlide = slide - 1;
     clearSelection();
+    if (changed) emit currentSlideChanged(slide);
     return true;
 }
 
@@ -107,25 +122,37 @@ QString Deck::text(int slide, int shapeId) const {
 bool Deck::selectShapes(const QList<int>& shapeIds) {
     for (int id : shapeIds)
         if (!d->shape(d->currentSlide, id).element) return false;
-    clearSelection();
-    for (int id : shapeIds) d->selectShape(id, false);
+    std::vector<int> ids;
+    for (int id : shapeIds)
+        if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
+    if (!d->textSelected && d->selectedShapes == ids) return true;
+    d->selectedShapes = std::move(ids);
+    d->textSelected = false;
+    d->selectionTouched();
     return true;
 }
 
 bool Deck::selectText(int shapeId, int start, int length) {
     const pugi::xml_node body = textBodyOf(d->shape(d->currentSlide, shapeId).element);
     if (!body || start < 0 || length < 0 || start + length > TextBody(body).length()) return false;
+    if (d->textSelected && d->textShape == shapeId && d->textStart == start &&
+        d->textLength == length)
+        return true;
     d->selectedShapes.clear();
     d->textSelected = true;
     d->textShape = shapeId;
     d->textStart = start;
     d->textLength = length;
+    d->selectionTouched();
     return true;
 }
 
 void Deck::clearSelection() {
+    // Shapes an undo took away are no longer selected: there is nothing to tell of them.
+    const bool selected = d->textSelected || !d->selectedShapeIds().empty();
     d->selectedShapes.clear();
     d->textSelected = false;
+    if (selected) d->selectionTouched();
 }
 
 QList<int> Deck::selectedShapes() const {
@@ -149,7 +176,9 @@ int Deck::addTextBox(int slide, const QString& text, const QRectF& box) {
                    static_cast<float>(box.width()), static_cast<float>(box.height()));
     TextBody(textBodyOf(element)).insert(0, text);
     part.edited = true;
-    return listShapes(shapeTree(part.doc)).back().id;
+    const int id = shapeIdOf(element);
+    d->tellChanged({{slide - 1, {id}}});
+    return id;
 }
 
 QRectF Deck::placeOf(int slide, int shapeId) const {
@@ -169,7 +198,7 @@ QByteArray Deck::toBytes(QString* error) const {
     return {};
 }
 
-bool Deck::save(const QString& path, QString* error) const {
+bool Deck::save(const QString& path, QString* error) {
     const QByteArray bytes = toBytes(error);
     if (bytes.isEmpty()) return false;
     // QSaveFile writes beside the target and renames over it only on commit().
@@ -179,28 +208,39 @@ bool Deck::save(const QString& path, QString* error) const {
             *error = path + QStringLiteral(": cannot be written (%1)").arg(file.errorString());
         return false;
     }
+    m_stack->setClean();
     return true;
 }
 
 QStringList Deck::editedParts() const {
     return d->editedParts();
 }
-bool Deck::undo() {
-    return d->undo();
+
+QUndoStack* Deck::undoStack() const {
+    return m_stack.get();
 }
+
+bool Deck::undo() {
+    if (d->anyStepOpen() || !m_stack->canUndo()) return false;
+    m_stack->undo();
+    return true;
+}
+
 bool Deck::redo() {
-    return d->redo();
+    if (d->anyStepOpen() || !m_stack->canRedo()) return false;
+    m_stack->redo();
+    return true;
 }
 
 QStringList Deck::undoSteps() const {
     QStringList names;
-    for (const UndoStep& step : d->done) names << step.name;
+    for (int i = 0; i < m_stack->index(); ++i) names << m_stack->text(i);
     return names;
 }
 
 QStringList Deck::redoSteps() const {
     QStringList names;
-    for (const UndoStep& step : d->undone) names << step.name;
+    for (int i = m_stack->count() - 1; i >= m_stack->index(); --i) names << m_stack->text(i);
     return names;
 }
 

@@ -7,9 +7,7 @@
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/inheritance_p.h"
-#include "minihost/slxcore/transaction_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
-#include "nvo/transaction.h"
 
 namespace minihost {
 namespace {
@@ -229,6 +227,7 @@ void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserte
     if (textSelected && currentSlide == slide && textShape == id) {
         const int start = mapStart(textStart);
         const int end = textLength == 0 ? start : mapEnd(textStart + textLength);
+        if (start != textStart || std::max(0, end - start) != textLength) selectionTouched();
         textStart = start;
         textLength = std::max(0, end - start);
     }
@@ -261,6 +260,7 @@ void DeckCore::selectShape(int id, bool replace) {
     textSelected = false;
     if (std::find(selectedShapes.begin(), selectedShapes.end(), id) == selectedShapes.end())
         selectedShapes.push_back(id);
+    selectionTouched();
 }
 
 void DeckCore::note(const QString& entry) {
@@ -276,49 +276,6 @@ void DeckCore::restore(int slide, const std::string& xml) {
     // Live ranges may now reach past their frame's text; every use clamps them to it.
     slides[slide]->doc.load_buffer(xml.data(), xml.size(), kXmlParseOptions, pugi::encoding_utf8);
     slides[slide]->edited = true;
-}
-
-void DeckCore::aboutToEdit(int slide, UndoStep* implicit) {
-    OpenStep* open = ZFormatStaticTransGuard::instance()->d_func()->stepFor(this);
-    UndoStep* step = open ? &open->step : implicit;
-    if (step && !step->before.count(slide)) step->before[slide] = snapshot(slide);
-    slides[slide]->edited = true;
-}
-
-void DeckCore::pushStep(UndoStep step) {
-    if (step.before.empty()) return;  // nothing changed: nothing to undo
-    for (const auto& entry : step.before) step.after[entry.first] = snapshot(entry.first);
-    done.push_back(std::move(step));
-    undone.clear();
-}
-
-bool DeckCore::undo() {
-    if (done.empty() || ZFormatStaticTransGuard::instance()->d_func()->open) return false;
-    UndoStep step = std::move(done.back());
-    done.pop_back();
-    for (const auto& [slide, xml] : step.before) restore(slide, xml);
-    undone.push_back(std::move(step));
-    return true;
-}
-
-bool DeckCore::redo() {
-    if (undone.empty() || ZFormatStaticTransGuard::instance()->d_func()->open) return false;
-    UndoStep step = std::move(undone.back());
-    undone.pop_back();
-    for (const auto& [slide, xml] : step.after) restore(slide, xml);
-    done.push_back(std::move(step));
-    return true;
-}
-
-EditScope::EditScope(DeckCore& core, int slide, const QString& operation)
-    : m_core(core), m_slide(slide) {
-    if (!ZFormatStaticTransGuard::instance()->d_func()->stepFor(&core))
-        m_implicit = std::make_unique<UndoStep>(UndoStep{operation, {}, {}});
-    core.aboutToEdit(slide, m_implicit.get());
-}
-
-EditScope::~EditScope() {
-    if (m_implicit) m_core.pushStep(std::move(*m_implicit));
 }
 
 }  // namespace minihost

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The private side of a deck: its parts, the view's slide and selection, the live text ranges,
-// the undo history and the call journal. Objects of the object model share it.
+// the open undo step and the call journal. Objects of the object model share it.
 #pragma once
 
 #include <QSizeF>
@@ -8,12 +8,15 @@
 #include <map>
 #include <memory>
 #include <pugixml.hpp>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "minihost/slxcore/package_p.h"
 #include "minihost/slxcore/runformat_p.h"
 #include "minihost/slxcore/slidetree_p.h"
+
+class QUndoStack;
 
 namespace minihost {
 
@@ -31,10 +34,21 @@ struct RangeState {
     int length;
 };
 
-// One undo step: each slide it changed, as it was before and after.
+// One undo step while it is open: each slide it changed (from 0) as it was before, and the
+// shapes it changed on each.
 struct UndoStep {
     QString name;
-    std::map<int, std::string> before, after;
+    std::map<int, std::string> before;
+    std::map<int, std::set<int>> shapes;
+};
+
+class Deck;
+
+// How an open step ends.
+enum class StepEnd {
+    Record,    // an undo step on the stack
+    Keep,      // its changes stay, not undoable (a guard that records no undo)
+    RollBack,  // its changes are undone
 };
 
 class DeckCore : public std::enable_shared_from_this<DeckCore> {
@@ -67,14 +81,28 @@ public:
     std::vector<int> selectedShapeIds() const;  // the text's shape for a text selection
     void selectShape(int id, bool replace);
 
-    // ---- undo
+    // ---- undo steps (undostep.cpp)
+    // The step this deck's changes go into: the host's or a guard's opened on this deck, else
+    // the one an edit opened; null when none is open.
+    UndoStep* openStep() const;
+    // Whether a step is open on this deck or any other (a guard's or the host's): nothing may be
+    // undone or redone then.
+    bool anyStepOpen() const;
+    // Called before slide `slide` changes, with a step open: records the slide as it is for the
+    // step, and `shapeId` (0: none yet) as changed.
+    void aboutToEdit(int slide, int shapeId);
+    // Tells the deck's watchers that `step`, still open, is about to close (Deck::edited): what
+    // they change joins it.
+    void announce(UndoStep& step);
+    // Ends `step`, no longer open: pushed on the undo stack, kept or rolled back; then the
+    // watchers are told what changed and, once, whether the selection did.
+    void finish(UndoStep step, StepEnd end);
+    // The view's selection changed: told now, or when the open step closes.
+    void selectionTouched();
+    // Tells the watchers what changed (slides from 0 in `shapes`).
+    void tellChanged(const std::map<int, std::set<int>>& shapes);
     std::string snapshot(int slide) const;
     void restore(int slide, const std::string& xml);
-    // Called before a slide changes: records its state for the open step (or `implicit`).
-    void aboutToEdit(int slide, UndoStep* implicit);
-    void pushStep(UndoStep step);
-    bool undo();
-    bool redo();
 
     void note(const QString& entry);
 
@@ -105,25 +133,34 @@ public:
     int textShape = 0, textStart = 0, textLength = 0;
 
     std::vector<std::weak_ptr<RangeState>> ranges;
-    std::vector<UndoStep> done, undone;
     QStringList journal;
+    // The host's Deck while it lives: it is told of changes, and its stack takes the steps.
+    Deck* deck = nullptr;
+    QUndoStack* undoStack = nullptr;
+    // The step an edit opened when none was open (EditScope).
+    std::unique_ptr<UndoStep> editStep;
+    bool selectionPending = false;  // the selection changed while a step was open
     // Layouts and masters read by relatedDocument, by part name.
     mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
 };
 
-// Records the slide's state for undo around one edit made outside any open step, which then is
-// a step of its own named after the operation.
+// Around one change of a slide: it joins the step open on the deck, or opens one of its own
+// named `operation`, which closes (announced, then pushed) when the scope ends. A scope left by
+// an exception rolls its own step back.
 class EditScope {
 public:
-    EditScope(DeckCore& core, int slide, const QString& operation);
+    EditScope(DeckCore& core, int slide, const QString& operation, int shapeId = 0);
     ~EditScope();
     EditScope(const EditScope&) = delete;
     EditScope& operator=(const EditScope&) = delete;
+    // Names one more shape the change touches (a new one, once it has its id).
+    void touches(int shapeId);
 
 private:
     DeckCore& m_core;
     int m_slide;
-    std::unique_ptr<UndoStep> m_implicit;
+    bool m_opened = false;
+    int m_exceptions;
 };
 
 }  // namespace minihost

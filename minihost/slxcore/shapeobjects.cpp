@@ -129,7 +129,8 @@ HRESULT ShapesObject::AddTextbox(std::int32_t orientation, float left, float top
         EditScope edit(*m_core, m_slide, QStringLiteral("AddTextbox"));
         const pugi::xml_node element =
             addTextbox(m_core->slides[m_slide]->doc, left, top, width, height);
-        const int id = child(child(element, "nvSpPr"), "cNvPr").attribute("id").as_int();
+        const int id = shapeIdOf(element);
+        edit.touches(id);
         *shape = static_cast<slxoldapi::Shape*>(new ShapeObject(m_core, m_slide, id));
         return S_OK;
     });
@@ -156,7 +157,7 @@ HRESULT ShapeObject::put_Width(float width) {
         m_core->note(QStringLiteral("Shape.put_Width(%1)").arg(journalNumber(width)));
         if (!(width >= 0)) return E_INVALIDARG;
         if (!m_core->shape(m_slide, m_id).element) return E_FAIL;
-        EditScope edit(*m_core, m_slide, QStringLiteral("put_Width"));
+        EditScope edit(*m_core, m_slide, QStringLiteral("put_Width"), m_id);
         setWidth(m_core->shape(m_slide, m_id), width);
         m_core->fit(m_slide, m_id);
         return S_OK;

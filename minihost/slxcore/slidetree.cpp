@@ -129,6 +129,10 @@ QString shapeName(pugi::xml_node element) {
     return qs(child(nonVisual(element), "cNvPr").attribute("name").value());
 }
 
+int shapeIdOf(pugi::xml_node element) {
+    return child(nonVisual(element), "cNvPr").attribute("id").as_int(0);
+}
+
 QString shapeKind(pugi::xml_node element) {
     const std::string local = localName(element);
     if (local == "sp") {

@@ -34,6 +34,8 @@ std::vector<ShapeNode> listShapes(pugi::xml_node tree);
 ShapeNode findShape(pugi::xml_node tree, int id);
 
 QString shapeName(pugi::xml_node element);
+// p:cNvPr/@id of a shape's element (0 when it has none).
+int shapeIdOf(pugi::xml_node element);
 // "text box", "placeholder", "shape", "picture", "table or chart", "connector", "group".
 QString shapeKind(pugi::xml_node element);
 // The text body (p:txBody) of a p:sp, or an empty node.

@@ -27,7 +27,7 @@ HRESULT formatRange(DeckCore& core, RangeState& state, const QString& operation,
                     const std::function<void(pugi::xml_node)>& edit) {
     const pugi::xml_node body = bodyOf(core, state);
     if (!body) return E_FAIL;
-    EditScope scope(core, state.slide, operation);
+    EditScope scope(core, state.slide, operation, state.shapeId);
     TextBody(body).format(state.start, state.length, edit);
     core.fit(state.slide, state.shapeId);
     return S_OK;
@@ -64,7 +64,7 @@ HRESULT TextFrameObject::put_AutoSize(std::int32_t autoSize) {
         if (autoSize != 0 && autoSize != 1) return E_INVALIDARG;
         const pugi::xml_node body = textBodyOf(m_core->shape(m_slide, m_id).element);
         if (!body) return E_FAIL;
-        EditScope edit(*m_core, m_slide, QStringLiteral("put_AutoSize"));
+        EditScope edit(*m_core, m_slide, QStringLiteral("put_AutoSize"), m_id);
         setFollowsText(body, autoSize == 1);
         m_core->fit(m_slide, m_id);
         return S_OK;
@@ -120,7 +120,7 @@ HRESULT TextRangeObject::put_Text(BSTR text) {
         m_core->note(QStringLiteral("TextRange.put_Text(%1)").arg(journalText(value)));
         const pugi::xml_node body = bodyOf(*m_core, *m_state);
         if (!body) return E_FAIL;
-        EditScope edit(*m_core, m_state->slide, QStringLiteral("put_Text"));
+        EditScope edit(*m_core, m_state->slide, QStringLiteral("put_Text"), m_state->shapeId);
         TextBody frame(body);
         const TextBody::Replacement r = frame.replace(m_state->start, m_state->length, value);
         m_core->textReplaced(m_state->slide, m_state->shapeId, r.at, r.removed, r.inserted,
@@ -139,7 +139,7 @@ HRESULT TextRangeObject::InsertAfter(BSTR text, slxoldapi::TextRange** inserted)
         m_core->note(QStringLiteral("TextRange.InsertAfter(%1)").arg(journalText(value)));
         const pugi::xml_node body = bodyOf(*m_core, *m_state);
         if (!body) return E_FAIL;
-        EditScope edit(*m_core, m_state->slide, QStringLiteral("InsertAfter"));
+        EditScope edit(*m_core, m_state->slide, QStringLiteral("InsertAfter"), m_state->shapeId);
         TextBody frame(body);
         const int before = frame.length();
         const int pos = frame.insert(m_state->start + m_state->length, value);

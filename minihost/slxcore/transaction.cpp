@@ -56,18 +56,21 @@ bool openStep(IZApplication* application, const QString& name, bool record, bool
 }
 
 void closeStep(bool keep) {
-    std::unique_ptr<OpenStep> step = std::move(slot().open);
-    const auto deck = step->deck.lock();
-    if (!deck) return;
+    OpenStep& open = *slot().open;
+    const auto deck = open.deck.lock();
+    if (!deck) {
+        slot().open.reset();
+        return;
+    }
+    const StepEnd end = !keep ? StepEnd::RollBack : open.record ? StepEnd::Record : StepEnd::Keep;
+    // Still open while the deck's watchers hear of it: what they change joins the step.
+    if (end != StepEnd::RollBack) deck->announce(open.step);
+    const std::unique_ptr<OpenStep> step = std::move(slot().open);
     const QString kind =
         step->host ? QStringLiteral("HostTransaction") : QStringLiteral("Transaction");
-    if (keep) {
-        deck->note(QStringLiteral("%1.commit(\"%2\")").arg(kind, step->step.name));
-        if (step->record) deck->pushStep(std::move(step->step));
-    } else {
-        for (const auto& [slide, xml] : step->step.before) deck->restore(slide, xml);
-        deck->note(kind + QStringLiteral(".rollback"));
-    }
+    deck->note(keep ? QStringLiteral("%1.commit(\"%2\")").arg(kind, step->step.name)
+                    : kind + QStringLiteral(".rollback"));
+    deck->finish(std::move(step->step), end);
 }
 
 bool openHostTransaction(IZApplication* application, const QString& name) {

@@ -9,6 +9,21 @@
 
 namespace zphonetic::tagger {
 
+size_t fuseErhua(std::vector<WordEntry>& words) {
+    size_t changed = 0;
+    for (WordEntry& e : words) {
+        bool fused = false;
+        for (size_t i = 1; i < e.word.size(); ++i) {
+            if (e.word[i] == u'儿' && e.readings[i] == u"er") {
+                e.readings[i] = u"r";
+                fused = true;
+            }
+        }
+        changed += fused ? 1 : 0;
+    }
+    return changed;
+}
+
 size_t applyWordPatch(std::vector<WordEntry>& words, const std::string& patchText) {
     std::unordered_map<std::u16string, size_t> index;
     index.reserve(words.size());

@@ -24,7 +24,8 @@ constexpr char kUsage[] =
     "       pinyin-dictc chars|words|rules --text SOURCE.txt -o FILE.dic\n"
     "Compiles a dictionary of the tagging library. --text reads the text form that\n"
     "pinyin-dictdump prints; rules may come from several --text files, read in order.\n"
-    "--patch sets the readings of some words (word, readings, optional cost) over the source.\n";
+    "--patch sets the readings of some words (word, readings, optional cost) over the source;\n"
+    "before it, a 儿 that --pinyin-pro reads light after a word's first character becomes r.\n";
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
     // Written beside the target and renamed, so a failed run never leaves half a dictionary.
@@ -97,6 +98,8 @@ int main(int argc, char** argv) {
                 parseFile(source, readFile(source), [&](const std::string& text) {
                     return has("--text") ? parseWordText(text) : parsePinyinProJson(text, dropped);
                 });
+            // The fused 儿 is a spelling of the packaged source; a text form holds it already.
+            const size_t fused = has("--text") ? 0 : fuseErhua(words);
             size_t patched = 0;
             if (has("--patch")) {
                 const std::string& patch = options["--patch"];
@@ -104,8 +107,8 @@ int main(int argc, char** argv) {
                     return applyWordPatch(words, text);
                 });
             }
-            std::printf("pinyin-dictc: %zu words; dropped %zu, patched %zu\n", words.size(),
-                        dropped, patched);
+            std::printf("pinyin-dictc: %zu words; dropped %zu, fused 儿 in %zu, patched %zu\n",
+                        words.size(), dropped, fused, patched);
             bytes = compileWords(std::move(words));
         } else if (kind == "rules" && has("--text")) {
             RuleSet rules;

@@ -148,12 +148,16 @@ void appendRuleText(const std::string& text, RuleSet& set) {
             if (chars.empty()) throw lineError(lineNo, "class \"" + f[1] + "\" is empty");
             set.classes.push_back({f[1], std::move(chars)});
         } else if (f[0] == "rule" && f.size() == 4) {
-            const std::u16string target = toUtf16(f[1]);
-            if (target.size() != 1) throw lineError(lineNo, "the target must be one character");
-            RuleSet::Rule rule{target[0], splitSyllables(lineNo, f[2]).front(),
-                               parsePattern(lineNo, f[3], set.classes)};
-            if (toUtf16(f[2]) != rule.reading) throw lineError(lineNo, "one reading per rule");
-            set.rules.push_back(std::move(rule));
+            // Several targets, each with its own reading, share one pattern (the surnames).
+            const std::u16string targets = toUtf16(f[1]);
+            const std::vector<std::u16string> readings = splitSyllables(lineNo, f[2]);
+            if (targets.empty() || readings.size() != targets.size()) {
+                throw lineError(lineNo, "one reading per target");
+            }
+            const std::vector<RuleElement> pattern = parsePattern(lineNo, f[3], set.classes);
+            for (size_t k = 0; k < targets.size(); ++k) {
+                set.rules.push_back({targets[k], readings[k], pattern});
+            }
         } else {
             throw lineError(lineNo,
                             "expected \"class NAME CHARS\" or \"rule CHAR READING PATTERN\"");

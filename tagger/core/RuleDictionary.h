@@ -9,6 +9,7 @@
 // Text form, tab-separated:
 //   class<TAB>NUM<TAB>〇一二三四五六七八九十百千万亿零两     a named set of characters
 //   rule<TAB>还<TAB>huán<TAB>_钱                           target, reading, pattern
+//   rule<TAB>曾单<TAB>zēng shàn<TAB>_老师                   one rule per target, each its reading
 // A pattern is the context around the target: characters, {CLASS} for any character of a class,
 // "." for any character, "~" for a character equal to the one before it (慢慢, 高高兴兴), "@" for
 // a character inside a word of two or more characters on the best path, "!" before a character

@@ -32,6 +32,13 @@ QRectF boxOf(const Deck& deck, int id) {
     return {};
 }
 
+// Moves shapes of slide 1 by (dx, dy) as a drag does: their places, moved, as their new boxes.
+bool moveShapes(Deck& deck, const QList<int>& ids, double dx, double dy) {
+    QMap<int, QRectF> boxes;
+    for (int id : ids) boxes.insert(id, deck.placeOf(1, id).translated(dx, dy));
+    return deck.setShapeBoxes(1, boxes, QStringLiteral("move"));
+}
+
 // An ellipse with a fill, an outline and a formatted frame; a text box; a scaled group (child
 // space half the size of its place) holding a text box.
 const QByteArray kShapes =
@@ -188,22 +195,25 @@ TEST(DeckEdits, MoveAndResizeAreUndoSteps) {
     auto deck = deckOf(kShapes);
     ASSERT_TRUE(deck);
     const QList<minihost::ShapeInfo> original = deck->shapes(1);
-    EXPECT_TRUE(deck->moveShapes({2, 3}, 5, -10));
+    EXPECT_TRUE(moveShapes(*deck, {2, 3}, 5, -10));
     EXPECT_EQ(boxOf(*deck, 2), QRectF(15, 10, 200, 100));
+    // Moved, a shape that follows its text keeps its height.
     EXPECT_EQ(boxOf(*deck, 3), QRectF(105, 90, 200, 40));
     // A member of a scaled group moves by as much on the slide.
-    EXPECT_TRUE(deck->moveShapes({5}, 10, 0));
+    EXPECT_TRUE(moveShapes(*deck, {5}, 10, 0));
     EXPECT_EQ(boxOf(*deck, 5), QRectF(30, 220, 40, 40));
-    EXPECT_TRUE(deck->setShapeBox(1, 2, QRectF(0, 0, 50, 30), QStringLiteral("resize")));
+    EXPECT_TRUE(deck->setShapeBoxes(1, {{2, QRectF(0, 0, 50, 30)}}, QStringLiteral("resize")));
     EXPECT_EQ(boxOf(*deck, 2), QRectF(0, 0, 50, 30));
     EXPECT_EQ(deck->undoSteps(), (QStringList{QStringLiteral("move"), QStringLiteral("move"),
                                               QStringLiteral("resize")}));
-    // Unknown shapes and empty boxes change nothing.
-    EXPECT_FALSE(deck->moveShapes({2, 99}, 1, 1));
-    EXPECT_FALSE(deck->moveShapes({}, 1, 1));
-    EXPECT_FALSE(deck->setShapeBox(1, 3, QRectF(0, 0, -1, 30)));
-    EXPECT_FALSE(deck->setShapeBox(1, 99, QRectF(0, 0, 10, 10)));
+    // Unknown shapes and slides, no boxes and negative sizes change nothing.
+    EXPECT_FALSE(deck->setShapeBoxes(1, {{2, QRectF(1, 1, 10, 10)}, {99, QRectF(1, 1, 10, 10)}},
+                                     QStringLiteral("move")));
+    EXPECT_FALSE(deck->setShapeBoxes(1, {}, QStringLiteral("move")));
+    EXPECT_FALSE(deck->setShapeBoxes(2, {{2, QRectF(1, 1, 10, 10)}}, QStringLiteral("move")));
+    EXPECT_FALSE(deck->setShapeBoxes(1, {{3, QRectF(0, 0, -1, 30)}}, QStringLiteral("resize")));
     EXPECT_EQ(deck->undoSteps().size(), 3);
+    EXPECT_EQ(boxOf(*deck, 2), QRectF(0, 0, 50, 30));
     for (int i = 0; i < 3; ++i) ASSERT_TRUE(deck->undo());
     for (int i = 0; i < original.size(); ++i) EXPECT_EQ(deck->shapes(1)[i].box, original[i].box);
 }
@@ -215,7 +225,7 @@ TEST(DeckEdits, APlaceholderMovedGetsItsInheritedPlaceAsItsOwn) {
         Deck::loadFile(decktest::testDeckDir() + QStringLiteral("/poi-bug64693.pptx"), &error);
     ASSERT_TRUE(deck) << error.toStdString();
     const QRectF inherited = find(deck->drawing(1), 3)->box;
-    ASSERT_TRUE(deck->moveShapes({3}, 10, 20));
+    ASSERT_TRUE(moveShapes(*deck, {3}, 10, 20));
     const QRectF own = boxOf(*deck, 3);
     EXPECT_NEAR(own.left(), inherited.left() + 10, 0.01);
     EXPECT_NEAR(own.top(), inherited.top() + 20, 0.01);
@@ -227,28 +237,29 @@ TEST(DeckEdits, ReplaceTextTypesDeletesAndMovesTheSelection) {
     auto deck = deckOf(kShapes);
     ASSERT_TRUE(deck);
     ASSERT_TRUE(deck->selectText(3, 2, 2));
-    EXPECT_EQ(deck->replaceText(3, 0, 0, QStringLiteral("新的"), QStringLiteral("typing")), 2);
+    EXPECT_EQ(deck->replaceText(1, 3, 0, 0, QStringLiteral("新的"), QStringLiteral("typing")), 2);
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新的银行行长"));
     // The selection moved with its text.
     EXPECT_EQ(deck->textSelection().start, 4);
     EXPECT_EQ(deck->textSelection().length, 2);
     // Typed text takes the format of the text before it.
     EXPECT_EQ(find(deck->drawing(1), 3)->text.paragraphs[0].runs[0].format.size, 20);
-    EXPECT_EQ(deck->replaceText(3, 4, 99, QString(), QStringLiteral("delete text")), 4);
+    EXPECT_EQ(deck->replaceText(1, 3, 4, 99, QString(), QStringLiteral("delete text")), 4);
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新的银行"));
-    EXPECT_EQ(deck->replaceText(3, 1, 1, QStringLiteral("\n"), QStringLiteral("paste")), 2);
+    EXPECT_EQ(deck->replaceText(1, 3, 1, 1, QStringLiteral("\n"), QStringLiteral("paste")), 2);
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新\r银行"));
     EXPECT_EQ(deck->undoSteps(),
               (QStringList{QStringLiteral("typing"), QStringLiteral("delete text"),
                            QStringLiteral("paste")}));
-    EXPECT_EQ(deck->replaceText(2, 0, 0, QString(), QStringLiteral("typing")), 0);  // nothing
-    EXPECT_EQ(deck->replaceText(4, 0, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
-    EXPECT_EQ(deck->replaceText(3, -1, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
+    EXPECT_EQ(deck->replaceText(1, 2, 0, 0, QString(), QStringLiteral("typing")), 0);  // nothing
+    EXPECT_EQ(deck->replaceText(1, 4, 0, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
+    EXPECT_EQ(deck->replaceText(1, 3, -1, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
+    EXPECT_EQ(deck->replaceText(2, 3, 0, 0, QStringLiteral("x"), QStringLiteral("typing")), -1);
     EXPECT_EQ(deck->undoSteps().size(), 3);
     ASSERT_TRUE(deck->undo());
     EXPECT_EQ(deck->text(1, 3), QStringLiteral("新的银行"));
     // All of the text replaced: the new text keeps the format of what it replaced.
-    EXPECT_EQ(deck->replaceText(3, 0, 4, QStringLiteral("行"), QStringLiteral("typing")), 1);
+    EXPECT_EQ(deck->replaceText(1, 3, 0, 4, QStringLiteral("行"), QStringLiteral("typing")), 1);
     EXPECT_EQ(find(deck->drawing(1), 3)->text.paragraphs[0].runs[0].format.size, 20);
 }
 
@@ -256,9 +267,10 @@ TEST(DeckEdits, DeleteShapesIsOneStepWithTheirMembers) {
     auto deck = deckOf(kShapes);
     ASSERT_TRUE(deck);
     ASSERT_TRUE(deck->selectShapes({2, 4}));
-    EXPECT_FALSE(deck->deleteShapes({2, 99}));
+    EXPECT_FALSE(deck->deleteShapes(1, {2, 99}, QStringLiteral("delete")));
+    EXPECT_FALSE(deck->deleteShapes(2, {2}, QStringLiteral("delete")));
     EXPECT_EQ(deck->shapes(1).size(), 4);
-    EXPECT_TRUE(deck->deleteShapes({4, 5, 2}));
+    EXPECT_TRUE(deck->deleteShapes(1, {4, 5, 2}, QStringLiteral("delete")));
     EXPECT_EQ(deck->shapes(1).size(), 1);
     EXPECT_TRUE(deck->selectedShapes().isEmpty());
     EXPECT_EQ(deck->undoSteps(), QStringList{QStringLiteral("delete")});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Moving and resizing a shape as a user drags it (Deck::setShapeBox) and where a shape is
+// Moving and resizing shapes as a user drags them (Deck::setShapeBoxes) and where a shape is
 // (Deck::placeOf).
 #include <gtest/gtest.h>
 
@@ -33,10 +33,10 @@ std::unique_ptr<Deck> placeholderDeck() {
     return deck;
 }
 
-TEST(ShapeBox, MovingAndResizingIsOneUndoStepNamedMove) {
+TEST(ShapeBox, MovingAndResizingIsOneUndoStepNamedAsTheCallerSays) {
     auto deck = Deck::create(1);
     const int id = deck->addTextBox(1, QStringLiteral("你好"), QRectF(10, 20, 300, 40));
-    ASSERT_TRUE(deck->setShapeBox(1, id, QRectF(100, 200, 150, 60)));
+    ASSERT_TRUE(deck->setShapeBoxes(1, {{id, QRectF(100, 200, 150, 60)}}, QStringLiteral("Move")));
     EXPECT_EQ(boxOf(*deck, id), QRectF(100, 200, 150, 60));
     EXPECT_EQ(deck->undoSteps(), QStringList{QStringLiteral("Move")});
     ASSERT_TRUE(deck->undo());
@@ -52,10 +52,10 @@ TEST(ShapeBox, AShapeThatFollowsItsTextTakesTheHeightItsTextNeedsAtTheNewWidth) 
         ASSERT_EQ(omtest::shape(*deck, id)->get_TextFrame(frame.put()), S_OK);
         ASSERT_EQ(frame->put_AutoSize(1), S_OK);
     }
-    ASSERT_TRUE(deck->setShapeBox(1, id, QRectF(0, 0, 800, 1)));
+    ASSERT_TRUE(deck->setShapeBoxes(1, {{id, QRectF(0, 0, 800, 1)}}, QStringLiteral("Move")));
     const double oneLine = boxOf(*deck, id).height();
     EXPECT_GT(oneLine, 1);  // the height given is not kept: the text's is
-    ASSERT_TRUE(deck->setShapeBox(1, id, QRectF(0, 0, 100, 1)));
+    ASSERT_TRUE(deck->setShapeBoxes(1, {{id, QRectF(0, 0, 100, 1)}}, QStringLiteral("Move")));
     EXPECT_GT(boxOf(*deck, id).height(), 2 * oneLine);  // narrow, the readings wrap
     EXPECT_EQ(boxOf(*deck, id).width(), 100);
 }
@@ -66,8 +66,9 @@ TEST(ShapeBox, SeveralMovesInsideTheHostsStepAreOneUndoStep) {
     const int first = deck->addTextBox(1, QStringLiteral("你"), QRectF(0, 0, 100, 40));
     const int second = deck->addTextBox(1, QStringLiteral("好"), QRectF(0, 50, 100, 40));
     ASSERT_TRUE(minihost::openHostTransaction(&app, QStringLiteral("Move")));
-    EXPECT_TRUE(deck->setShapeBox(1, first, QRectF(200, 0, 100, 40)));
-    EXPECT_TRUE(deck->setShapeBox(1, second, QRectF(200, 50, 100, 40)));
+    EXPECT_TRUE(deck->setShapeBoxes(1, {{first, QRectF(200, 0, 100, 40)}}, QStringLiteral("Move")));
+    EXPECT_TRUE(
+        deck->setShapeBoxes(1, {{second, QRectF(200, 50, 100, 40)}}, QStringLiteral("Move")));
     ASSERT_TRUE(minihost::commitHostTransaction());
     EXPECT_EQ(deck->undoSteps(), QStringList{QStringLiteral("Move")});
     ASSERT_TRUE(deck->undo());
@@ -78,9 +79,9 @@ TEST(ShapeBox, SeveralMovesInsideTheHostsStepAreOneUndoStep) {
 TEST(ShapeBox, UnknownShapesAndNegativeSizesChangeNothing) {
     auto deck = Deck::create(1);
     const int id = deck->addTextBox(1, QStringLiteral("你好"), QRectF(10, 20, 300, 40));
-    EXPECT_FALSE(deck->setShapeBox(1, 99, QRectF(0, 0, 10, 10)));
-    EXPECT_FALSE(deck->setShapeBox(2, id, QRectF(0, 0, 10, 10)));
-    EXPECT_FALSE(deck->setShapeBox(1, id, QRectF(0, 0, -10, 10)));
+    EXPECT_FALSE(deck->setShapeBoxes(1, {{99, QRectF(0, 0, 10, 10)}}, QStringLiteral("Move")));
+    EXPECT_FALSE(deck->setShapeBoxes(2, {{id, QRectF(0, 0, 10, 10)}}, QStringLiteral("Move")));
+    EXPECT_FALSE(deck->setShapeBoxes(1, {{id, QRectF(0, 0, -10, 10)}}, QStringLiteral("Move")));
     EXPECT_TRUE(deck->undoSteps().isEmpty());
     EXPECT_EQ(boxOf(*deck, id), QRectF(10, 20, 300, 40));
 }
@@ -89,7 +90,7 @@ TEST(ShapeBox, APlaceholderThatInheritedItsPlaceGetsTheBoxAsItsOwn) {
     const auto deck = placeholderDeck();
     if (!deck) GTEST_SKIP() << "no public test decks";
     ASSERT_TRUE(boxOf(*deck, 3).isNull());
-    ASSERT_TRUE(deck->setShapeBox(1, 3, QRectF(50, 60, 400, 200), QStringLiteral("resize")));
+    ASSERT_TRUE(deck->setShapeBoxes(1, {{3, QRectF(50, 60, 400, 200)}}, QStringLiteral("resize")));
     EXPECT_EQ(boxOf(*deck, 3), QRectF(50, 60, 400, 200));
     EXPECT_EQ(deck->placeOf(1, 3), QRectF(50, 60, 400, 200));
     EXPECT_EQ(deck->undoSteps(), QStringList{QStringLiteral("resize")});

@@ -20,6 +20,7 @@
 
 #include "framelayout.h"
 #include "minihost/nvo/hostcontrol.h"
+#include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"
 #include "slidescene.h"
 #include "slidethumbnails.h"
@@ -35,6 +36,8 @@ protected:
         minihost::setShowMessageBoxes(false);
         minihost::clearMessagesShown();
         minihost::clearUsageEvents();
+        // Where "Pinyin at Once" puts its boxes: as a new user finds it.
+        minihost::setHostSetting(QStringLiteral("studio/oneKeyPlacement"), QVariant());
         window = std::make_unique<StudioWindow>();
         window->resize(1200, 800);
         window->show();

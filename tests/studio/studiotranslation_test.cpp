@@ -40,7 +40,13 @@ TEST_F(StudioLanguage, ChineseForAChineseUser) {
     ASSERT_TRUE(window->deck()->selectShapes({3}));
     window->phoneticOneKeyAction()->trigger();
     // The step's name is the add-on's, in the add-on's own Chinese.
-    EXPECT_EQ(window->undoAction()->text(), QString::fromUtf8("撤销 标注拼音(&U)"));
+    EXPECT_EQ(window->undoAction()->text(), QString::fromUtf8("撤销(&U) 标注拼音"));
+    EXPECT_EQ(window->placementAction(minihost::Placement::Below)->text(),
+              QString::fromUtf8("文字下方"));
+    // The window's own steps are named in Chinese too.
+    ASSERT_TRUE(window->deck()->selectText(3, 0, 0));
+    QTest::keyClick(window->slideView(), Qt::Key_A);
+    EXPECT_EQ(window->undoAction()->text(), QString::fromUtf8("撤销(&U) 键入"));
     screenshot(QStringLiteral("studio-chinese.png"));
 }
 

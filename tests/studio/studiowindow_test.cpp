@@ -195,6 +195,8 @@ TEST_F(StudioWindowTest, OneKeyOverThreeShapesThenOneBoxDraggedAwayAndTheDragUnd
     clickOnSlide(insideShape(texts.at(2)), Qt::ShiftModifier);
     ASSERT_EQ(window->deck()->selectedShapes(), texts);
 
+    // Where the add-on puts them (inside the slide), chosen in the Pinyin menu.
+    window->placementAction(minihost::Placement::Addon)->trigger();
     QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction()),
                       Qt::LeftButton);
     const QList<minihost::ShapeInfo> shapes = window->deck()->shapes(1);

@@ -297,6 +297,18 @@ TEST(Format, TextErrorsNameTheLine) {
     } catch (const FormatError& e) {
         EXPECT_EQ(std::string(e.what()), "line 1: \"!\" must come before a character");
     }
+    try {
+        parseRuleText("rule\t还\thuán\t_钱\nrule\t曾单\tzēng\t_老师\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 2: one reading per target");
+    }
+    try {
+        parseRuleText("rule\t还\thuán hái\t_钱\n");
+        FAIL();
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()), "line 1: one reading per target");
+    }
 }
 
 }  // namespace

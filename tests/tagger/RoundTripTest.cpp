@@ -59,6 +59,15 @@ TEST(RoundTrip, RulesKeepTheirOrderPerCharacter) {
               "rule\t一\tyī\t第_\nrule\t还\thuán\t_钱\nrule\t还\thái\t_\n");
 }
 
+TEST(RoundTrip, ARuleOfSeveralTargetsIsOneRuleForEach) {
+    // Each target takes the reading in its place; the compiled file holds them as rules of their
+    // own, each in its target's order (单 before 曾 before its second rule).
+    const auto bytes =
+        compileRules(parseRuleText("rule\t曾单\tzēng shàn\t姓_\nrule\t曾\tcéng\t_\n"));
+    EXPECT_EQ(formatRuleText(RuleDictionary(bytes.data(), bytes.size()).toRuleSet()),
+              "rule\t单\tshàn\t姓_\nrule\t曾\tzēng\t姓_\nrule\t曾\tcéng\t_\n");
+}
+
 TEST(RoundTrip, RuleTextsAddUp) {
     RuleSet set = parseRuleText("class\tMONEY\t钱\nrule\t还\thuán\t_{MONEY}\n");
     appendRuleText("rule\t还\thái\t_\n", set);

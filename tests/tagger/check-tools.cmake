@@ -66,6 +66,21 @@ if(rc EQUAL 0 OR NOT err STREQUAL "pinyin-dictc: ${WORK_DIR}/same.txt: line 1: \
     message(FATAL_ERROR "unexpected result ${rc}: ${err}")
 endif()
 
+# The packaged word source: a 儿 read light after a word's first character is fused and printed
+# r, a 儿 read ér stays a syllable; the patch comes after and may make a light 儿 a syllable again.
+file(WRITE ${WORK_DIR}/source.json
+     "{\"一会儿\": [\"yí huì er\", 30], \"女儿\": [\"nǚ ér\", 20], \"托儿所\": [\"tuō er suǒ\", 10]}")
+file(WRITE ${WORK_DIR}/source-patch.txt "托儿所\ttuō ér suǒ\n")
+run(${DICTC} words --pinyin-pro ${WORK_DIR}/source.json --patch ${WORK_DIR}/source-patch.txt
+    -o ${WORK_DIR}/source.dic)
+if(NOT out STREQUAL "pinyin-dictc: 3 words; dropped 0, fused 儿 in 2, patched 1\n")
+    message(FATAL_ERROR "pinyin-dictc said '${out}'")
+endif()
+run(${DICTDUMP} ${WORK_DIR}/source.dic)
+if(NOT out STREQUAL "一会儿\tyí huì r\t44\n女儿\tnǚ ér\t70\n托儿所\ttuō ér suǒ\t115\n")
+    message(FATAL_ERROR "the word source came back as '${out}'")
+endif()
+
 # Errors name the file and the line.
 file(WRITE ${WORK_DIR}/bad.txt "class\tDIGIT\t一二\nrule\t一\tyi1\t_{DIGIT}\n")
 execute_process(COMMAND ${DICTC} rules --text ${WORK_DIR}/bad.txt -o ${WORK_DIR}/bad.dic

@@ -14,22 +14,47 @@
 #include <QMimeData>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QUndoGroup>
 
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
+#include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/hosttransaction.h"
 #include "nvo/zapplication.h"
 #include "recentfiles.h"
 #include "slidethumbnails.h"
 #include "slideview.h"
 #include "studioicons.h"
-#include "textboxcommand.h"
 
 namespace {
 
 const QString kHome = QStringLiteral("CT_Home");
 const QString kInsert = QStringLiteral("CT_Insert");
 const QString kTextTool = QStringLiteral("CT_TextTool");
+
+// The host setting that keeps where "Pinyin at Once" puts its boxes, by placement name.
+const QString kPlacementKey = QStringLiteral("studio/oneKeyPlacement");
+
+// What the Pinyin menu offers for "Pinyin at Once", in its order; the first is the default.
+struct PlacementChoice {
+    minihost::Placement placement;
+    const char* text;
+};
+const PlacementChoice kPlacementChoices[] = {
+    {minihost::Placement::Below, QT_TRANSLATE_NOOP("StudioWindow", "Below the Text")},
+    {minihost::Placement::Above, QT_TRANSLATE_NOOP("StudioWindow", "Above the Text")},
+    {minihost::Placement::Addon, QT_TRANSLATE_NOOP("StudioWindow", "Where the Add-on Puts Them")},
+};
+
+// The remembered placement, when it is one the menu offers; else the default.
+minihost::Placement rememberedPlacement() {
+    minihost::Placement placement = kPlacementChoices[0].placement;
+    if (minihost::parsePlacement(minihost::hostSetting(kPlacementKey).toString(), &placement))
+        for (const PlacementChoice& choice : kPlacementChoices)
+            if (choice.placement == placement) return placement;
+    return kPlacementChoices[0].placement;
+}
 
 bool isDeckFile(const QUrl& url) {
     return url.isLocalFile() &&
@@ -41,7 +66,8 @@ bool isDeckFile(const QUrl& url) {
 const char* const StudioWindow::kPhoneticSymbol = "PhoneticSymbol";
 const char* const StudioWindow::kPhoneticOneKey = "PhoneticOneKey";
 
-StudioWindow::StudioWindow(QWidget* parent) : ZMainWindow(parent) {
+StudioWindow::StudioWindow(QWidget* parent)
+    : ZMainWindow(parent), m_placement(rememberedPlacement()), m_history(new QUndoGroup(this)) {
     setObjectName(QStringLiteral("StudioWindow"));
     setWindowIcon(studioicons::application());
     setAcceptDrops(true);
@@ -65,17 +91,12 @@ StudioWindow::StudioWindow(QWidget* parent) : ZMainWindow(parent) {
     buildMenus();
 
     connect(m_slideView, &SlideView::textEditingChanged, this, &StudioWindow::textEditingChanged);
-    connect(m_slideView, &SlideView::deckEdited, this, &StudioWindow::deckChanged);
-    connect(m_thumbnails, &SlideThumbnails::slideActivated, this, [this] {
-        // A new slide ends any text editing: the view shows the new slide without a selection.
-        m_slideView->refresh();
-        textEditingChanged(false);
-        deckChanged();
-    });
+    connect(m_history, &QUndoGroup::cleanChanged, this,
+            [this](bool clean) { setWindowModified(m_deck && !clean); });
 
-    if (m_module.load(minihost::addonModulePath(QStringLiteral("zphoneticsymbol"))))
-        m_entry.reset(m_module.createEntryObject());
-    deckChanged();
+    m_addon.open();
+    showTitle();
+    showSlidePosition();
     resize(1200, 800);
 }
 
@@ -84,7 +105,6 @@ StudioWindow::~StudioWindow() {
     // entry object (and with it the add-on's model) is released.
     for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
         if (child->isWindow()) child->close();
-    m_entry.reset();
     m_slideView->setDeck(nullptr);
     m_thumbnails->setDeck(nullptr);
     if (m_deck && minihost::activeView() == m_deck->view()) minihost::setActiveView(nullptr);
@@ -104,13 +124,12 @@ void StudioWindow::buildActions() {
     m_quitAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(m_quitAction, &QAction::triggered, this, &QWidget::close);
 
-    m_undoAction = new QAction(this);
+    // The stack's own actions: enabled, and named after the step, as the stack says.
+    m_undoAction = m_history->createUndoAction(this, tr("&Undo"));
     m_undoAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
-    connect(m_undoAction, &QAction::triggered, this, &StudioWindow::undo);
-    m_redoAction = new QAction(this);
+    m_redoAction = m_history->createRedoAction(this, tr("&Redo"));
     m_redoAction->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
-    connect(m_redoAction, &QAction::triggered, this, &StudioWindow::redo);
 
     m_symbolAction = new QAction(studioicons::phoneticSymbol(), tr("Pinyin Readings"), this);
     m_symbolAction->setObjectName(QString::fromLatin1(kPhoneticSymbol));
@@ -135,12 +154,17 @@ void StudioWindow::buildActions() {
     for (QAction* action : {m_nextSlideAction, m_previousSlideAction}) {
         const int step = action == m_nextSlideAction ? 1 : -1;
         connect(action, &QAction::triggered, this, [this, step] {
-            if (!m_deck || !m_deck->setCurrentSlide(m_deck->currentSlide() + step)) return;
-            m_slideView->refresh();
-            m_thumbnails->refresh();
-            textEditingChanged(false);
-            deckChanged();
+            if (m_deck) m_deck->setCurrentSlide(m_deck->currentSlide() + step);
         });
+    }
+    for (const PlacementChoice& choice : kPlacementChoices) {
+        QAction* action = new QAction(tr(choice.text), this);
+        action->setCheckable(true);
+        action->setChecked(choice.placement == m_placement);
+        const minihost::Placement placement = choice.placement;
+        connect(action, &QAction::triggered, this,
+                [this, placement] { choosePlacement(placement); });
+        m_placementActions << action;
     }
     m_aboutAction = new QAction(tr("&About zphonetic-studio"), this);
     connect(m_aboutAction, &QAction::triggered, this, [this] {
@@ -174,6 +198,8 @@ void StudioWindow::buildMenus() {
     QMenu* pinyin = menus->addMenu(tr("&Pinyin"));
     pinyin->addAction(m_symbolAction);
     pinyin->addAction(m_oneKeyAction);
+    QMenu* placement = pinyin->addMenu(tr("Pinyin at Once &Puts Its Boxes"));
+    placement->addActions(m_placementActions);
     QMenu* help = menus->addMenu(tr("&Help"));
     help->addAction(m_aboutAction);
     rebuildRecentMenu();
@@ -207,7 +233,20 @@ void StudioWindow::rebuildRecentMenu() {
 }
 
 bool StudioWindow::hasUnsavedChanges() const {
-    return m_deck && m_history.modified();
+    return m_deck && !m_deck->undoStack()->isClean();
+}
+
+QAction* StudioWindow::placementAction(minihost::Placement placement) const {
+    for (int i = 0; i < m_placementActions.size(); ++i)
+        if (kPlacementChoices[i].placement == placement) return m_placementActions.at(i);
+    return nullptr;
+}
+
+void StudioWindow::choosePlacement(minihost::Placement placement) {
+    m_placement = placement;
+    for (int i = 0; i < m_placementActions.size(); ++i)
+        m_placementActions.at(i)->setChecked(kPlacementChoices[i].placement == placement);
+    minihost::setHostSetting(kPlacementKey, minihost::placementName(placement));
 }
 
 bool StudioWindow::maySetDeckAside() {
@@ -238,20 +277,23 @@ void StudioWindow::showDeck(std::unique_ptr<minihost::Deck> deck, const QString&
     m_slideView->setDeck(deck.get());
     m_thumbnails->setDeck(deck.get());
     minihost::setActiveView(deck->view());
+    m_history->addStack(deck->undoStack());
+    m_history->setActiveStack(deck->undoStack());
+    connect(deck.get(), &minihost::Deck::currentSlideChanged, this,
+            &StudioWindow::showSlidePosition);
     // The previous deck goes only once nothing shows it any more.
     m_deck = std::move(deck);
     m_path = QFileInfo(path).absoluteFilePath();
-    m_history.reset();
-    m_thumbnailsState = m_history.state();
     textEditingChanged(false);
-    deckChanged();
+    showTitle();
+    showSlidePosition();
 }
 
 bool StudioWindow::save() {
     if (!m_deck) return false;
     if (m_path.isEmpty()) {
         chooseFileToSaveAs();
-        return !m_history.modified();
+        return !hasUnsavedChanges();
     }
     return saveTo(m_path);
 }
@@ -264,10 +306,9 @@ bool StudioWindow::saveTo(const QString& path) {
         return false;
     }
     m_path = QFileInfo(path).absoluteFilePath();
-    m_history.markSaved();
     recentfiles::add(m_path);
     rebuildRecentMenu();
-    deckChanged();
+    showTitle();
     return true;
 }
 
@@ -288,10 +329,10 @@ void StudioWindow::chooseFileToSaveAs() {
 }
 
 bool StudioWindow::runCommand(const QString& action) {
-    if (!m_entry) {
+    if (!m_addon.isOpen()) {
         showError(tr("The pinyin add-on could not be loaded, so its commands are not available."
                      "\n\n%1")
-                      .arg(m_module.errorString()));
+                      .arg(m_addon.errorString()));
         return false;
     }
     // Without the tagging library or its dictionaries the add-on could only open its guide or say
@@ -305,9 +346,34 @@ bool StudioWindow::runCommand(const QString& action) {
     // The add-on works on the active view: the deck this window shows (or none).
     minihost::setActiveView(m_deck ? m_deck->view() : nullptr);
     ZAppObj source(action);
-    minihost::triggerCommand(m_entry.get(), action, &source);
-    deckChanged();
+    if (m_deck && action == QLatin1String(kPhoneticOneKey))
+        runOneKey(&source);
+    else
+        m_addon.trigger(action, &source);
     return true;
+}
+
+void StudioWindow::runOneKey(ZAppObj* source) {
+    minihost::Deck& deck = *m_deck;
+    const int slide = deck.currentSlide();
+    // The texts the add-on reads, in the order it makes their boxes.
+    const QList<int> sources = minihost::readingSources(deck);
+    QList<int> before;
+    for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
+    // One undo step for the command and the placement: the add-on joins the host's step and
+    // gives it its own name.
+    const bool oneStep = minihost::openHostTransaction(
+        minihost::hostApplication()->coreApplication(), tr("Pinyin at Once"));
+    m_addon.trigger(QString::fromLatin1(kPhoneticOneKey), source);
+    QList<minihost::MadeBox> made;
+    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
+        if (!before.contains(shape.id)) made.append({shape.id, 0});
+    // Which box holds the readings of which text is clear when there is one box per text.
+    if (made.size() == sources.size())
+        for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
+    minihost::placeReadingBoxes(deck, slide, made, m_placement, minihost::OffSlide::MoveInside,
+                                tr("move"));
+    if (oneStep) minihost::commitHostTransaction();
 }
 
 void StudioWindow::insertTextBox() {
@@ -317,60 +383,30 @@ void StudioWindow::insertTextBox() {
     const QSizeF size(slide.width() / 3, slide.height() / 9);
     const QRectF box(
         QPointF((slide.width() - size.width()) / 2, (slide.height() - size.height()) / 2), size);
-    if (!::insertTextBox(*m_deck, minihost::hostApplication()->coreApplication(), box,
-                         tr("insert text box")))
-        return;
-    m_slideView->refresh();
+    const int id = m_deck->insertTextBox(m_deck->currentSlide(), box, tr("insert text box"));
+    if (!id) return;
+    // The text cursor in it, so the user types at once.
+    m_deck->selectText(id, 0, 0);
     m_slideView->setFocus();
-    deckChanged();
 }
 
-void StudioWindow::undo() {
-    if (m_deck && m_deck->undo()) {
-        m_history.undone();
-        m_slideView->refresh();
-        deckChanged();
-    }
-}
-
-void StudioWindow::redo() {
-    if (m_deck && m_deck->redo()) {
-        m_history.redone();
-        m_slideView->refresh();
-        deckChanged();
-    }
-}
-
-void StudioWindow::deckChanged() {
+void StudioWindow::showTitle() {
     const bool open = m_deck != nullptr;
-    if (open) {
-        m_history.update(m_deck->undoSteps().size(), m_deck->redoSteps().size());
-        m_slideView->refresh();
-        // Every thumbnail is drawn again: only when the content changed.
-        if (m_history.state() != m_thumbnailsState) {
-            m_thumbnails->refresh();
-            m_thumbnailsState = m_history.state();
-        }
-    }
-    const QStringList undoSteps = open ? m_deck->undoSteps() : QStringList();
-    const QStringList redoSteps = open ? m_deck->redoSteps() : QStringList();
-    m_undoAction->setEnabled(!undoSteps.isEmpty());
-    m_undoAction->setText(undoSteps.isEmpty() ? tr("&Undo")
-                                              : tr("&Undo %1").arg(undoSteps.constLast()));
-    m_redoAction->setEnabled(!redoSteps.isEmpty());
-    m_redoAction->setText(redoSteps.isEmpty() ? tr("&Redo")
-                                              : tr("&Redo %1").arg(redoSteps.constLast()));
     m_saveAction->setEnabled(open);
     m_saveAsAction->setEnabled(open);
+    setWindowFilePath(m_path);
+    setWindowTitle(open ? tr("%1[*] - zphonetic-studio").arg(QFileInfo(m_path).fileName())
+                        : QStringLiteral("zphonetic-studio"));
+    setWindowModified(hasUnsavedChanges());
+}
+
+void StudioWindow::showSlidePosition() {
+    const bool open = m_deck != nullptr;
     m_nextSlideAction->setEnabled(open && m_deck->currentSlide() < m_deck->slideCount());
     m_previousSlideAction->setEnabled(open && m_deck->currentSlide() > 1);
     m_slideLabel->setText(
         open ? tr("Slide %1 of %2").arg(m_deck->currentSlide()).arg(m_deck->slideCount())
              : tr("Open a deck with File > Open, or drop one here."));
-    setWindowFilePath(m_path);
-    setWindowTitle(open ? tr("%1[*] - zphonetic-studio").arg(QFileInfo(m_path).fileName())
-                        : QStringLiteral("zphonetic-studio"));
-    setWindowModified(hasUnsavedChanges());
 }
 
 void StudioWindow::textEditingChanged(bool active) {
@@ -402,31 +438,27 @@ void StudioWindow::dropEvent(QDropEvent* event) {
 }
 
 bool StudioWindow::event(QEvent* event) {
-    const bool handled = ZMainWindow::event(event);
-    // The dialog deletes itself once it has written (or not): the slide then shows the result,
-    // and the window takes the keyboard back (so Ctrl+Z undoes at once).
     // A child may become a window only after it was added (its flags are set later).
     if (event->type() == QEvent::ChildAdded) {
         QObject* child = static_cast<QChildEvent*>(event)->child();
         if (child->isWidgetType()) child->installEventFilter(this);
     }
-    if (event->type() == QEvent::ChildRemoved) {
-        auto* child = static_cast<QChildEvent*>(event)->child();
-        if (child && child->isWidgetType() && m_deck) {
-            deckChanged();
-            if (isVisible()) activateWindow();
-        }
-    }
-    return handled;
+    return ZMainWindow::event(event);
 }
 
 bool StudioWindow::eventFilter(QObject* watched, QEvent* event) {
-    if ((event->type() == QEvent::Show || event->type() == QEvent::Resize) &&
+    const QEvent::Type type = event->type();
+    if ((type == QEvent::Show || type == QEvent::Resize || type == QEvent::Hide) &&
         watched->isWidgetType()) {
         auto* child = static_cast<QWidget*>(watched);
-        // The page sizes its dialog once it has rendered: it stays centred.
-        if (child->isWindow() && child->parentWidget() == this)
-            child->move(geometry().center() - child->rect().center());
+        if (child->isWindow() && child->parentWidget() == this) {
+            if (type == QEvent::Hide) {
+                if (isVisible()) activateWindow();
+            } else {
+                // The page sizes its dialog once it has rendered: it stays centred.
+                child->move(geometry().center() - child->rect().center());
+            }
+        }
     }
     return ZMainWindow::eventFilter(watched, event);
 }

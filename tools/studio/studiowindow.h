@@ -4,26 +4,29 @@
 // menu bar, the slide thumbnails and the current slide of one open deck. The add-on is loaded
 // as a host loads it, once per window, and its two commands run on the deck the window shows.
 //
-// The deck is the object model's: what the user selects is the view's selection, which the
-// add-on reads; every change (the add-on's commands, the user's edits on the slide) is an undo
-// step of the deck, undone and redone from the Edit menu. Errors the user must see (a deck that
-// cannot be read or written, a missing add-on) are host message boxes, and the window keeps what
-// it had open.
+// The deck is the object model's, and the window watches it rather than being told: what the
+// user selects is the view's selection, which the add-on reads; every change (the add-on's
+// commands, the user's edits on the slide) is an undo step on the deck's undo stack, whose undo
+// and redo actions are the Edit menu's and whose clean state is the title's modified mark; the
+// slide view and the thumbnails redraw the slides the deck names as changed. Errors the user must
+// see (a deck that cannot be read or written, a missing add-on) are host message boxes, and the
+// window keeps what it had open.
 #pragma once
 
-#include <QPointer>
 #include <QString>
 #include <memory>
 
-#include "edithistory.h"
 #include "minihost/nvo/addonmodule.h"
+#include "minihost/slxcore/placement.h"
 #include "nvo/ribbon.h"
 
 class QAction;
 class QLabel;
 class QMenu;
+class QUndoGroup;
 class SlideThumbnails;
 class SlideView;
+class ZAppObj;
 namespace minihost {
 class Deck;
 }
@@ -51,14 +54,19 @@ public:
     bool saveTo(const QString& path);
 
     // The open deck (null before the first file), its file, and whether it has changes the file
-    // does not have.
+    // does not have (its undo stack is not clean).
     minihost::Deck* deck() const { return m_deck.get(); }
     QString filePath() const { return m_path; }
     bool hasUnsavedChanges() const;
 
     // Runs an add-on command ("PhoneticSymbol", "PhoneticOneKey") on the open deck, as its ribbon
-    // buttons do. False (after a message box) when the add-on is not loaded.
+    // buttons do. False (after a message box) when the add-on is not loaded. "PhoneticOneKey"
+    // then places the boxes it made by oneKeyPlacement(), inside the slide, in the same undo step.
     bool runCommand(const QString& action);
+
+    // Where "Pinyin at Once" puts its boxes: below their texts unless the user chose otherwise in
+    // the Pinyin menu (remembered in the host settings, for the next window and the next run).
+    minihost::Placement oneKeyPlacement() const { return m_placement; }
 
     // The widgets and actions, for the program's tests.
     SlideView* slideView() const { return m_slideView; }
@@ -69,24 +77,23 @@ public:
     QAction* undoAction() const { return m_undoAction; }
     QAction* redoAction() const { return m_redoAction; }
     QMenu* recentFilesMenu() const { return m_recentMenu; }
+    // The Pinyin menu's choice of `placement` for "Pinyin at Once" (null: not offered).
+    QAction* placementAction(minihost::Placement placement) const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
-    // The add-on's dialog is a child of this window: when it goes, what it wrote is shown.
+    // Windows of this window's own (the add-on's dialog) are watched from when they are added.
     bool event(QEvent* event) override;
-    // Windows of this window's own (the dialog) are centred over it when shown and resized.
+    // Such a window is centred over this one when shown and resized; when it goes, this window
+    // takes the keyboard back (so Ctrl+Z undoes at once).
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void chooseFileToOpen();
     void chooseFileToSaveAs();
     void insertTextBox();
-    void undo();
-    void redo();
-    // Shows the deck as it is now: the slide, the thumbnails, the undo and redo texts, the title.
-    void deckChanged();
     void textEditingChanged(bool active);
 
 private:
@@ -97,14 +104,18 @@ private:
     // Asks whether to save unsaved changes: true when the caller may go on (saved or discarded).
     bool maySetDeckAside();
     void showDeck(std::unique_ptr<minihost::Deck> deck, const QString& path);
+    void showTitle();
+    void showSlidePosition();
     void showError(const QString& text);
+    // "PhoneticOneKey" and the placement of the boxes it made, as one undo step.
+    void runOneKey(ZAppObj* source);
+    void choosePlacement(minihost::Placement placement);
 
-    minihost::AddonModule m_module;
-    std::unique_ptr<QObject> m_entry;  // the add-on's entry object; released before the deck
     std::unique_ptr<minihost::Deck> m_deck;
+    minihost::AddonSession m_addon;  // after the deck: its entry object is released first
     QString m_path;
-    EditHistory m_history;
-    int m_thumbnailsState = 0;  // the deck's state the thumbnails show
+    minihost::Placement m_placement;
+    QUndoGroup* m_history;  // the open deck's undo stack, behind the undo and redo actions
 
     SlideView* m_slideView = nullptr;
     SlideThumbnails* m_thumbnails = nullptr;
@@ -121,5 +132,6 @@ private:
     QAction* m_nextSlideAction = nullptr;
     QAction* m_previousSlideAction = nullptr;
     QAction* m_aboutAction = nullptr;
+    QList<QAction*> m_placementActions;  // in the order of the Pinyin menu
     QMenu* m_recentMenu = nullptr;
 };

@@ -44,7 +44,7 @@ struct Options {
     int style = 0;
     int bracket = 0;
     QMap<int, QString> picks;  // character index -> reading
-    Placement place = Placement::Addon;
+    minihost::Placement place = minihost::Placement::Addon;
 };
 
 bool toInt(const QString& text, int* value) {
@@ -93,7 +93,7 @@ int parseArguments(const QStringList& arguments, Options* options) {
             options->picks.insert(index, pick.mid(equals + 1));
         } else if (argument == QLatin1String("--place")) {
             const QString value = arguments.at(++i);
-            if (!parsePlacement(value, &options->place))
+            if (!minihost::parsePlacement(value, &options->place))
                 return reportError(
                     argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
         } else if (options->input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
@@ -108,7 +108,7 @@ int parseArguments(const QStringList& arguments, Options* options) {
         return reportError(options->input, QStringLiteral("needs -o OUT"));
     if (!haveStyle || !haveBracket)
         return reportError(options->input, QStringLiteral("needs --style N and --bracket N"));
-    if (options->place != Placement::Addon && options->style != 3)
+    if (options->place != minihost::Placement::Addon && options->style != 3)
         return reportError(
             QStringLiteral("--place"),
             QStringLiteral("moves the readings' own text box: give it with --style 3"));
@@ -117,7 +117,7 @@ int parseArguments(const QStringList& arguments, Options* options) {
 
 // The page's part: asks the dialog for the readings, applies the picks and confirms with the
 // layout and brackets. Returns 0, or the exit status of the error it reported.
-int answerDialog(AddonSession& session, const Options& options) {
+int answerDialog(minihost::AddonSession& session, const Options& options) {
     DialogBridge dialog;
     if (!dialog.open(session)) return reportError(options.input, dialog.errorString());
     QString reply;
@@ -148,9 +148,10 @@ int dialogSource(const minihost::Deck& deck) {
 }
 
 // The text boxes the dialog made (layout 3), each for `source`.
-QList<MadeBox> madeBoxes(const minihost::Deck& deck, const QList<int>& before, int source) {
+QList<minihost::MadeBox> madeBoxes(const minihost::Deck& deck, const QList<int>& before,
+                                   int source) {
     const int slide = deck.currentSlide();
-    QList<MadeBox> made;
+    QList<minihost::MadeBox> made;
     for (const minihost::ShapeInfo& shape : deck.shapes(slide))
         if (!before.contains(shape.id)) made.append({shape.id, source});
     return made;
@@ -180,8 +181,8 @@ int runApply(const QStringList& arguments) {
     if (deck.undoSteps().size() == steps)
         return reportError(options.input,
                            QStringLiteral("the dialog wrote no readings: nothing written"));
-    if (options.place != Placement::Addon) {
-        const QList<MadeBox> made = madeBoxes(deck, before, source);
+    if (options.place != minihost::Placement::Addon) {
+        const QList<minihost::MadeBox> made = madeBoxes(deck, before, source);
         if (made.size() != 1 || !made.first().source)
             return reportError(QStringLiteral("--place"),
                                QStringLiteral("no one new text box of readings to place"));

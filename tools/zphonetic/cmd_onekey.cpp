@@ -40,7 +40,7 @@ struct Options {
     int slide = 0;  // 0: not given
     QString select;
     bool allSlides = false;
-    Placement place = Placement::Addon;
+    minihost::Placement place = minihost::Placement::Addon;
 };
 
 bool parseNumber(const QString& text, int* value) {
@@ -71,7 +71,7 @@ int parseArguments(const QStringList& arguments, Options* options) {
             options->select = arguments.at(++i);
         } else if (argument == QLatin1String("--place")) {
             const QString value = arguments.at(++i);
-            if (!parsePlacement(value, &options->place))
+            if (!minihost::parsePlacement(value, &options->place))
                 return reportError(
                     argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
         } else if (argument == QLatin1String("--all-slides")) {
@@ -114,13 +114,13 @@ void drawProgress(int done, int total) {
 // Whether a slide has a text the command would read: Chinese in some shape.
 bool slideHasChinese(const minihost::Deck& deck, int slide) {
     for (const minihost::ShapeInfo& shape : deck.shapes(slide))
-        if (shape.hasTextFrame && containsChinese(shape.text)) return true;
+        if (shape.hasTextFrame && minihost::containsChinese(shape.text)) return true;
     return false;
 }
 
 class OneKeyRun {
 public:
-    OneKeyRun(DeckHost& host, Placement place) : m_host(host), m_place(place) {}
+    OneKeyRun(DeckHost& host, minihost::Placement place) : m_host(host), m_place(place) {}
     // With a progress bar on the terminal, the bar's line is cleared before anything else is
     // printed (the add-on's warnings included), and drawn again after.
     void showProgress(int total) { m_progressTotal = total; }
@@ -133,20 +133,18 @@ public:
         QList<int> before;
         for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
         // The selected texts the add-on reads, in the order it makes their boxes.
-        QList<int> sources;
-        for (const int id : deck.selectedShapes())
-            if (containsChinese(deck.text(slide, id))) sources << id;
+        const QList<int> sources = minihost::readingSources(deck);
         m_chineseSelections += sources.isEmpty() ? 0 : 1;
         if (m_progressTotal) std::fputs("\r\033[K", stderr);
         if (!m_host.addon().trigger(QStringLiteral("PhoneticOneKey")))
             return QStringLiteral("the entry object has no trigger method");
         ++m_commands;
-        QList<MadeBox> made;
+        QList<minihost::MadeBox> made;
         for (const minihost::ShapeInfo& shape : deck.shapes(slide))
             if (!before.contains(shape.id)) made.append({shape.id, 0});
         const QString problem = place(made, sources);
         if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
-        for (const MadeBox& box : made) {
+        for (const minihost::MadeBox& box : made) {
             ++m_boxes;
             std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
                         deck.text(slide, box.box).toUtf8().constData());
@@ -163,8 +161,8 @@ public:
     }
 
     // Moves the boxes made on the current slide, the i-th for the i-th source. "" or why not.
-    QString place(QList<MadeBox>& made, const QList<int>& sources) {
-        if (m_place == Placement::Addon || made.isEmpty()) return QString();
+    QString place(QList<minihost::MadeBox>& made, const QList<int>& sources) {
+        if (m_place == minihost::Placement::Addon || made.isEmpty()) return QString();
         if (made.size() != sources.size())
             return QStringLiteral(
                        "%1 new text boxes for %2 Chinese texts on slide %3: which box "
@@ -188,7 +186,7 @@ public:
 
 private:
     DeckHost& m_host;
-    Placement m_place;
+    minihost::Placement m_place;
     int m_commands = 0;
     int m_boxes = 0;
     int m_chineseSelections = 0;

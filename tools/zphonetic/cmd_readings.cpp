@@ -6,9 +6,9 @@
 #include <QJsonObject>
 #include <cstdio>
 
-#include "addonsession.h"
 #include "deckhost.h"
 #include "dialogbridge.h"
+#include "minihost/nvo/addonmodule.h"
 #include "subcommands.h"
 
 namespace {
@@ -49,7 +49,7 @@ int runReadings(const QStringList& arguments) {
         return reportError(QStringLiteral("readings"), QStringLiteral("needs a TEXT"));
 
     if (const int status = checkReadingFiles()) return status;
-    AddonSession session;
+    minihost::AddonSession session;
     if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
     // Without a presentation the command opens the dialog on its guide; its bridge still answers
     // for a text the page supplies.

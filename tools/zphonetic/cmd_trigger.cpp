@@ -4,7 +4,7 @@
 #include <QMainWindow>
 #include <cstdio>
 
-#include "addonsession.h"
+#include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "nvo/ribbon.h"
 #include "subcommands.h"
@@ -53,7 +53,7 @@ int runTrigger(const QStringList& arguments) {
     minihost::setCurrentMainWindow(&window);
 
     {
-        AddonSession session;
+        minihost::AddonSession session;
         if (!session.open()) return reportError(QStringLiteral("add-on"), session.errorString());
         if (!session.trigger(action))
             return reportError(QStringLiteral("add-on"),

@@ -37,7 +37,7 @@ int DeckHost::open(const QString& path, int slide) {
     minihost::setActiveView(m_deck->view());
     m_viewActive = true;
 
-    m_addon = std::make_unique<AddonSession>();
+    m_addon = std::make_unique<minihost::AddonSession>();
     if (!m_addon->open()) return reportError(QStringLiteral("add-on"), m_addon->errorString());
     return 0;
 }

@@ -8,7 +8,7 @@
 #include <QString>
 #include <memory>
 
-#include "addonsession.h"
+#include "minihost/nvo/addonmodule.h"
 
 struct IZApplication;
 class ZMainWindow;
@@ -31,14 +31,14 @@ public:
     int open(const QString& path, int slide);
 
     minihost::Deck& deck() { return *m_deck; }
-    AddonSession& addon() { return *m_addon; }
+    minihost::AddonSession& addon() { return *m_addon; }
     // The host application's root, for the undo steps the host itself opens.
     IZApplication* coreApplication() const;
 
 private:
     std::unique_ptr<minihost::Deck> m_deck;
     std::unique_ptr<ZMainWindow> m_window;
-    std::unique_ptr<AddonSession> m_addon;
+    std::unique_ptr<minihost::AddonSession> m_addon;
     bool m_viewActive = false;
 };
 

@@ -6,12 +6,12 @@
 #include <QJsonObject>
 #include <QPointer>
 
-#include "addonsession.h"
+#include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvolite/webhost.h"
 #include "nvolite/zxcommonwebwidget.h"
 
-bool DialogBridge::open(AddonSession& session) {
+bool DialogBridge::open(minihost::AddonSession& session) {
     minihost::setWebRendering(false);
     const int messages = minihost::messagesShown().size();
     const int before = minihost::webWidgets().size();

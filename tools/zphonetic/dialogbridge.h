@@ -8,7 +8,9 @@
 #include <QString>
 #include <QVariantMap>
 
+namespace minihost {
 class AddonSession;
+}
 namespace nvolite {
 class ZxCommonWebWidget;
 }
@@ -23,7 +25,7 @@ public:
     // Triggers "PhoneticSymbol" in `session`. False with errorString() set when no dialog opened
     // (the add-on's warning, when it showed one) or when it opened on its guide view (nothing
     // selected, or no tagging library).
-    bool open(AddonSession& session);
+    bool open(minihost::AddonSession& session);
     QString errorString() const { return m_error; }
 
     // Calls `method` with `arguments` (sent as the JSON object the page would send) and returns

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The thumbnails panel: one picture of each slide; a click makes that slide the deck's current
-// one, which the slide view then shows.
+// one, which the slide view then shows; an edit draws its slide's picture again, and no other.
 #include <gtest/gtest.h>
 
 #include <QListWidget>
@@ -22,7 +22,6 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     ASSERT_TRUE(deck) << error.toStdString();
     SlideThumbnails thumbnails;
     SlideView view;
-    QObject::connect(&thumbnails, &SlideThumbnails::slideActivated, &view, &SlideView::refresh);
     thumbnails.resize(240, 600);
     thumbnails.setDeck(deck.get());
     EXPECT_EQ(thumbnails.pending(), 3);  // drawn from the event loop
@@ -42,7 +41,7 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     EXPECT_EQ(first.height(), 90);
     EXPECT_NE(first, second);
 
-    QSignalSpy activated(&thumbnails, &SlideThumbnails::slideActivated);
+    QSignalSpy activated(deck.get(), &Deck::currentSlideChanged);
     ASSERT_TRUE(deck->selectShapes({2}));
     const QRect item = list->visualItemRect(list->item(1));
     QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
@@ -53,10 +52,24 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     // The keys move through them too.
     QTest::keyClick(list, Qt::Key_Down);
     EXPECT_EQ(deck->currentSlide(), 3);
-    // After an edit elsewhere the thumbnails are drawn again, the current one kept.
-    deck->addTextBox(3, QStringLiteral("新"), QRectF(100, 300, 200, 60));
-    thumbnails.refresh();
+    // An edit draws the picture of its slide again, and only that one; the current one is kept.
+    const int drawn = thumbnails.drawnCount();
+    const QImage third = list->item(2)->icon().pixmap(list->iconSize()).toImage();
+    ASSERT_EQ(deck->replaceText(3, 3, 0, 0, QStringLiteral("新的一行\r"), QStringLiteral("typing")),
+              5);
+    EXPECT_EQ(thumbnails.pending(), 1);
+    for (int turns = 0; thumbnails.pending() > 0 && turns < 100; ++turns) QTest::qWait(1);
+    EXPECT_EQ(thumbnails.drawnCount(), drawn + 1);
+    EXPECT_NE(list->item(2)->icon().pixmap(list->iconSize()).toImage(), third);
     EXPECT_EQ(list->currentRow(), 2);
+    // So does its undo.
+    ASSERT_TRUE(deck->undo());
+    for (int turns = 0; thumbnails.pending() > 0 && turns < 100; ++turns) QTest::qWait(1);
+    EXPECT_EQ(thumbnails.drawnCount(), drawn + 2);
+    EXPECT_EQ(list->item(2)->icon().pixmap(list->iconSize()).toImage(), third);
+    // The current slide chosen elsewhere is marked.
+    ASSERT_TRUE(deck->setCurrentSlide(1));
+    EXPECT_EQ(list->currentRow(), 0);
 
     thumbnails.setDeck(nullptr);
     view.setDeck(nullptr);

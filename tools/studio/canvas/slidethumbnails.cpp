@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "sliderenderer.h"
 
@@ -30,11 +31,17 @@ SlideThumbnails::SlideThumbnails(QWidget* parent)
 }
 
 void SlideThumbnails::setDeck(minihost::Deck* deck) {
+    if (m_deck) disconnect(m_deck, nullptr, this, nullptr);
     m_deck = deck;
-    refresh();
+    if (m_deck) {
+        connect(m_deck, &minihost::Deck::changed, this,
+                [this](const minihost::DeckChange& change) { redraw(change.slides()); });
+        connect(m_deck, &minihost::Deck::currentSlideChanged, this, &SlideThumbnails::markCurrent);
+    }
+    showDeck();
 }
 
-void SlideThumbnails::refresh() {
+void SlideThumbnails::showDeck() {
     const QSignalBlocker quiet(m_list);
     m_list->clear();
     m_pending.clear();
@@ -57,7 +64,24 @@ void SlideThumbnails::refresh() {
     m_drawing->start();
 }
 
+void SlideThumbnails::redraw(const QList<int>& slides) {
+    // The changed slides first: the one being edited is in sight.
+    for (auto it = slides.crbegin(); it != slides.crend(); ++it) {
+        const int row = *it - 1;
+        if (row < 0 || row >= m_list->count()) continue;
+        if (std::find(m_pending.begin(), m_pending.end(), row) == m_pending.end())
+            m_pending.push_front(row);
+    }
+    if (!m_pending.empty()) m_drawing->start();
+}
+
+void SlideThumbnails::markCurrent(int slide) {
+    const QSignalBlocker quiet(m_list);
+    m_list->setCurrentRow(slide - 1);
+}
+
 void SlideThumbnails::drawSome() {
+    if (!m_deck) m_pending.clear();
     for (int n = 0; n < kPerTurn && !m_pending.empty(); ++n) {
         const int row = m_pending.front();
         m_pending.pop_front();
@@ -70,11 +94,11 @@ void SlideThumbnails::drawSome() {
         painter.drawRect(QRect(QPoint(), pixels).adjusted(0, 0, -1, -1));
         painter.end();
         m_list->item(row)->setIcon(QIcon(pixmap));
+        ++m_drawn;
     }
     if (m_pending.empty()) m_drawing->stop();
 }
 
 void SlideThumbnails::activate(int row) {
-    if (!m_deck || row < 0 || !m_deck->setCurrentSlide(row + 1)) return;
-    emit slideActivated(row + 1);
+    if (m_deck && row >= 0) m_deck->setCurrentSlide(row + 1);
 }

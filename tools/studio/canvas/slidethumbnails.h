@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // One thumbnail per slide, numbered, the current one marked; clicking one (or moving through
 // them with the keys) makes it the deck's current slide. The pictures are drawn a few at a time
-// from the event loop, the current slide's first, so a large deck opens at once.
+// from the event loop, the current slide's first, so a large deck opens at once; afterwards only
+// the slides the deck names as changed are drawn again.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <deque>
 
@@ -17,22 +19,23 @@ class SlideThumbnails : public QWidget {
 public:
     explicit SlideThumbnails(QWidget* parent = nullptr);
     void setDeck(minihost::Deck* deck);  // not owned; null shows nothing
-    void refresh();                      // draws every slide again and marks the current one
 
     // The list the thumbnails are items of, for tests that click them.
     QListWidget* list() const { return m_list; }
-    // How many pictures are still to be drawn.
+    // How many pictures are still to be drawn, and how many were drawn since the panel was made.
     int pending() const { return static_cast<int>(m_pending.size()); }
-
-signals:
-    void slideActivated(int slide);  // from 1; the deck's current slide is already set
+    int drawnCount() const { return m_drawn; }
 
 private:
+    void showDeck();
+    void redraw(const QList<int>& slides);
+    void markCurrent(int slide);
     void activate(int row);
     void drawSome();
 
-    minihost::Deck* m_deck = nullptr;
+    QPointer<minihost::Deck> m_deck;
     QListWidget* m_list;
     QTimer* m_drawing;
-    std::deque<int> m_pending;  // rows whose picture is still blank, in drawing order
+    std::deque<int> m_pending;  // rows whose picture is still to be drawn, in drawing order
+    int m_drawn = 0;
 };

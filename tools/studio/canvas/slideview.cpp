@@ -53,14 +53,22 @@ SlideView::SlideView(QWidget* parent) : QWidget(parent) {
 SlideView::~SlideView() = default;
 
 void SlideView::setDeck(minihost::Deck* deck) {
+    if (m_deck) disconnect(m_deck, nullptr, this, nullptr);
     m_deck = deck;
-    m_drag = Drag::None;
-    rebuild();
-    syncFromDeck();
-    update();
+    if (m_deck) {
+        connect(m_deck, &minihost::Deck::changed, this, [this](const minihost::DeckChange& change) {
+            if (change.touches(m_slide)) showSlide();
+        });
+        connect(m_deck, &minihost::Deck::currentSlideChanged, this, &SlideView::showSlide);
+        connect(m_deck, &minihost::Deck::selectionChanged, this, [this] {
+            syncFromDeck();
+            update();
+        });
+    }
+    showSlide();
 }
 
-void SlideView::refresh() {
+void SlideView::showSlide() {
     m_drag = Drag::None;
     rebuild();
     syncFromDeck();
@@ -109,7 +117,6 @@ void SlideView::setTextMode(bool on) {
 
 void SlideView::applyTextSelection() {
     m_deck->selectText(m_textShape, std::min(m_anchor, m_caret), std::abs(m_caret - m_anchor));
-    emit selectionChanged();
     update();
 }
 
@@ -119,7 +126,6 @@ void SlideView::selectShapes(const QList<int>& ids) {
         m_deck->clearSelection();
     else
         m_deck->selectShapes(ids);
-    emit selectionChanged();
     update();
 }
 
@@ -153,10 +159,6 @@ QPointF SlideView::toSlide(const QPointF& widgetPoint) const {
 void SlideView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), QColor(0xE6, 0xE6, 0xE6));
-    if (m_deck && m_slide != m_deck->currentSlide()) {  // the current slide changed elsewhere
-        rebuild();
-        syncFromDeck();
-    }
     if (!m_scene) return;
     const QRectF target = slideRect();
     painter.fillRect(target.translated(3, 3), QColor(0, 0, 0, 60));
@@ -341,33 +343,32 @@ void SlideView::mouseReleaseEvent(QMouseEvent* event) {
     m_dragDelta = toSlide(event->localPos()) - m_pressSlide;
     m_dragged = false;
     if (drag == Drag::Move) {
-        const QList<int> ids = m_textMode ? QList<int>{m_textShape} : m_deck->selectedShapes();
-        if (m_deck->moveShapes(ids, m_dragDelta.x(), m_dragDelta.y())) edited();
+        moveShapes(m_textMode ? QList<int>{m_textShape} : m_deck->selectedShapes(), m_dragDelta);
     } else if (drag == Drag::Resize) {
         const int id = m_deck->selectedShapes().value(0);
-        if (m_deck->setShapeBox(m_slide, id, resized(m_scene->boxOf(id), m_dragDelta),
-                                QStringLiteral("resize")))
-            edited();
+        m_deck->setShapeBoxes(m_slide, {{id, resized(m_scene->boxOf(id), m_dragDelta)}},
+                              tr("resize"));
     }
     update();
 }
 
-void SlideView::edited() {
-    rebuild();
-    syncFromDeck();
-    emit deckEdited();
-    update();
+void SlideView::moveShapes(const QList<int>& ids, const QPointF& by) {
+    QMap<int, QRectF> boxes;
+    for (int id : ids) {
+        const QRectF place = m_deck->placeOf(m_slide, id);
+        if (place.isNull()) return;  // nowhere to move it from
+        boxes.insert(id, place.translated(by));
+    }
+    m_deck->setShapeBoxes(m_slide, boxes, tr("move"));
 }
 
 void SlideView::replaceText(const QString& text, const QString& stepName) {
     const int start = std::min(m_anchor, m_caret);
-    const int end =
-        m_deck->replaceText(m_textShape, start, std::abs(m_caret - m_anchor), text, stepName);
+    const int end = m_deck->replaceText(m_slide, m_textShape, start, std::abs(m_caret - m_anchor),
+                                        text, stepName);
     if (end < 0) return;
     m_anchor = m_caret = end;
     m_deck->selectText(m_textShape, end, 0);
-    edited();
-    emit selectionChanged();
 }
 
 void SlideView::copySelectedText() const {
@@ -400,12 +401,12 @@ bool SlideView::keyInText(QKeyEvent* event) {
     }
     if (event == QKeySequence::Cut) {
         copySelectedText();
-        if (m_anchor != m_caret) replaceText({}, QStringLiteral("cut"));
+        if (m_anchor != m_caret) replaceText({}, tr("cut"));
         return true;
     }
     if (event == QKeySequence::Paste) {
         const QString pasted = QApplication::clipboard()->text();
-        if (!pasted.isEmpty()) replaceText(pasted, QStringLiteral("paste"));
+        if (!pasted.isEmpty()) replaceText(pasted, tr("paste"));
         return true;
     }
     const bool collapse = !extend && m_anchor != m_caret;
@@ -427,16 +428,15 @@ bool SlideView::keyInText(QKeyEvent* event) {
             return moveTo(layout->lineEnd(m_caret));
         case Qt::Key_Backspace:
             if (m_anchor == m_caret) m_anchor = previousPosition(text, m_caret);
-            if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
+            if (m_anchor != m_caret) replaceText({}, tr("delete text"));
             return true;
         case Qt::Key_Delete:
             if (m_anchor == m_caret) m_anchor = nextPosition(text, m_caret);
-            if (m_anchor != m_caret) replaceText({}, QStringLiteral("delete text"));
+            if (m_anchor != m_caret) replaceText({}, tr("delete text"));
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            replaceText(extend ? QStringLiteral("\v") : QStringLiteral("\r"),
-                        QStringLiteral("typing"));
+            replaceText(extend ? QStringLiteral("\v") : QStringLiteral("\r"), tr("typing"));
             return true;
         default:
             break;
@@ -444,7 +444,7 @@ bool SlideView::keyInText(QKeyEvent* event) {
     const QString typed = event->text();
     if (!typed.isEmpty() && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) &&
         std::all_of(typed.begin(), typed.end(), [](QChar c) { return c.isPrint() || c == '\t'; })) {
-        replaceText(typed, QStringLiteral("typing"));
+        replaceText(typed, tr("typing"));
         return true;
     }
     return false;
@@ -470,10 +470,7 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
             break;
         case Qt::Key_Delete:
         case Qt::Key_Backspace:
-            if (m_deck->deleteShapes(selected)) {
-                edited();
-                emit selectionChanged();
-            }
+            m_deck->deleteShapes(m_slide, selected, tr("delete"));
             return true;
         case Qt::Key_Escape:
             selectShapes({});
@@ -499,10 +496,10 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
         QRectF box = m_scene->boxOf(selected.first());
         box.setWidth(std::max(1.0, box.width() + by.x()));
         box.setHeight(std::max(1.0, box.height() + by.y()));
-        if (m_deck->setShapeBox(m_slide, selected.first(), box, QStringLiteral("resize"))) edited();
+        m_deck->setShapeBoxes(m_slide, {{selected.first(), box}}, tr("resize"));
         return true;
     }
-    if (m_deck->moveShapes(selected, by.x(), by.y())) edited();
+    moveShapes(selected, by);
     return true;
 }
 
@@ -515,7 +512,7 @@ void SlideView::keyPressEvent(QKeyEvent* event) {
 void SlideView::inputMethodEvent(QInputMethodEvent* event) {
     // Text composed in an input method arrives whole when committed.
     if (m_textMode && !event->commitString().isEmpty())
-        replaceText(event->commitString(), QStringLiteral("typing"));
+        replaceText(event->commitString(), tr("typing"));
     event->accept();
 }
 

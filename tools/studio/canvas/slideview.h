@@ -14,12 +14,17 @@
 // resizes it. Arrows move the selected shapes by 6 pt (Ctrl: 1 pt), Shift+arrows resize one;
 // Delete removes them. In text: typing (keys and input methods), Enter (a new paragraph),
 // Shift+Enter (a line break), Backspace, Delete, cut, copy and paste. Each edit is one undo step
-// of the deck.
+// of the deck, named in the user's language.
+//
+// The view shows the deck as the deck says it is: it lays its slide out again when the deck
+// names that slide as changed (by the view's own edits, a command, an undo), and follows the
+// deck's current slide and selection.
 //
 // A text cursor is a text selection of length 0 in the deck. Rotated shapes are hit and
 // selected by their unrotated box.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <memory>
 
@@ -35,7 +40,6 @@ public:
     explicit SlideView(QWidget* parent = nullptr);
     ~SlideView() override;
     void setDeck(minihost::Deck* deck);  // not owned; null shows nothing
-    void refresh();  // redraw after the deck changed elsewhere (undo, a command)
 
     // Where the slide is drawn in the widget, and slide points to widget coordinates: for
     // tests and tools that point at something on the slide.
@@ -48,9 +52,7 @@ public:
     int textAnchor() const;
 
 signals:
-    void selectionChanged();               // the deck's view selection changed by the user
     void textEditingChanged(bool active);  // a text cursor or text selection in a shape began/ended
-    void deckEdited();  // the user made an undo step (move, resize, typing, delete)
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -65,6 +67,8 @@ protected:
 private:
     enum class Drag { None, Move, Resize, Text };
 
+    // Lays out the deck's current slide again and shows it with the deck's selection.
+    void showSlide();
     void rebuild();
     void syncFromDeck();
     void setTextMode(bool on);
@@ -77,9 +81,10 @@ private:
     int handleAt(const QPointF& widgetPoint) const;
     bool onBorder(int shapeId, const QPointF& widgetPoint) const;
     QRectF resized(const QRectF& box, const QPointF& delta) const;
-    void edited();
+    // Moves `ids` by `by` points, as one step.
+    void moveShapes(const QList<int>& ids, const QPointF& by);
 
-    minihost::Deck* m_deck = nullptr;
+    QPointer<minihost::Deck> m_deck;
     std::unique_ptr<zstudio::SlideScene> m_scene;
     int m_slide = 0;
     bool m_textMode = false;

@@ -134,16 +134,8 @@ Writes the pinyin of the Chinese text on your slides.</source>
         <translation>撤销(&amp;U)</translation>
     </message>
     <message>
-        <source>&amp;Undo %1</source>
-        <translation>撤销 %1(&amp;U)</translation>
-    </message>
-    <message>
         <source>&amp;Redo</source>
         <translation>恢复(&amp;R)</translation>
-    </message>
-    <message>
-        <source>&amp;Redo %1</source>
-        <translation>恢复 %1(&amp;R)</translation>
     </message>
     <message>
         <source>Slide %1 of %2</source>
@@ -172,6 +164,57 @@ Writes the pinyin of the Chinese text on your slides.</source>
     <message>
         <source>insert text box</source>
         <translation>插入文本框</translation>
+    </message>
+    <message>
+        <source>Pinyin at Once &amp;Puts Its Boxes</source>
+        <translation>一键拼音的位置(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Below the Text</source>
+        <translation>文字下方</translation>
+    </message>
+    <message>
+        <source>Above the Text</source>
+        <translation>文字上方</translation>
+    </message>
+    <message>
+        <source>Where the Add-on Puts Them</source>
+        <translation>插件的默认位置</translation>
+    </message>
+    <message>
+        <source>move</source>
+        <translation>移动</translation>
+    </message>
+</context>
+<context>
+    <name>SlideView</name>
+    <message>
+        <source>move</source>
+        <translation>移动</translation>
+    </message>
+    <message>
+        <source>resize</source>
+        <translation>调整大小</translation>
+    </message>
+    <message>
+        <source>typing</source>
+        <translation>键入</translation>
+    </message>
+    <message>
+        <source>delete text</source>
+        <translation>删除文字</translation>
+    </message>
+    <message>
+        <source>cut</source>
+        <translation>剪切</translation>
+    </message>
+    <message>
+        <source>paste</source>
+        <translation>粘贴</translation>
+    </message>
+    <message>
+        <source>delete</source>
+        <translation>删除</translation>
     </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 #include "hostexport.h"
 
@@ -39,6 +40,33 @@ private:
     void* m_module = nullptr;
     QObject* (*m_entryFunction)() = nullptr;
     QString m_error;
+};
+
+// The add-on loaded as a host loads it, for as long as a program (or one of its windows) works
+// with it: the module <application directory>/addons/zphoneticsymbol/, one entry object,
+// commands triggered by name, and the entry object destroyed when the session ends (which
+// releases the add-on's model; the module stays loaded, see AddonModule).
+class ZHOST_API AddonSession {
+public:
+    AddonSession();
+    ~AddonSession();
+    AddonSession(const AddonSession&) = delete;
+    AddonSession& operator=(const AddonSession&) = delete;
+
+    // Loads the module and makes the entry object. False with errorString() set
+    // ("<module path>: <reason>").
+    bool open();
+    bool isOpen() const { return m_entry != nullptr; }
+    QString errorString() const { return m_module.errorString(); }
+
+    // Runs the command `action` ("PhoneticOneKey", "PhoneticSymbol") through the entry object's
+    // "trigger", from the command source `source` (may be null). False when no entry object is
+    // open or it has no such method.
+    bool trigger(const QString& action, ZAppObj* source = nullptr);
+
+private:
+    AddonModule m_module;
+    std::unique_ptr<QObject> m_entry;
 };
 
 // Invokes `entry`'s meta method "trigger(ZAppObj*,ZAppContext*)" by name, directly, with a
