@@ -8,8 +8,8 @@
 #include "dialog/phoneticsymboljsapi.h"
 #include "dialogfixture.h"
 #include "engine/taggerbinding.h"
-#include "minihost/nvo/hoststore.h"
 #include "minihost/nvo/hostreadingservice.h"
+#include "minihost/nvo/hoststore.h"
 #include "nvo/readingservice.h"
 #include "usage/clientinfo.h"
 
