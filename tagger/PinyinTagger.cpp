@@ -14,6 +14,7 @@
 
 using zphonetic::tagger::Dictionaries;
 using zphonetic::tagger::FormatError;
+using zphonetic::tagger::OwnReadingsSource;
 using zphonetic::tagger::Tagger;
 
 namespace {
@@ -21,6 +22,8 @@ namespace {
 struct LibraryState {
     std::mutex mutex;
     std::shared_ptr<const Dictionaries> dictionaries;
+    // The teacher's readings file, found when the dictionaries open.
+    std::unique_ptr<OwnReadingsSource> own;
     // Taggers handed out and not yet released, so that a stray pointer is refused, not followed.
     std::unordered_set<const void*> taggers;
 };
@@ -53,6 +56,7 @@ int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
     {
         std::lock_guard<std::mutex> lock(s.mutex);
         s.dictionaries.reset();
+        s.own.reset();
     }
     if (pinyinDic == nullptr || firstRules == nullptr || secondRules == nullptr) {
         return PINYIN_TAGGER_E_ARGUMENT;
@@ -60,8 +64,16 @@ int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
     try {
         auto opened = std::make_shared<const Dictionaries>(pathOf(pinyinDic), pathOf(firstRules),
                                                            pathOf(secondRules));
+        // Read now, so that the first tagger costs no more than the others; a problem of the
+        // file is only ever a note.
+        auto own = std::make_unique<OwnReadingsSource>(
+            zphonetic::tagger::ownReadingsPath(), [](const std::string& note) {
+                std::fprintf(stderr, "libPinyinTagger: %s\n", note.c_str());
+            });
+        own->current();
         std::lock_guard<std::mutex> lock(s.mutex);
         s.dictionaries = std::move(opened);
+        s.own = std::move(own);
         return PINYIN_TAGGER_OK;
     } catch (const FormatError& e) {
         // The status is all a caller gets; the reason goes where a person can read it.
@@ -77,8 +89,10 @@ int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
 int CloseDictionary(void) {
     LibraryState& s = state();
     std::shared_ptr<const Dictionaries> closing;
+    std::unique_ptr<OwnReadingsSource> own;
     std::lock_guard<std::mutex> lock(s.mutex);
     closing.swap(s.dictionaries);
+    own.swap(s.own);
     return PINYIN_TAGGER_OK;
 }
 
@@ -89,7 +103,7 @@ int GetPinyinObject(void** tagger) {
     try {
         std::lock_guard<std::mutex> lock(s.mutex);
         if (!s.dictionaries) return PINYIN_TAGGER_E_NOT_OPEN;
-        auto made = std::make_unique<Tagger>(s.dictionaries);
+        auto made = std::make_unique<Tagger>(s.dictionaries, s.own->current());
         s.taggers.insert(made.get());
         *tagger = made.release();
         return PINYIN_TAGGER_OK;

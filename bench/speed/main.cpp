@@ -5,14 +5,21 @@
 //   Sentences/PinyinReference  the same through the reference library (one hash lookup per
 //                              character); the ratio of the two is printed at the end
 //   OpenDictionary             opening the three dictionaries (and closing them again), with the
-//                              process's resident memory after opening
+//                              process's resident memory after opening; without a readings file
+//                              of the user's
+//   OpenDictionary/OwnReadings the same with a readings file of 1,000 words, which the library
+//                              reads when it opens
+//   Sentences/PinyinTagger/OwnReadings
+//                              the sentences tagged with those 1,000 words
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
 #include <unistd.h>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -58,6 +65,9 @@ Abi loadAbi(const std::string& path) {
 std::vector<std::u16string> sentences;
 size_t hanCharacters = 0;
 std::u16string charsPath, wordsPath, rulesPath;
+// A readings file of the user's that does not exist, and one of 1,000 words.
+std::string noReadingsPath, ownReadingsPath;
+constexpr size_t kOwnWords = 1000;
 
 double residentMegabytes() {
     long pages = 0, resident = 0;
@@ -68,7 +78,59 @@ double residentMegabytes() {
     return resident * static_cast<double>(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
-void tagSentences(benchmark::State& state, const Abi* abi) {
+// The readings file the library finds when it opens the dictionaries.
+void useReadingsFile(const std::string& path) {
+    ::setenv("ZPHONETIC_READINGS_FILE", path.c_str(), 1);
+    ::unsetenv("ZPHONETIC_TONES");
+}
+
+// The readings of `text` as the library answers them, one per unit ("" where none).
+std::vector<std::u16string> readingsOf(const Abi& abi, void* tagger, const std::u16string& text) {
+    char16_t* answer = nullptr;
+    int32_t length = 0;
+    std::vector<std::u16string> out;
+    if (abi.tag(tagger, text.c_str(), &answer, &length) != 0) return out;
+    const std::u16string a(answer, static_cast<size_t>(length));
+    delete[] answer;
+    // Unit, "/", reading: a reading is lower-case Latin letters with marks, never a Han unit.
+    for (size_t p = 0; p + 1 < a.size();) {
+        size_t end = p + 2;
+        while (end < a.size() && a[end] < 0x2E80) ++end;
+        out.push_back(a.substr(p + 2, end - p - 2));
+        p = end;
+    }
+    return out;
+}
+
+// Writes kOwnWords words of two to four characters from the corpus, each with the readings the
+// library gives it, and first 谁 read shéi (the library reads it shuí), as a teacher's file would
+// hold them.
+bool writeOwnReadings(const Abi& abi, const std::string& path) {
+    useReadingsFile(noReadingsPath);
+    if (abi.open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) return false;
+    void* tagger = nullptr;
+    abi.get(&tagger);
+    std::ofstream out(path, std::ios::trunc);
+    out << "# " << kOwnWords << " words for the benchmark\n谁 shéi\n";
+    std::set<std::u16string> taken{u"谁"};
+    for (size_t i = 0; taken.size() < kOwnWords && i < sentences.size(); ++i) {
+        const std::u16string& s = sentences[i];
+        const size_t length = 2 + i % 3;
+        if (s.size() < length + 4 || !taken.insert(s.substr(3, length)).second) continue;
+        const std::u16string word = s.substr(3, length);
+        const std::vector<std::u16string> readings = readingsOf(abi, tagger, word);
+        if (readings.size() != word.size()) return false;
+        std::u16string line = word;
+        for (const std::u16string& r : readings) line += u" " + r;
+        out << zphonetic::tagger::toUtf8(line) << "\n";
+    }
+    abi.release(tagger);
+    abi.close();
+    return taken.size() == kOwnWords;
+}
+
+void tagSentences(benchmark::State& state, const Abi* abi, const std::string* readingsFile) {
+    useReadingsFile(*readingsFile);
     abi->load(nullptr);
     if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) {
         state.SkipWithError("OpenDictionary failed");
@@ -91,7 +153,20 @@ void tagSentences(benchmark::State& state, const Abi* abi) {
         static_cast<double>(hanCharacters) * state.iterations(), benchmark::Counter::kIsRate);
 }
 
-void openDictionary(benchmark::State& state, const Abi* abi) {
+void openDictionary(benchmark::State& state, const Abi* abi, const std::string* readingsFile) {
+    useReadingsFile(*readingsFile);
+    // The file is read: 谁 comes out as it says.
+    if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) == 0) {
+        void* tagger = nullptr;
+        abi->get(&tagger);
+        const bool own = readingsOf(*abi, tagger, u"谁来").front() == u"shéi";
+        abi->release(tagger);
+        abi->close();
+        if (own != (readingsFile == &ownReadingsPath)) {
+            state.SkipWithError("the readings file was not taken as it should be");
+            return;
+        }
+    }
     double resident = 0;
     for (auto _ : state) {
         if (abi->open(charsPath.c_str(), wordsPath.c_str(), rulesPath.c_str()) != 0) {
@@ -120,7 +195,8 @@ public:
     void printRatio() const {
         double ours = 0, reference = 0;
         for (const auto& [name, rate] : rates_) {
-            if (name.find("Sentences/PinyinTagger") == 0) ours = rate;
+            const bool own = name.find("OwnReadings") != std::string::npos;
+            if (name.find("Sentences/PinyinTagger") == 0 && !own) ours = rate;
             if (name.find("Sentences/PinyinReference") == 0) reference = rate;
         }
         if (ours > 0 && reference > 0) {
@@ -149,6 +225,7 @@ int main(int argc, char** argv) {
     std::string dictDir = programDir() + "/../share/zphonetic/dict";
     std::string tagger = programDir() + "/../lib/zphonetic/libPinyinTagger.so";
     std::string reference = programDir() + "/../lib/libPinyinReference.so";
+    std::string keptReadings;
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string arg = argv[i];
         if (arg == "--corpus")
@@ -159,10 +236,16 @@ int main(int argc, char** argv) {
             tagger = argv[i + 1];
         else if (arg == "--reference")
             reference = argv[i + 1];
+        else if (arg == "--write-readings")
+            keptReadings = argv[i + 1];
         else {
             std::fprintf(stderr,
                          "usage: pinyin-speed [benchmark flags] [--corpus DIR] "
-                         "[--dict-dir DIR] [--library FILE] [--reference FILE]\n");
+                         "[--dict-dir DIR] [--library FILE] [--reference FILE]\n"
+                         "       pinyin-speed [--corpus DIR] [--dict-dir DIR] [--library FILE] "
+                         "--write-readings FILE\n"
+                         "(the second writes the readings file of 1,000 words the benchmarks "
+                         "use, and runs none)\n");
             return 2;
         }
     }
@@ -183,16 +266,38 @@ int main(int argc, char** argv) {
     static const Abi ours = loadAbi(tagger);
     static const Abi yardstick = loadAbi(reference);
     std::printf("corpus: %zu sentences, %zu Han characters\n", sentences.size(), hanCharacters);
+    char directory[] = "/tmp/pinyin-speed-XXXXXX";
+    if (::mkdtemp(directory) == nullptr) return 1;
+    noReadingsPath = std::string(directory) + "/none.txt";
+    ownReadingsPath =
+        keptReadings.empty() ? std::string(directory) + "/readings.txt" : keptReadings;
+    if (!writeOwnReadings(ours, ownReadingsPath)) {
+        std::fprintf(stderr, "pinyin-speed: could not write %s\n", ownReadingsPath.c_str());
+        return 1;
+    }
+    if (!keptReadings.empty()) {
+        ::rmdir(directory);
+        return 0;
+    }
 
-    benchmark::RegisterBenchmark("Sentences/PinyinTagger", tagSentences, &ours)
+    benchmark::RegisterBenchmark("Sentences/PinyinTagger", tagSentences, &ours, &noReadingsPath)
         ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("Sentences/PinyinReference", tagSentences, &yardstick)
+    benchmark::RegisterBenchmark("Sentences/PinyinReference", tagSentences, &yardstick,
+                                 &noReadingsPath)
         ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("OpenDictionary", openDictionary, &ours)
+    benchmark::RegisterBenchmark("Sentences/PinyinTagger/OwnReadings", tagSentences, &ours,
+                                 &ownReadingsPath)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("OpenDictionary", openDictionary, &ours, &noReadingsPath)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("OpenDictionary/OwnReadings", openDictionary, &ours,
+                                 &ownReadingsPath)
         ->Unit(benchmark::kMillisecond);
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatio();
     benchmark::Shutdown();
+    std::remove(ownReadingsPath.c_str());
+    ::rmdir(directory);
     return 0;
 }

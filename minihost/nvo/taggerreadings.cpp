@@ -15,11 +15,14 @@ namespace minihost {
 namespace {
 
 using zphonetic::tagger::Dictionaries;
+using zphonetic::tagger::OwnReadingsSource;
 using zphonetic::tagger::Tagger;
 
-// The dictionaries, opened once per function; a failure is reported once and remembered.
+// The dictionaries, opened once per function; a failure is reported once and remembered. The
+// user's own readings are found with them, and read again whenever their file changes.
 struct EngineState {
     std::unique_ptr<Tagger> tagger;
+    std::unique_ptr<OwnReadingsSource> own;
     bool failed = false;
 
     Tagger* open() {
@@ -33,6 +36,10 @@ struct EngineState {
         try {
             tagger = std::make_unique<Tagger>(std::make_shared<const Dictionaries>(
                 path("Pinyin.dic"), path("firrule.dic"), path("secrule.dic")));
+            own = std::make_unique<OwnReadingsSource>(
+                zphonetic::tagger::ownReadingsPath(), [](const std::string& note) {
+                    std::fprintf(stderr, "zphonetic: %s\n", note.c_str());
+                });
         } catch (const std::exception& error) {
             failed = true;
             // The dictionaries' own errors name the file and what is wrong with it.
@@ -49,6 +56,7 @@ ReadingFunction engineReadingFunction() {
     return [state](const QString& text, QVector<HostReading>& readings) {
         Tagger* tagger = state->open();
         if (!tagger) return false;
+        tagger->setOwnReadings(state->own->current());
         try {
             const auto& syllables =
                 tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),

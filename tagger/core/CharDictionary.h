@@ -49,6 +49,8 @@ public:
     CharReadings toReadings() const;
     // The file behind the view: whether what was read of it was intact (see ContainerView).
     const ContainerView& file() const { return file_; }
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     uint32_t start(uint32_t unit) const;

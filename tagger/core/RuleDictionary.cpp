@@ -17,15 +17,6 @@ constexpr uint32_t kNameSection = 6;
 constexpr uint32_t kRuleSection = 7;
 constexpr uint32_t kElementSection = 8;
 
-// The number of bits set, without the library call the compiler makes of a builtin for a
-// processor that may lack the instruction.
-size_t countBits(uint64_t x) {
-    x -= (x >> 1) & 0x5555555555555555;
-    x = (x & 0x3333333333333333) + ((x >> 2) & 0x3333333333333333);
-    x = (x + (x >> 4)) & 0x0F0F0F0F0F0F0F0F;
-    return static_cast<size_t>((x * 0x0101010101010101) >> 56);
-}
-
 std::vector<RuleElement> parsePattern(size_t lineNo, const std::string& field,
                                       const std::vector<RuleSet::Class>& classes) {
     const std::u16string text = toUtf16(field);
@@ -291,24 +282,6 @@ RuleDictionary::Rule RuleDictionary::prepare(size_t r) {
     return rule;
 }
 
-void RuleDictionary::TargetIndex::add(char16_t target, const Rule& rule) {
-    // Rules come sorted by target, so a new target is one above the last.
-    if (!has(target)) {
-        bits[target >> 6] |= uint64_t{1} << (target & 63);
-        starts.push_back(static_cast<uint32_t>(rules.size()));
-    }
-    rules.push_back(rule);
-}
-
-void RuleDictionary::TargetIndex::finish() {
-    starts.push_back(static_cast<uint32_t>(rules.size()));
-    uint32_t before = 0;
-    for (size_t w = 0; w < 0x10000 / 64; ++w) {
-        rank[w] = before;
-        before += static_cast<uint32_t>(countBits(bits[w]));
-    }
-}
-
 bool RuleDictionary::inClass(uint16_t cls, char16_t c) const {
     const auto first = classMembers_.begin() + classStarts_[cls];
     const auto last = classMembers_.begin() + classStarts_[cls + size_t{1}];
@@ -346,13 +319,14 @@ const Syllable* RuleDictionary::firstMatch(const char16_t* text, InWord& inWord,
     const TargetIndex& index = wordTarget ? inWord_ : alone_;
     const char16_t c = text[at];
     if (!index.has(c)) return nullptr;
-    const uint64_t below = index.bits[c >> 6] & ((uint64_t{1} << (c & 63)) - 1);
-    const size_t k = index.rank[c >> 6] + countBits(below);
+    const Rule* candidate = nullptr;
+    const Rule* candidatesEnd = nullptr;
+    index.group(c, &candidate, &candidatesEnd);
     // "^" and "$" stand just outside the text; every other element needs its character inside.
     const auto target = static_cast<long long>(at);
     const auto end = static_cast<long long>(length);
-    for (uint32_t i = index.starts[k]; i < index.starts[k + 1]; ++i) {
-        const Rule& rule = index.rules[i];
+    for (; candidate != candidatesEnd; ++candidate) {
+        const Rule& rule = *candidate;
         if (target + rule.lowest < 0 || target + rule.highest >= end) continue;
         const Check* check = checks_.data() + rule.firstCheck;
         const Check* const last = check + rule.checkCount;

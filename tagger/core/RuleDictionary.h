@@ -29,6 +29,7 @@
 #include <string>
 #include <vector>
 
+#include "CharGroups.h"
 #include "Container.h"
 #include "Syllables.h"
 
@@ -126,6 +127,8 @@ public:
     RuleSet toRuleSet() const;
     // The file behind the view: whether what was read of it was intact (see ContainerView).
     const ContainerView& file() const { return file_; }
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     // A rule made ready at opening: its pattern's elements other than the target, each placed
@@ -143,18 +146,8 @@ private:
         int32_t highest = 0;
         uint16_t syllable = 0;
     };
-    // The rules of one kind of target ("_" or "="), grouped by target in file order, found
-    // without a search: the target's bit, and the count of targets before it from `rank`.
-    struct TargetIndex {
-        uint64_t bits[0x10000 / 64] = {};
-        uint32_t rank[0x10000 / 64] = {};  // targets in the bit words before this one
-        std::vector<uint32_t> starts;      // per target, its first entry in `rules`; then the end
-        std::vector<Rule> rules;
-
-        bool has(char16_t c) const { return (bits[c >> 6] >> (c & 63)) & 1; }
-        void add(char16_t target, const Rule& rule);
-        void finish();
-    };
+    // The rules of one kind of target ("_" or "="), grouped by target in file order.
+    using TargetIndex = CharGroups<Rule>;
 
     // Reads rule r of the file into a Rule and its checks; throws FormatError for a pattern
     // that compileRules() cannot have written.

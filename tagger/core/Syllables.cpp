@@ -8,20 +8,20 @@ namespace {
 
 struct ToneMark {
     char16_t marked;
-    char base;
+    char16_t letter;
     uint8_t tone;
 };
 
-// Precomposed vowels with tone marks, as NFC spells them.
+// Precomposed letters with tone marks, as NFC spells them.
 constexpr ToneMark kToneMarks[] = {
-    {u'ā', 'a', 1}, {u'á', 'a', 2}, {u'ǎ', 'a', 3}, {u'à', 'a', 4},  //
-    {u'ē', 'e', 1}, {u'é', 'e', 2}, {u'ě', 'e', 3}, {u'è', 'e', 4},  //
-    {u'ī', 'i', 1}, {u'í', 'i', 2}, {u'ǐ', 'i', 3}, {u'ì', 'i', 4},  //
-    {u'ō', 'o', 1}, {u'ó', 'o', 2}, {u'ǒ', 'o', 3}, {u'ò', 'o', 4},  //
-    {u'ū', 'u', 1}, {u'ú', 'u', 2}, {u'ǔ', 'u', 3}, {u'ù', 'u', 4},  //
-    {u'ǖ', 'v', 1}, {u'ǘ', 'v', 2}, {u'ǚ', 'v', 3}, {u'ǜ', 'v', 4},  //
-    {u'ḿ', 'm', 2}, {u'ń', 'n', 2}, {u'ň', 'n', 3}, {u'ǹ', 'n', 4},  //
-    {u'ê', 'E', 5}, {u'ế', 'E', 2}, {u'ề', 'E', 4},
+    {u'ā', u'a', 1}, {u'á', u'a', 2}, {u'ǎ', u'a', 3}, {u'à', u'a', 4},  //
+    {u'ē', u'e', 1}, {u'é', u'e', 2}, {u'ě', u'e', 3}, {u'è', u'e', 4},  //
+    {u'ī', u'i', 1}, {u'í', u'i', 2}, {u'ǐ', u'i', 3}, {u'ì', u'i', 4},  //
+    {u'ō', u'o', 1}, {u'ó', u'o', 2}, {u'ǒ', u'o', 3}, {u'ò', u'o', 4},  //
+    {u'ū', u'u', 1}, {u'ú', u'u', 2}, {u'ǔ', u'u', 3}, {u'ù', u'u', 4},  //
+    {u'ǖ', u'ü', 1}, {u'ǘ', u'ü', 2}, {u'ǚ', u'ü', 3}, {u'ǜ', u'ü', 4},  //
+    {u'ḿ', u'm', 2}, {u'ń', u'n', 2}, {u'ň', u'n', 3}, {u'ǹ', u'n', 4},  //
+    {u'ê', u'ê', 5}, {u'ế', u'ê', 2}, {u'ề', u'ê', 4},
 };
 
 const ToneMark* findMark(char16_t c) {
@@ -32,6 +32,18 @@ const ToneMark* findMark(char16_t c) {
 }
 
 }  // namespace
+
+MarkedLetter unmarkLetter(char16_t c) {
+    if (const ToneMark* m = findMark(c)) return {m->letter, m->tone};
+    return {0, 0};
+}
+
+char16_t markLetter(char16_t letter, uint8_t tone) {
+    for (const ToneMark& m : kToneMarks) {
+        if (m.letter == letter && m.tone == tone) return m.marked;
+    }
+    return 0;
+}
 
 uint8_t toneOf(std::u16string_view syllable) {
     for (char16_t c : syllable) {
@@ -68,12 +80,12 @@ std::string numberedSyllable(std::u16string_view syllable) {
         } else if (c == u'ü') {
             out += "u:";
         } else if (const ToneMark* m = findMark(c)) {
-            if (m->base == 'v') {
+            if (m->letter == u'ü') {
                 out += "u:";
-            } else if (m->base == 'E') {
+            } else if (m->letter == u'ê') {
                 out += "e^";
             } else {
-                out.push_back(m->base);
+                out.push_back(static_cast<char>(m->letter));
             }
             if (m->tone != 5) tone = m->tone;
         } else {

@@ -30,6 +30,17 @@ struct Syllable {
 // A syllable from its text; the caller makes sure it is syllable text (isSyllableText()).
 Syllable makeSyllable(std::u16string_view text);
 
+// A precomposed letter of a syllable taken apart: u'ǜ' -> {u'ü', 4}, u'ê' -> {u'ê', 5}; {0, 0}
+// for a character that is no such letter (plain ASCII letters and "ü" included).
+struct MarkedLetter {
+    char16_t letter;
+    uint8_t tone;
+};
+MarkedLetter unmarkLetter(char16_t c);
+// `letter` with the mark of `tone` (1-4) as NFC spells it (u'ü', 4 -> u'ǜ'; u'm', 2 -> u'ḿ'), or 0
+// when NFC has no such letter (u'm', 1).
+char16_t markLetter(char16_t letter, uint8_t tone);
+
 // The tone of a syllable (1-4 from its mark, 5 when it has none).
 uint8_t toneOf(std::u16string_view syllable);
 

@@ -14,6 +14,9 @@ constexpr uint32_t kLoneCharCost = kMaxWordCost + 128;
 // Longer paths cannot occur: words are at most 64 units, and length_ stores up to 255.
 constexpr size_t kMaxWordLength = 255;
 
+// alone_ of a character in a word of the teacher's: nothing changes its reading.
+constexpr uint8_t kOwn = 3;
+
 constexpr char16_t kYi = u'一';
 constexpr char16_t kBu = u'不';
 
@@ -27,8 +30,9 @@ const Syllable kBuNeutral = makeSyllable(u"bu");
 
 }  // namespace
 
-Tagger::Tagger(std::shared_ptr<const Dictionaries> dictionaries)
-    : dicts_(std::move(dictionaries)) {}
+Tagger::Tagger(std::shared_ptr<const Dictionaries> dictionaries,
+               std::shared_ptr<const OwnReadings> own)
+    : dicts_(std::move(dictionaries)), own_(std::move(own)) {}
 
 void Tagger::segment(const char16_t* text, size_t n) {
     const WordDictionary& words = dicts_->words();
@@ -120,10 +124,29 @@ void Tagger::overrideInWord(const char16_t* text, size_t n, size_t word, size_t 
     }
 }
 
+void Tagger::takeOwnReadings(const char16_t* text, size_t n) {
+    // Left to right, the longest word of the teacher's at each place; a word inside one taken is
+    // not looked for.
+    for (size_t i = 0; i < n;) {
+        const Syllable* const* syllables = nullptr;
+        const size_t len = own_->match(text, n, i, &syllables);
+        if (len == 0) {
+            ++i;
+            continue;
+        }
+        for (size_t k = 0; k < len; ++k) {
+            readings_[i + k] = syllables[k];
+            alone_[i + k] = kOwn;
+        }
+        i += len;
+    }
+}
+
 void Tagger::changeTones(const char16_t* text, size_t n) {
     // Right to left, so that 一 before 不 sees 不 already changed.
     for (auto it = toneChanges_.rbegin(); it != toneChanges_.rend(); ++it) {
         const size_t i = *it;
+        if (alone_[i] == kOwn) continue;
         const char16_t c = text[i];
         const bool last = i + 1 == n;
         // A verb repeated around it (看一看, 对不对) leaves it unstressed. 不 gets this even
@@ -148,9 +171,22 @@ void Tagger::changeTones(const char16_t* text, size_t n) {
     }
 }
 
+void Tagger::writeOriginalTones(const char16_t* text, size_t n) {
+    // The tone changes come from the words' readings, the rules and changeTones alike: taken
+    // back here, at the end, whatever made them.
+    for (size_t i = 0; i < n; ++i) {
+        const Syllable* r = readings_[i];
+        if (r == nullptr || alone_[i] == kOwn) continue;
+        if (text[i] == kYi && (r->tone == 2 || r->tone == 4)) readings_[i] = &kYiFirst;
+        if (text[i] == kBu && r->tone == 2) readings_[i] = &kBuFourth;
+    }
+}
+
 const std::vector<const Syllable*>& Tagger::readings(const char16_t* text, size_t length) {
     segment(text, length);
+    if (own_ && own_->hasWords()) takeOwnReadings(text, length);
     changeTones(text, length);
+    if (own_ && own_->tones() == Tones::Original) writeOriginalTones(text, length);
     refuseDamage();
     return readings_;
 }
@@ -165,7 +201,9 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
     if (length == 1) {
         const CharDictionary& chars = dicts_->chars();
         const size_t count = chars.count(text[0]);
-        size_t total = 2;
+        // The teacher's reading of the character comes first, and is not given twice.
+        const Syllable* own = own_ ? own_->single(text[0]) : nullptr;
+        size_t total = 2 + (own != nullptr ? own->text.size() + 1 : 0);
         for (size_t k = 0; k < count; ++k) {
             if (const Syllable* s = chars.reading(text[0], k)) total += s->text.size() + 1;
         }
@@ -174,9 +212,10 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
         char16_t* p = out;
         *p++ = text[0];
         *p++ = u'/';
+        if (own != nullptr) p = std::copy(own->text.begin(), own->text.end(), p);
         for (size_t k = 0; k < count; ++k) {
             const Syllable* s = chars.reading(text[0], k);
-            if (s == nullptr) continue;
+            if (s == nullptr || (own != nullptr && s->text == own->text)) continue;
             if (p != out + 2) *p++ = u' ';
             p = std::copy(s->text.begin(), s->text.end(), p);
         }

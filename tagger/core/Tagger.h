@@ -10,7 +10,11 @@
 //      reading as a word of its own, else its default reading. The rules see the characters
 //      around it and which of them the path put inside longer words; a few rules override a
 //      character inside a word where the context decides the word's reading.
-//   4. 一 and 不 on their own change tone by the next syllable, as taught in schools.
+//   4. The teacher's own readings: a word of theirs wherever it occurs takes their readings,
+//      over everything above and below.
+//   5. 一 and 不 on their own change tone by the next syllable, as taught in schools; with the
+//      original tones chosen, every changed tone of theirs goes back to yī and bù (light tones
+//      stay).
 
 #include <cstdint>
 #include <memory>
@@ -18,12 +22,17 @@
 #include <vector>
 
 #include "Dictionaries.h"
+#include "OwnReadings.h"
 
 namespace zphonetic::tagger {
 
 class Tagger {
 public:
-    explicit Tagger(std::shared_ptr<const Dictionaries> dictionaries);
+    // Without `own`, no words of the teacher's and the tones as taught.
+    explicit Tagger(std::shared_ptr<const Dictionaries> dictionaries,
+                    std::shared_ptr<const OwnReadings> own = nullptr);
+    // The teacher's readings for the texts tagged from now on (null: none).
+    void setOwnReadings(std::shared_ptr<const OwnReadings> own) { own_ = std::move(own); }
 
     // One reading per UTF-16 unit of text[0, length); nullptr where there is none (kana, Latin,
     // a surrogate). The result stays valid until the next call. Throws FormatError naming the
@@ -35,7 +44,8 @@ public:
     bool isOpen(size_t i) const { return i < alone_.size() && alone_[i] == 1; }
 
     // The answer of the tagging library: every unit, "/" and its reading; a text of exactly one
-    // unit gets all that character's readings, default first, separated by single spaces.
+    // unit gets all that character's readings, default first (the teacher's, when that character
+    // is a word of theirs), separated by single spaces.
     // Returns a NUL-terminated buffer from new[] that the caller frees with delete[], and its
     // length without the NUL in `answerLength`. Throws std::bad_alloc, and FormatError as
     // readings() does.
@@ -48,14 +58,18 @@ private:
     // first "=" rule that matches, where one does.
     void overrideInWord(const char16_t* text, size_t n, size_t word, size_t len, size_t k,
                         PathWords& path);
+    void takeOwnReadings(const char16_t* text, size_t n);
     void changeTones(const char16_t* text, size_t n);
+    void writeOriginalTones(const char16_t* text, size_t n);
 
     std::shared_ptr<const Dictionaries> dicts_;
+    std::shared_ptr<const OwnReadings> own_;
     std::vector<uint32_t> cost_;       // cost of the best path from position i to the end
     std::vector<uint32_t> node_;       // word starting at i on that path (0 = a lone fallback)
     std::vector<uint8_t> length_;      // its length
     std::vector<uint8_t> inWord_;      // room for the marks of PathWords, written as the rules ask
-    std::vector<uint8_t> alone_;       // 1: a word of its own; 2: that, settled by a rule
+    std::vector<uint8_t> alone_;       // 1: a word of its own; 2: that, settled by a rule;
+                                       // 3: in a word of the teacher's (kOwn in the .cpp)
     std::vector<size_t> toneChanges_;  // where 一 or 不 may change tone
     std::vector<const Syllable*> readings_;
 };

@@ -36,6 +36,39 @@ void appendUtf8(std::string& out, char32_t cp) {
     }
 }
 
+// Decodes the character at in[i]: its code point and the number of bytes it takes, or 0 bytes
+// when the bytes there are not UTF-8.
+size_t decode(std::string_view in, size_t i, char32_t& cp) {
+    const auto b = static_cast<uint8_t>(in[i]);
+    int extra = 0;
+    if (b < 0x80) {
+        cp = b;
+        return 1;
+    }
+    if ((b & 0xE0) == 0xC0) {
+        extra = 1;
+        cp = b & 0x1F;
+    } else if ((b & 0xF0) == 0xE0) {
+        extra = 2;
+        cp = b & 0x0F;
+    } else if ((b & 0xF8) == 0xF0) {
+        extra = 3;
+        cp = b & 0x07;
+    } else {
+        return 0;
+    }
+    for (int k = 1; k <= extra; ++k) {
+        if (i + k >= in.size()) return 0;
+        const auto c = static_cast<uint8_t>(in[i + k]);
+        if ((c & 0xC0) != 0x80) return 0;
+        cp = (cp << 6) | (c & 0x3F);
+    }
+    // Overlong forms, surrogates and values past U+10FFFF are not characters.
+    static constexpr char32_t kMinimum[] = {0, 0x80, 0x800, 0x10000};
+    if (cp < kMinimum[extra] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) return 0;
+    return static_cast<size_t>(extra) + 1;
+}
+
 }  // namespace
 
 std::u16string toUtf16(std::string_view in) {
@@ -43,49 +76,27 @@ std::u16string toUtf16(std::string_view in) {
     out.reserve(in.size());
     size_t i = 0;
     while (i < in.size()) {
-        const auto b = static_cast<uint8_t>(in[i]);
-        int extra = 0;
         char32_t cp = 0;
-        if (b < 0x80) {
-            cp = b;
-        } else if ((b & 0xE0) == 0xC0) {
-            extra = 1;
-            cp = b & 0x1F;
-        } else if ((b & 0xF0) == 0xE0) {
-            extra = 2;
-            cp = b & 0x0F;
-        } else if ((b & 0xF8) == 0xF0) {
-            extra = 3;
-            cp = b & 0x07;
-        } else {
-            out.push_back(kReplacement);
-            ++i;
-            continue;
-        }
-        bool ok = true;
-        for (int k = 1; ok && k <= extra; ++k) {
-            if (i + k >= in.size()) {
-                ok = false;
-                break;
-            }
-            const auto c = static_cast<uint8_t>(in[i + k]);
-            if ((c & 0xC0) != 0x80) {
-                ok = false;
-                break;
-            }
-            cp = (cp << 6) | (c & 0x3F);
-        }
-        // Overlong forms, surrogates and values past U+10FFFF are not characters.
-        static constexpr char32_t kMinimum[] = {0, 0x80, 0x800, 0x10000};
-        if (!ok || cp < kMinimum[extra] || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) {
+        const size_t taken = decode(in, i, cp);
+        if (taken == 0) {
             out.push_back(kReplacement);
             ++i;
             continue;
         }
         appendUtf16(out, cp);
-        i += static_cast<size_t>(extra) + 1;
+        i += taken;
     }
     return out;
+}
+
+bool isUtf8(std::string_view in) {
+    char32_t cp = 0;
+    for (size_t i = 0; i < in.size();) {
+        const size_t taken = decode(in, i, cp);
+        if (taken == 0) return false;
+        i += taken;
+    }
+    return true;
 }
 
 std::string toUtf8(std::u16string_view in) {

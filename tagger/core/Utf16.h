@@ -9,6 +9,9 @@ namespace zphonetic::tagger {
 // Converts UTF-8 to UTF-16. Invalid bytes become U+FFFD, so any input converts.
 std::u16string toUtf16(std::string_view utf8);
 
+// True when `bytes` are UTF-8 throughout (no overlong forms, surrogates or values past U+10FFFF).
+bool isUtf8(std::string_view bytes);
+
 // Converts UTF-16 to UTF-8. Unpaired surrogates become U+FFFD.
 std::string toUtf8(std::u16string_view utf16);
 

@@ -89,6 +89,8 @@ public:
     std::vector<WordEntry> toEntries() const;
     // The file behind the view: whether what was read of it was intact (see ContainerView).
     const ContainerView& file() const { return file_; }
+    // Every distinct syllable the file uses.
+    const SyllableTable& syllables() const { return syllables_; }
 
 private:
     // Syllable k of a word whose reading entry (section 6) is r.

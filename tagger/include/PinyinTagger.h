@@ -26,6 +26,27 @@
  * Threads: LoadPinYinLibrary, OpenDictionary, CloseDictionary, GetPinyinObject and
  * ReleasePinyinObject may be called from any thread; they are serialised inside. A tagger object
  * may be used by one thread at a time; different objects may tag at the same time.
+ *
+ * The user's own readings. Besides the dictionaries, the library reads a plain UTF-8 file of
+ * words with their readings, one a line, and the choice of how the tones of 一 and 不 are
+ * written:
+ *     曾老师 zēng lǎo shī          (tone numbers as well: zeng1 lao3 shi1)
+ *     tones original               ("taught", the default, writes 一个 yí gè and 不是 bú shì as
+ *                                  first-grade books do; "original" yī gè and bù shì, as
+ *                                  dictionaries do: only the changed tones of 一 and 不 differ)
+ * Lines starting with "#" are comments. A word of the file takes its readings wherever it occurs
+ * in a text, over everything the engine would decide (tone changes and the choice of tones
+ * included); where words of the file overlap, the one starting first wins, then the longest. A
+ * one-character word's reading comes first among that character's readings. The file is
+ *     $ZPHONETIC_READINGS_FILE when set (and not empty), else
+ *     $XDG_CONFIG_HOME/zphonetic/readings.txt, else $HOME/.config/zphonetic/readings.txt,
+ * and $ZPHONETIC_TONES ("taught" or "original"), when set, overrides the file's choice of tones.
+ * OpenDictionary reads the file; GetPinyinObject reads it again when it has changed since, so
+ * that every tagger object gets the file as it is when the object is made. A missing file means
+ * no words of the user's; a line that is not a word with one reading per character (nor a
+ * comment, nor the tones) is skipped, and a file that cannot be read is not used: neither ever
+ * makes a function fail. What was skipped is noted, once per version of the file, on standard
+ * error ("libPinyinTagger: <file>: line 3 skipped: ...").
  */
 
 #include <stdint.h>
@@ -58,8 +79,8 @@ PINYIN_TAGGER_API int LoadPinYinLibrary(void* hostInterface);
  * and each is checked (magic, version, size, the checksum of its index) before it is used; each
  * block of a file's data is checked against its own checksum the first time a text needs it, so
  * opening takes the same short time whatever the files' sizes.
- * Success: returns 0; taggers obtained from now on use these dictionaries. Dictionaries that were
- * open before are closed.
+ * Success: returns 0; taggers obtained from now on use these dictionaries, and the user's own
+ * readings (above), read now. Dictionaries that were open before are closed.
  * Failure: returns PINYIN_TAGGER_E_ARGUMENT for a null path, PINYIN_TAGGER_E_DICTIONARY when a file
  * is missing, truncated or corrupt. No dictionaries are open afterwards (even if some were
  * before): GetPinyinObject fails until a later OpenDictionary succeeds.
@@ -75,7 +96,8 @@ PINYIN_TAGGER_API int OpenDictionary(const char16_t* pinyinDic, const char16_t* 
 PINYIN_TAGGER_API int CloseDictionary(void);
 
 /*
- * Creates a tagger object in *tagger.
+ * Creates a tagger object in *tagger, with the user's own readings as their file is now (read
+ * again when it changed since it was last read).
  * Success: returns 0 and *tagger is non-null; release it with ReleasePinyinObject.
  * Failure: *tagger is set to NULL (when `tagger` is non-null) and the result is
  * PINYIN_TAGGER_E_ARGUMENT (tagger is NULL), PINYIN_TAGGER_E_NOT_OPEN (no dictionaries open) or
@@ -90,7 +112,8 @@ PINYIN_TAGGER_API int GetPinyinObject(void** tagger);
  * tone mark = neutral tone) and never contains "/". In a text of two or more units each unit has
  * exactly one reading, chosen in context; a unit without a reading (kana, fullwidth forms, Latin
  * letters, digits) has an empty one ("ア/"). A text of exactly one unit gets all the modern
- * readings of that character, most common first, separated by single spaces ("还/hái huán").
+ * readings of that character, most common first (the user's own first, see above), separated by
+ * single spaces ("还/hái huán").
  * Success: returns 0; *answer is a NUL-terminated buffer allocated with new char16_t[] that the
  * caller owns and frees with delete[]; *answerLength is its length in UTF-16 units, the NUL not
  * counted. An empty text gives an empty answer (length 0, buffer still to be freed).

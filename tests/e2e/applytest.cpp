@@ -135,6 +135,22 @@ TEST_F(Apply, PicksReplaceTheReadingsInContext) {
     EXPECT_EQ(texts(output), QStringList{u("都得[dū děi]")});
 }
 
+TEST_F(Apply, TonesChosenForTheRunAreTheDialogsReadings) {
+    int id = 0;
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("一个不是"), &id);
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    const QStringList arguments{QStringLiteral("apply"),     input,
+                                QStringLiteral("-o"),        output,
+                                QStringLiteral("--style"),   QStringLiteral("1"),
+                                QStringLiteral("--bracket"), QStringLiteral("2")};
+    ProgramRun run = zphonetic(arguments);
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(texts(output), QStringList{u("一个不是[yí ɡè bú shì]")});
+    run = zphonetic(arguments + QStringList{QStringLiteral("--tones"), QStringLiteral("original")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(texts(output), QStringList{u("一个不是[yī ɡè bù shì]")});
+}
+
 TEST_F(Apply, PlaceBelowMovesTheOwnTextBoxUnderItsText) {
     int id = 0;
     const QString input = deckWith(QStringLiteral("in.pptx"), u("银行行长"), &id);

@@ -8,6 +8,11 @@ namespace onekeytest {
 
 Outcome runOneKey(const QStringList& arguments, const QProcessEnvironment& environment,
                   const QString& program) {
+    return runZphonetic(QStringList{QStringLiteral("onekey")} + arguments, environment, program);
+}
+
+Outcome runZphonetic(const QStringList& arguments, const QProcessEnvironment& environment,
+                     const QString& program) {
     QProcess process;
     QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
     all.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
@@ -22,7 +27,7 @@ Outcome runOneKey(const QStringList& arguments, const QProcessEnvironment& envir
     process.start(program.isEmpty()
                       ? QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic")
                       : program,
-                  QStringList{QStringLiteral("onekey")} + arguments);
+                  arguments);
     Outcome run;
     if (!process.waitForFinished(120000)) return run;
     run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

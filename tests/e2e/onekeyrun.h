@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// zphonetic onekey run as a user runs it, from the tests of the command line.
+// zphonetic (onekey and the others) run as a user runs it, from the tests of the command line.
 #pragma once
 
 #include <QProcessEnvironment>
@@ -14,9 +14,12 @@ struct Outcome {
     QString err;
 };
 
-// Runs `program` (default: the zphonetic beside the test) with `arguments` after "onekey",
-// headless, in English, with `environment` added to the test's own (a variable set to "" is
-// removed).
+// Runs `program` (default: the zphonetic beside the test) with `arguments`, headless, in
+// English, with `environment` added to the test's own (a variable set to "" is removed).
+Outcome runZphonetic(const QStringList& arguments, const QProcessEnvironment& environment = {},
+                     const QString& program = {});
+
+// The same with "onekey" before the arguments.
 Outcome runOneKey(const QStringList& arguments, const QProcessEnvironment& environment = {},
                   const QString& program = {});
 

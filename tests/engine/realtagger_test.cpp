@@ -4,7 +4,9 @@
 // same tagging engine: both providers must agree.
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <string>
 #include <vector>
 
@@ -92,6 +94,52 @@ TEST_F(RealTaggerTest, TheHostServiceAgreesWithTheLibrary) {
     for (QString& reading : fromService)
         reading.replace(QLatin1Char('a'), QChar(0x0251)).replace(QLatin1Char('g'), QChar(0x0261));
     EXPECT_EQ(utf8(fromService), utf8(fromLibrary));
+}
+
+// The user's own readings file, named by the environment before the library opens its
+// dictionaries, as a host program finds it in the user's configuration directory.
+class OwnReadingsTest : public RealTaggerTest {
+protected:
+    OwnReadingsTest() {
+        qputenv("ZPHONETIC_READINGS_FILE", file().toLocal8Bit());
+        write("银行 yín xíng\n");
+    }
+    ~OwnReadingsTest() override { qunsetenv("ZPHONETIC_READINGS_FILE"); }
+
+    QString file() const { return dir.filePath(QStringLiteral("readings.txt")); }
+    void write(const QByteArray& bytes) {
+        QFile out(file());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        out.write(bytes);
+    }
+    // The readings of `text` through the library, then through the host's service.
+    std::pair<Readings, Readings> bothReadingsOf(const QString& text) {
+        const QStringList fromLibrary = readingsOf(text);
+        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+        unloadPinyinTagger(handle);
+        EXPECT_TRUE(loadPinyinTagger(handle, &app));
+        QStringList fromService = readingsOf(text);
+        for (QString& reading : fromService)
+            reading.replace(QLatin1Char('a'), QChar(0x0251))
+                .replace(QLatin1Char('g'), QChar(0x0261));
+        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
+        unloadPinyinTagger(handle);
+        EXPECT_TRUE(loadPinyinTagger(handle, &app));
+        return {utf8(fromLibrary), utf8(fromService)};
+    }
+
+    QTemporaryDir dir;
+};
+
+TEST_F(OwnReadingsTest, BothProvidersTakeTheUsersWordsAndTonesAtOnce) {
+    const QString text = QStringLiteral("银行一个");
+    const Readings mine{"yín", "xínɡ", "yí", "ɡè"};
+    EXPECT_EQ(bothReadingsOf(text), std::make_pair(mine, mine));
+    // Changed while both are loaded: the next text reads the file as it is now.
+    write("银行 yín háng\ntones original\n");
+    const Readings changed{"yín", "hánɡ", "yī", "ɡè"};
+    EXPECT_EQ(utf8(readingsOf(text)), changed);
+    EXPECT_EQ(bothReadingsOf(text), std::make_pair(changed, changed));
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The studio speaks Chinese when the user's language is Chinese, English otherwise.
 #include <QAction>
+#include <QRadioButton>
 #include <QTabBar>
 
 #include "minihost/nvo/hoststore.h"
+#include "myreadingswindow.h"
 #include "studiofixture.h"
 #include "studiotranslation.h"
 
@@ -48,6 +50,15 @@ TEST_F(StudioLanguage, ChineseForAChineseUser) {
     QTest::keyClick(window->slideView(), Qt::Key_A);
     EXPECT_EQ(window->undoAction()->text(), QString::fromUtf8("撤销(&U) 键入"));
     screenshot(QStringLiteral("studio-chinese.png"));
+    // The window of the user's own readings speaks Chinese too.
+    EXPECT_EQ(window->myReadingsAction()->text(), QString::fromUtf8("我的读音(&R)..."));
+    window->myReadingsAction()->trigger();
+    auto* readings = window->findChild<MyReadingsWindow*>();
+    ASSERT_NE(readings, nullptr);
+    EXPECT_EQ(readings->windowTitle(), QString::fromUtf8("我的读音"));
+    EXPECT_EQ(readings->originalButton()->text(),
+              QString::fromUtf8("按词典标原调：一个 yī gè，不是 bù shì"));
+    screenshot(QStringLiteral("studio-chinese-my-readings.png"), readings);
 }
 
 TEST_F(StudioLanguage, EnglishForAnyOtherLanguage) {

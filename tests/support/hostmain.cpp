@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Runs a test executable inside a headless host application whose home (settings, registry,
-// usage log) is a fresh temporary directory, so tests never touch the user's files and never
-// see each other's.
+// usage log, configuration directory) is a fresh temporary directory, so tests never touch the
+// user's files and never see each other's.
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
@@ -21,5 +21,9 @@ int main(int argc, char** argv) {
     if (!home.isValid()) return 2;
     qputenv("ZPHONETIC_HOME", home.path().toLocal8Bit());
     minihost::setHomeDirectory(home.path());
+    // The configuration directory too: the tagging library reads the user's own readings there.
+    qputenv("XDG_CONFIG_HOME", (home.path() + QStringLiteral("/config")).toLocal8Bit());
+    qunsetenv("ZPHONETIC_READINGS_FILE");
+    qunsetenv("ZPHONETIC_TONES");
     return RUN_ALL_TESTS();
 }

@@ -3,7 +3,11 @@
 // the real compiler and on hand-made broken ones.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "PinyinTagger.h"
+#include "ReadingsStore.h"
 #include "TinyDictionaries.h"
 
 namespace {
@@ -178,6 +182,109 @@ TEST(AbiDamage, ADamagedBlockFailsTheTextThatReadsItAndEveryTextAfter) {
     EXPECT_EQ(tag(tagger, "好"), "<status -3>");
     EXPECT_EQ(ReleasePinyinObject(tagger), 0);
     EXPECT_EQ(CloseDictionary(), 0);
+}
+
+// The user's own readings through the ABI: the file named by the environment, as a host finds it.
+class AbiOwnReadings : public ::testing::Test {
+protected:
+    void SetUp() override { dir_.writeTinyDictionaries(); }
+    void TearDown() override { CloseDictionary(); }
+
+    void writeReadings(const std::string& bytes) const {
+        std::ofstream(file_, std::ios::binary | std::ios::trunc) << bytes;
+    }
+    // Opens the dictionaries and tags `text` with a new tagger; the library's notes in *notes.
+    std::string openAndTag(const char* text, std::string* notes = nullptr) {
+        ::testing::internal::CaptureStderr();
+        const int opened = open(dir_.path());
+        const std::string err = ::testing::internal::GetCapturedStderr();
+        if (notes != nullptr) *notes = err;
+        if (opened != 0) return "<open " + std::to_string(opened) + ">";
+        return tagNew(text);
+    }
+    static std::string tagNew(const char* text) {
+        void* tagger = nullptr;
+        if (GetPinyinObject(&tagger) != 0) return "<no tagger>";
+        std::string out = tag(tagger, text);
+        ReleasePinyinObject(tagger);
+        return out;
+    }
+
+    tiny::TempDir dir_;
+    std::string file_ = dir_.path() + "/readings.txt";
+    tiny::ScopedVariable readingsFile_{zphonetic::tagger::kReadingsFileVariable, file_.c_str()};
+    tiny::ScopedVariable tones_{zphonetic::tagger::kTonesVariable, nullptr};
+};
+
+TEST_F(AbiOwnReadings, AWordOfTheFileChangesTheAnswer) {
+    writeReadings("# mine\n还钱 hái qián\n行 háng\n");
+    std::string notes;
+    EXPECT_EQ(openAndTag("还钱", &notes), "还/hái钱/qián");
+    EXPECT_EQ(notes, "");
+    EXPECT_EQ(tagNew("银行行长"), "银/yín行/háng行/háng长/zhǎng");  // the longer word's reading
+    EXPECT_EQ(tagNew("行"), "行/háng xíng héng xìng hàng");
+}
+
+TEST_F(AbiOwnReadings, AMissingFileOrAnEmptyOneChangesNothing) {
+    EXPECT_EQ(openAndTag("还钱"), "还/huán钱/qián");
+    writeReadings("");
+    std::string notes;
+    EXPECT_EQ(openAndTag("还钱", &notes), "还/huán钱/qián");
+    EXPECT_EQ(notes, "");
+}
+
+TEST_F(AbiOwnReadings, MalformedLinesAreSkippedAndNotedAndTheRestCounts) {
+    writeReadings(
+        "还钱 hái\n"                      // the wrong number of readings
+        "hello world\n"                   // no word
+        "银行 yín xxx\n"                  // no syllable
+        "\xBB\xB9\xC7\xAE huan2 qian2\n"  // not UTF-8 (GB18030)
+        "行 háng\n");
+    std::string notes;
+    EXPECT_EQ(openAndTag("还钱行", &notes), "还/huán钱/qián行/háng");
+    EXPECT_EQ(notes, "libPinyinTagger: " + file_ +
+                         ": line 1 skipped: 还钱 has 2 characters but 1 reading (and 3 more "
+                         "lines)\n");
+}
+
+TEST_F(AbiOwnReadings, AFileThatIsNotUtf8IsNotUsed) {
+    writeReadings("\xFF\xFE\xD8\x8F \x00h\x00u\x00\xE1\x00n\x00\n\x00");
+    std::string notes;
+    EXPECT_EQ(openAndTag("还钱", &notes), "还/huán钱/qián");
+    EXPECT_EQ(notes, "libPinyinTagger: " + file_ +
+                         ": the file is UTF-16 text, not UTF-8 (save it as UTF-8): none of it is "
+                         "read\n");
+    std::filesystem::remove(file_);
+    std::filesystem::create_directory(file_);
+    EXPECT_EQ(openAndTag("还钱", &notes), "还/huán钱/qián");
+    EXPECT_EQ(notes, "libPinyinTagger: " + file_ + ": not a regular file: none of it is read\n");
+}
+
+TEST_F(AbiOwnReadings, ATaggerMadeAfterTheFileChangedReadsItAsItIsNow) {
+    writeReadings("还 huán\n");
+    EXPECT_EQ(openAndTag("还是"), "还/huán是/shì");
+    void* before = nullptr;
+    ASSERT_EQ(GetPinyinObject(&before), 0);
+    zphonetic::tagger::ReadingsFile edited;
+    ASSERT_FALSE(edited.set(u"还是", {u"hái", u"shi"}));
+    ASSERT_EQ(zphonetic::tagger::saveReadingsFile(file_, edited), "");
+    EXPECT_EQ(tagNew("还是"), "还/hái是/shi");
+    EXPECT_EQ(tag(before, "还是"), "还/huán是/shì");  // made before: as the file was then
+    EXPECT_EQ(ReleasePinyinObject(before), 0);
+    std::filesystem::remove(file_);
+    EXPECT_EQ(tagNew("还是"), "还/hái是/shì");
+}
+
+TEST_F(AbiOwnReadings, TheTonesAreTheFilesUnlessTheEnvironmentChooses) {
+    writeReadings("tones original\n");
+    EXPECT_EQ(openAndTag("一个不是"), "一/yī个/gè不/bù是/shì");
+    ::setenv(zphonetic::tagger::kTonesVariable, "taught", 1);
+    EXPECT_EQ(tagNew("一个不是"), "一/yí个/gè不/bú是/shì");
+    writeReadings("");
+    ::setenv(zphonetic::tagger::kTonesVariable, "original", 1);
+    EXPECT_EQ(tagNew("一个不是"), "一/yī个/gè不/bù是/shì");
+    ::unsetenv(zphonetic::tagger::kTonesVariable);
+    EXPECT_EQ(tagNew("一个不是"), "一/yí个/gè不/bú是/shì");
 }
 
 TEST(AbiDirectory, ADirectoryInsteadOfAFileIsRefused) {

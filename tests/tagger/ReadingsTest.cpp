@@ -6,13 +6,50 @@
 #include <sstream>
 
 #include "PinyinTagger.h"
+#include "ReadingsStore.h"
 #include "TinyDictionaries.h"
 
 namespace {
 
+// A sentence of the teachers' suite (data/sentences.txt): its line, its Chinese characters as the
+// add-on feeds them (only U+4E00..U+9FA5, run together), and their readings as a textbook prints
+// them.
+struct Sentence {
+    size_t line;
+    std::string text;
+    std::string han;
+    std::string readings;
+};
+
+std::vector<Sentence> teachersSuite() {
+    std::vector<Sentence> suite;
+    std::ifstream in(ZPHONETIC_SENTENCES);
+    EXPECT_TRUE(in) << ZPHONETIC_SENTENCES;
+    std::string line;
+    for (size_t lineNo = 1; std::getline(in, line); ++lineNo) {
+        if (line.empty() || line[0] == '#') continue;
+        const size_t tab = line.find('\t');
+        EXPECT_NE(tab, std::string::npos) << "line " << lineNo;
+        if (tab == std::string::npos) continue;
+        std::u16string han;
+        for (char16_t c : tiny::u16(line.substr(0, tab).c_str())) {
+            if (c >= 0x4E00 && c <= 0x9FA5) han.push_back(c);
+        }
+        suite.push_back({lineNo, line.substr(0, tab), tiny::u8(han), line.substr(tab + 1)});
+    }
+    return suite;
+}
+
 class BuiltDictionaries : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
+        // No readings of the user's, whoever runs the tests: a file of the tests' own, which
+        // does not exist until a test writes it.
+        home_ = std::make_unique<tiny::TempDir>();
+        noOwnReadings_ = std::make_unique<tiny::ScopedVariable>(
+            zphonetic::tagger::kReadingsFileVariable, readingsFile().c_str());
+        noTones_ =
+            std::make_unique<tiny::ScopedVariable>(zphonetic::tagger::kTonesVariable, nullptr);
         const std::u16string d = tiny::u16(ZPHONETIC_DICT_DIR "/");
         ASSERT_EQ(OpenDictionary((d + u"Pinyin.dic").c_str(), (d + u"firrule.dic").c_str(),
                                  (d + u"secrule.dic").c_str()),
@@ -22,14 +59,19 @@ protected:
     static void TearDownTestSuite() {
         ReleasePinyinObject(tagger_);
         CloseDictionary();
+        noTones_.reset();
+        noOwnReadings_.reset();
+        home_.reset();
     }
+    static std::string readingsFile() { return home_->path() + "/readings.txt"; }
 
+    static std::string readings(const char* utf8) { return readingsBy(tagger_, utf8); }
     // The readings of `text` joined by spaces, as the add-on reads them from the answer.
-    static std::string readings(const char* utf8) {
+    static std::string readingsBy(void* tagger, const char* utf8) {
         const std::u16string text = tiny::u16(utf8);
         char16_t* answer = nullptr;
         int32_t length = 0;
-        if (PinyinTagSen(tagger_, text.c_str(), &answer, &length) != 0) return "<failed>";
+        if (PinyinTagSen(tagger, text.c_str(), &answer, &length) != 0) return "<failed>";
         const std::u16string a(answer, static_cast<size_t>(length));
         delete[] answer;
         std::u16string out;
@@ -46,9 +88,15 @@ protected:
     }
 
     static void* tagger_;
+    static std::unique_ptr<tiny::TempDir> home_;
+    static std::unique_ptr<tiny::ScopedVariable> noOwnReadings_;
+    static std::unique_ptr<tiny::ScopedVariable> noTones_;
 };
 
 void* BuiltDictionaries::tagger_ = nullptr;
+std::unique_ptr<tiny::TempDir> BuiltDictionaries::home_;
+std::unique_ptr<tiny::ScopedVariable> BuiltDictionaries::noOwnReadings_;
+std::unique_ptr<tiny::ScopedVariable> BuiltDictionaries::noTones_;
 
 TEST_F(BuiltDictionaries, SentencesReadInContext) {
     const char* expected[][2] = {
@@ -81,20 +129,10 @@ TEST_F(BuiltDictionaries, SentencesReadInContext) {
 // Chinese character as a textbook prints it, fed as the add-on feeds them (only U+4E00..U+9FA5,
 // run together). Every sentence must come out right; the figures are printed for the record.
 TEST_F(BuiltDictionaries, TeachersSentencesReadAsTextbooksPrintThem) {
-    std::ifstream in(ZPHONETIC_SENTENCES);
-    ASSERT_TRUE(in) << ZPHONETIC_SENTENCES;
     size_t sentences = 0, rightSentences = 0, characters = 0, rightCharacters = 0;
-    std::string line;
-    for (size_t lineNo = 1; std::getline(in, line); ++lineNo) {
-        if (line.empty() || line[0] == '#') continue;
-        const size_t tab = line.find('\t');
-        ASSERT_NE(tab, std::string::npos) << "line " << lineNo;
-        std::u16string han;
-        for (char16_t c : tiny::u16(line.substr(0, tab).c_str())) {
-            if (c >= 0x4E00 && c <= 0x9FA5) han.push_back(c);
-        }
-        const std::string want = line.substr(tab + 1);
-        const std::string got = readings(tiny::u8(han).c_str());
+    for (const Sentence& sentence : teachersSuite()) {
+        const std::string& want = sentence.readings;
+        const std::string got = readings(sentence.han.c_str());
         std::istringstream w(want), g(got);
         std::string ws, gs;
         size_t count = 0, right = 0;
@@ -102,12 +140,13 @@ TEST_F(BuiltDictionaries, TeachersSentencesReadAsTextbooksPrintThem) {
             ++count;
             right += (g >> gs) && gs == ws;
         }
-        ASSERT_EQ(count, han.size()) << "line " << lineNo << ": one reading per character";
+        ASSERT_EQ(count, tiny::u16(sentence.han.c_str()).size())
+            << "line " << sentence.line << ": one reading per character";
         ++sentences;
         characters += count;
         rightCharacters += right;
         rightSentences += got == want;
-        EXPECT_EQ(got, want) << "line " << lineNo << ": " << line.substr(0, tab);
+        EXPECT_EQ(got, want) << "line " << sentence.line << ": " << sentence.text;
     }
     EXPECT_GE(sentences, 1300u);
     std::printf(
@@ -146,6 +185,55 @@ TEST_F(BuiltDictionaries, EveryTaggableUnitGetsAWellFormedAnswer) {
     }
     EXPECT_EQ(p, a.size());
     EXPECT_EQ(a.find(u' '), std::u16string::npos);  // one reading each in a sentence
+}
+
+// With the tones as dictionaries write them, every sentence of the teachers' suite reads as the
+// textbook prints it but for the changed tones of 一 and 不, which go back to yī and bù (their
+// light tones stay): nothing else changes.
+TEST_F(BuiltDictionaries, OriginalTonesChangeOnlyTheChangedTonesOf一And不) {
+    const tiny::ScopedVariable original(zphonetic::tagger::kTonesVariable, "original");
+    void* tagger = nullptr;
+    ASSERT_EQ(GetPinyinObject(&tagger), 0);
+    size_t changed = 0;
+    for (const Sentence& sentence : teachersSuite()) {
+        const std::u16string han = tiny::u16(sentence.han.c_str());
+        std::istringstream taught(sentence.readings);
+        std::string want, reading;
+        for (size_t i = 0; taught >> reading; ++i) {
+            const bool yi =
+                i < han.size() && han[i] == u'一' && (reading == "yí" || reading == "yì");
+            const bool bu = i < han.size() && han[i] == u'不' && reading == "bú";
+            changed += yi || bu;
+            want += (i > 0 ? " " : "") + (yi   ? std::string("yī")
+                                          : bu ? std::string("bù")
+                                               : reading);
+        }
+        EXPECT_EQ(readingsBy(tagger, sentence.han.c_str()), want)
+            << "line " << sentence.line << ": " << sentence.text;
+    }
+    EXPECT_GE(changed, 50u);
+    EXPECT_EQ(readingsBy(tagger, "一个"), "yī gè");
+    EXPECT_EQ(readingsBy(tagger, "不是"), "bù shì");
+    EXPECT_EQ(readingsBy(tagger, "看一看"), "kàn yi kàn");
+    ReleasePinyinObject(tagger);
+    std::printf("original tones: %zu syllables of 一 and 不 in the suite written otherwise\n",
+                changed);
+}
+
+TEST_F(BuiltDictionaries, AWordOfTheUsersOwnWinsWhereverItOccurs) {
+    // The colloquial readings, which the engine leaves to the teacher, and 一个 as dictionaries
+    // write it while the tones are as taught.
+    std::ofstream(readingsFile()) << "谁 shéi\n流血 liú xiě\n一个 yī gè\n";
+    EXPECT_EQ(readings("谁流血了"), "shuí liú xuè le");
+    void* tagger = nullptr;
+    ASSERT_EQ(GetPinyinObject(&tagger), 0);
+    EXPECT_EQ(readingsBy(tagger, "谁流血了"), "shéi liú xiě le");
+    EXPECT_EQ(readingsBy(tagger, "你找谁"), "nǐ zhǎo shéi");
+    EXPECT_EQ(readingsBy(tagger, "一个不是"), "yī gè bú shì");
+    EXPECT_EQ(readingsBy(tagger, "血液"), "xuè yè");
+    EXPECT_EQ(readingsBy(tagger, "谁"), "shéi shuí");
+    ReleasePinyinObject(tagger);
+    std::remove(readingsFile().c_str());
 }
 
 }  // namespace

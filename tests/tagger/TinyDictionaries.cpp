@@ -103,6 +103,25 @@ void TempDir::writeTinyDictionaries() const {
     write("secrule.dic", ruleBytes());
 }
 
+ScopedVariable::ScopedVariable(const char* name, const char* value) : name_(name) {
+    const char* old = std::getenv(name);
+    had_ = old != nullptr;
+    if (had_) old_ = old;
+    if (value != nullptr) {
+        ::setenv(name, value, 1);
+    } else {
+        ::unsetenv(name);
+    }
+}
+
+ScopedVariable::~ScopedVariable() {
+    if (had_) {
+        ::setenv(name_, old_.c_str(), 1);
+    } else {
+        ::unsetenv(name_);
+    }
+}
+
 std::u16string u16(const char* utf8) {
     return toUtf16(utf8);
 }

@@ -41,6 +41,20 @@ private:
     std::string path_;
 };
 
+// An environment variable set (value non-null) or unset for as long as this object lives.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const char* value);
+    ~ScopedVariable();
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const char* name_;
+    bool had_ = false;
+    std::string old_;
+};
+
 std::u16string u16(const char* utf8);
 std::string u8(const std::u16string& utf16);
 

@@ -21,6 +21,7 @@
 #include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/hosttransaction.h"
+#include "myreadingswindow.h"
 #include "nvo/zapplication.h"
 #include "recentfiles.h"
 #include "slidethumbnails.h"
@@ -142,6 +143,17 @@ void StudioWindow::buildActions() {
     connect(m_oneKeyAction, &QAction::triggered, this,
             [this] { runCommand(QString::fromLatin1(kPhoneticOneKey)); });
 
+    m_myReadingsAction = new QAction(tr("My &Readings..."), this);
+    m_myReadingsAction->setToolTip(
+        tr("Words you give readings of your own, and the tones of 一 "
+           "and 不"));
+    connect(m_myReadingsAction, &QAction::triggered, this, [this] {
+        if (!m_myReadings) m_myReadings = new MyReadingsWindow(this);
+        m_myReadings->show();
+        m_myReadings->raise();
+        m_myReadings->activateWindow();
+    });
+
     m_textBoxAction = new QAction(studioicons::textBox(), tr("Text Box"), this);
     m_textBoxAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
     m_textBoxAction->setToolTip(tr("Add a text box to the slide and type in it"));
@@ -200,6 +212,8 @@ void StudioWindow::buildMenus() {
     pinyin->addAction(m_oneKeyAction);
     QMenu* placement = pinyin->addMenu(tr("Pinyin at Once &Puts Its Boxes"));
     placement->addActions(m_placementActions);
+    pinyin->addSeparator();
+    pinyin->addAction(m_myReadingsAction);
     QMenu* help = menus->addMenu(tr("&Help"));
     help->addAction(m_aboutAction);
     rebuildRecentMenu();

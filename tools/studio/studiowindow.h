@@ -13,6 +13,7 @@
 // window keeps what it had open.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <memory>
 
@@ -20,6 +21,7 @@
 #include "minihost/slxcore/placement.h"
 #include "nvo/ribbon.h"
 
+class MyReadingsWindow;
 class QAction;
 class QLabel;
 class QMenu;
@@ -74,6 +76,8 @@ public:
     QAction* phoneticSymbolAction() const { return m_symbolAction; }
     QAction* phoneticOneKeyAction() const { return m_oneKeyAction; }
     QAction* textBoxAction() const { return m_textBoxAction; }
+    // "My Readings..." (Pinyin menu): shows the window of the user's own readings.
+    QAction* myReadingsAction() const { return m_myReadingsAction; }
     QAction* undoAction() const { return m_undoAction; }
     QAction* redoAction() const { return m_redoAction; }
     QMenu* recentFilesMenu() const { return m_recentMenu; }
@@ -129,6 +133,8 @@ private:
     QAction* m_symbolAction = nullptr;
     QAction* m_oneKeyAction = nullptr;
     QAction* m_textBoxAction = nullptr;
+    QAction* m_myReadingsAction = nullptr;
+    QPointer<MyReadingsWindow> m_myReadings;
     QAction* m_nextSlideAction = nullptr;
     QAction* m_previousSlideAction = nullptr;
     QAction* m_aboutAction = nullptr;

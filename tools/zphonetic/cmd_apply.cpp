@@ -14,6 +14,7 @@
 #include "minihost/slxcore/deck.h"
 #include "placement.h"
 #include "subcommands.h"
+#include "tonesoption.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ void printHelp() {
     std::printf(
         "Usage: zphonetic apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket "
         "N\n"
-        "                       [--pick INDEX=READING]... [--place WHERE]\n\n"
+        "                       [--pick INDEX=READING]... [--place WHERE] [--tones TONES]\n\n"
         "Selects text on a slide of DECK (default: slide 1, every shape with text, or the whole\n"
         "text of the only one), runs the pinyin dialog's command and confirms it as its page\n"
         "would, then writes the deck to OUT.\n"
@@ -32,8 +33,9 @@ void printHelp() {
         "  --pick I=READING  the reading of the character at index I instead of the one in "
         "context\n"
         "%s"
-        "                    (with --style 3)\n",
-        kSelectHelp, kPlaceHelp);
+        "                    (with --style 3)\n"
+        "%s",
+        kSelectHelp, kPlaceHelp, kTonesHelp);
 }
 
 struct Options {
@@ -165,7 +167,9 @@ int runApply(const QStringList& arguments) {
         return 0;
     }
     Options options;
-    if (const int status = parseArguments(arguments, &options)) return status;
+    QStringList rest = arguments;
+    if (const int status = takeTonesOption(rest)) return status;
+    if (const int status = parseArguments(rest, &options)) return status;
 
     DeckHost host;
     if (const int status = host.open(options.input, options.slide)) return status;

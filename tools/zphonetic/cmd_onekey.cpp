@@ -12,13 +12,15 @@
 #include "minihost/slxcore/liveobjects.h"
 #include "placement.h"
 #include "subcommands.h"
+#include "tonesoption.h"
 
 namespace {
 
 void printHelp() {
     std::printf(
         "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n"
-        "       zphonetic onekey DECK -o OUT --all-slides [--place WHERE]\n\n"
+        "                        [--tones TONES]\n"
+        "       zphonetic onekey DECK -o OUT --all-slides [--place WHERE] [--tones TONES]\n\n"
         "Opens DECK, selects text on a slide as a user would, runs the add-on's "
         "\"PhoneticOneKey\"\n"
         "command (one new text box with the pinyin of each selected text, at 400, 250 pt) and\n"
@@ -28,10 +30,11 @@ void printHelp() {
         "%s"
         "  --all-slides      run the command on every slide with Chinese text, each time with\n"
         "                    every shape with text selected; a progress bar on a terminal\n"
+        "%s"
         "%s\n"
         "Prints each new text box (slide, shape id, text). When the selection has no Chinese\n"
         "text, nothing is written and the status is 1.\n",
-        kSelectHelp, kPlaceHelp);
+        kSelectHelp, kPlaceHelp, kTonesHelp);
 }
 
 struct Options {
@@ -242,7 +245,9 @@ int runOneKey(const QStringList& arguments) {
         return 0;
     }
     Options options;
-    if (const int status = parseArguments(arguments, &options)) return status;
+    QStringList rest = arguments;
+    if (const int status = takeTonesOption(rest)) return status;
+    if (const int status = parseArguments(rest, &options)) return status;
     if (sameFile(options.deck, options.output))
         return reportError(options.output,
                            QStringLiteral("is the input deck: write the result to another file"));

@@ -10,15 +10,18 @@
 #include "dialogbridge.h"
 #include "minihost/nvo/addonmodule.h"
 #include "subcommands.h"
+#include "tonesoption.h"
 
 namespace {
 
 void printHelp() {
     std::printf(
-        "Usage: zphonetic readings TEXT [--json]\n\n"
+        "Usage: zphonetic readings TEXT [--json] [--tones TONES]\n\n"
         "Shows what the pinyin dialog would show for TEXT (its first 30 UTF-16 units): each\n"
         "character with its reading in context and all its readings. With --json, prints the\n"
-        "exact reply document the dialog's page receives.\n");
+        "exact reply document the dialog's page receives.\n"
+        "%s",
+        kTonesHelp);
 }
 
 // A reading as the dialog shows it: a Chinese character without a reading has two spaces.
@@ -28,10 +31,13 @@ QString shown(const QString& reading) {
 
 }  // namespace
 
-int runReadings(const QStringList& arguments) {
+int runReadings(const QStringList& givenArguments) {
     QString text;
     bool json = false;
     bool haveText = false;
+    QStringList arguments = givenArguments;
+    if (!arguments.contains(QStringLiteral("--help")))
+        if (const int status = takeTonesOption(arguments)) return status;
     for (const QString& argument : arguments) {
         if (argument == QLatin1String("--help")) {
             printHelp();

@@ -29,17 +29,20 @@ const Subcommand kSubcommands[] = {
     {"show", "show DECK",
      "list the slides of DECK with their shapes (and the ids that select them), texts and formats",
      runShow},
-    {"readings", "readings TEXT [--json]",
+    {"readings", "readings TEXT [--json] [--tones TONES]",
      "what the pinyin dialog shows for TEXT: each character, its reading in context, its readings",
      runReadings},
     {"apply",
      "apply DECK -o OUT [--slide N] [--select SELECTION] --style N --bracket N [--pick "
-     "I=READING]...",
+     "I=READING]... [--tones TONES]",
      "the pinyin dialog's round trip on DECK, confirmed with these choices, written to OUT",
      runApply},
-    {"onekey", "onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides]",
+    {"onekey", "onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides] [--tones TONES]",
      "write the pinyin of the selected texts of DECK into new text boxes (\"PhoneticOneKey\")",
      runOneKey},
+    {"words", "words list | add WORD READING... | remove WORD | check | tones [TONES] | path",
+     "your own readings of words, and how 一 and 不 are written: list, edit and check them",
+     runWords},
 };
 
 void printHelp() {

@@ -20,3 +20,6 @@ int runReadings(const QStringList& arguments);
 int runApply(const QStringList& arguments);
 // zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--all-slides]
 int runOneKey(const QStringList& arguments);
+// zphonetic words list|add WORD READING...|remove WORD|check|tones [TONES]|path: the user's own
+// readings.
+int runWords(const QStringList& arguments);

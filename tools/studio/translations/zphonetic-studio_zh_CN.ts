@@ -2,6 +2,165 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>MyReadingsWindow</name>
+    <message>
+        <source>My Readings</source>
+        <translation>我的读音</translation>
+    </message>
+    <message>
+        <source>Give a word readings of your own: they are used wherever the word occurs, over what the pinyin commands would choose.</source>
+        <translation>为词语指定您自己的读音：无论这个词出现在哪里，都用这些读音，而不用拼音命令自动选择的读音。</translation>
+    </message>
+    <message>
+        <source>Word</source>
+        <translation>词语</translation>
+    </message>
+    <message>
+        <source>Readings</source>
+        <translation>读音</translation>
+    </message>
+    <message>
+        <source>&amp;Add...</source>
+        <translation>添加(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>&amp;Change...</source>
+        <translation>修改(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>删除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>The tones of 一 and 不</source>
+        <translation>“一”和“不”的声调</translation>
+    </message>
+    <message>
+        <source>As taught in school: 一个 yí gè, 不是 bú shì</source>
+        <translation>按课本标变调：一个 yí gè，不是 bú shì</translation>
+    </message>
+    <message>
+        <source>As dictionaries write them: 一个 yī gè, 不是 bù shì</source>
+        <translation>按词典标原调：一个 yī gè，不是 bù shì</translation>
+    </message>
+    <message>
+        <source>The file is UTF-16 text: save it as UTF-8 to use it.</source>
+        <translation>文件是 UTF-16 编码：请另存为 UTF-8 后再用。</translation>
+    </message>
+    <message>
+        <source>Not UTF-8 text.</source>
+        <translation>不是 UTF-8 文本。</translation>
+    </message>
+    <message>
+        <source>"%1" is not a word of Chinese characters.</source>
+        <translation>“%1”不是由汉字组成的词语。</translation>
+    </message>
+    <message>
+        <source>"%1" is longer than %2 characters.</source>
+        <translation>“%1”超过 %2 个字。</translation>
+    </message>
+    <message>
+        <source>%1 has no readings.</source>
+        <translation>“%1”没有读音。</translation>
+    </message>
+    <message>
+        <source>1 character</source>
+        <translation>1 个字</translation>
+    </message>
+    <message>
+        <source>%1 characters</source>
+        <translation>%1 个字</translation>
+    </message>
+    <message>
+        <source>1 reading</source>
+        <translation>1 个读音</translation>
+    </message>
+    <message>
+        <source>%1 readings</source>
+        <translation>%1 个读音</translation>
+    </message>
+    <message>
+        <source>%1 has %2 but %3.</source>
+        <translation>“%1”有 %2，却有 %3。</translation>
+    </message>
+    <message>
+        <source>"%1" is not a pinyin syllable.</source>
+        <translation>“%1”不是拼音音节。</translation>
+    </message>
+    <message>
+        <source>%1 is already on line %2.</source>
+        <translation>“%1”已在第 %2 行。</translation>
+    </message>
+    <message>
+        <source>The tones must be "taught" or "original".</source>
+        <translation>声调只能是“taught”或“original”。</translation>
+    </message>
+    <message>
+        <source>The tones are already set on line %1.</source>
+        <translation>声调已在第 %1 行设置。</translation>
+    </message>
+    <message>
+        <source>Line %1 of the file is not used: %2</source>
+        <translation>文件第 %1 行未被使用：%2</translation>
+    </message>
+    <message>
+        <source>The file cannot be used: %1.</source>
+        <translation>无法使用该文件：%1。</translation>
+    </message>
+    <message>
+        <source>There is nowhere to keep them: neither HOME nor XDG_CONFIG_HOME is set.</source>
+        <translation>无处保存：HOME 和 XDG_CONFIG_HOME 均未设置。</translation>
+    </message>
+    <message>
+        <source>Kept in %1</source>
+        <translation>保存在 %1</translation>
+    </message>
+    <message>
+        <source>Your readings could not be saved.
+
+%1: %2</source>
+        <translation>无法保存您的读音。
+
+%1：%2</translation>
+    </message>
+    <message>
+        <source>One reading for each character, with tone marks or tone numbers.</source>
+        <translation>每个字一个读音，可用声调符号或数字标调。</translation>
+    </message>
+    <message>
+        <source>Word:</source>
+        <translation>词语：</translation>
+    </message>
+    <message>
+        <source>Readings:</source>
+        <translation>读音：</translation>
+    </message>
+    <message>
+        <source>Add a Word</source>
+        <translation>添加词语</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Change a Word</source>
+        <translation>修改词语</translation>
+    </message>
+    <message>
+        <source>The file was changed by another program; it is shown as it is now.</source>
+        <translation>文件已被其他程序修改，现显示其最新内容。</translation>
+    </message>
+</context>
+<context>
     <name>StudioWindow</name>
     <message>
         <source>&amp;Open...</source>
@@ -30,6 +189,14 @@
     <message>
         <source>Pinyin at Once</source>
         <translation>一键拼音</translation>
+    </message>
+    <message>
+        <source>My &amp;Readings...</source>
+        <translation>我的读音(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Words you give readings of your own, and the tones of 一 and 不</source>
+        <translation>您为词语指定的读音，以及“一”和“不”的声调</translation>
     </message>
     <message>
         <source>Write the pinyin of each selected text into a new text box</source>

@@ -13,7 +13,9 @@ namespace minihost {
 // reading), each covering one character. The dictionaries ("Pinyin.dic", "firrule.dic",
 // "secrule.dic" in directory(ZDirDictionaries)) are opened on the first call and kept by the
 // function. When they cannot be opened the function gives no readings, and the first such call
-// prints "zphonetic: <file>: <what is wrong>" to standard error.
+// prints "zphonetic: <file>: <what is wrong>" to standard error. The user's own readings count
+// as in the tagging library: their file is found when the dictionaries open and read again
+// whenever it changes (what it skips noted as "zphonetic: <file>: line 3 skipped: ...").
 ZHOST_API ReadingFunction engineReadingFunction();
 
 // What every host program does at start-up: offers the host's reading service, backed by
