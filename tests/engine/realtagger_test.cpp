@@ -115,14 +115,14 @@ protected:
     // The readings of `text` through the library, then through the host's service.
     std::pair<Readings, Readings> bothReadingsOf(const QString& text) {
         const QStringList fromLibrary = readingsOf(text);
-        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+        minihost::setFeatureState(ZFeatureTaggingLibrary, false);
         unloadPinyinTagger(handle);
         EXPECT_TRUE(loadPinyinTagger(handle, &app));
         QStringList fromService = readingsOf(text);
         for (QString& reading : fromService)
             reading.replace(QLatin1Char('a'), QChar(0x0251))
                 .replace(QLatin1Char('g'), QChar(0x0261));
-        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
+        minihost::setFeatureState(ZFeatureTaggingLibrary, true);
         unloadPinyinTagger(handle);
         EXPECT_TRUE(loadPinyinTagger(handle, &app));
         return {utf8(fromLibrary), utf8(fromService)};
