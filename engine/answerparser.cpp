@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/answerparser.h"
 
+#include <algorithm>
+
 void applyReadingTypography(std::u16string& answer) {
     for (char16_t& unit : answer) {
         if (unit == u'a')
@@ -52,11 +54,13 @@ std::vector<std::u16string> splitReadings(const ParsedAnswer& parsed, std::size_
     }
     std::size_t start = 0;
     for (std::int32_t length : parsed.lengths) {
-        const std::size_t space = joined.find(u' ', start);
-        const std::size_t reading =
-            space != std::u16string::npos && space - start <= static_cast<std::size_t>(length)
-                ? space - start
-                : static_cast<std::size_t>(length);
+        // The first space at most `length` units on, looked for no further: a search to the end
+        // of the answer for every character would take time quadratic in the text's length.
+        const std::size_t rest = joined.size() - std::min(start, joined.size());
+        const std::size_t reach = static_cast<std::size_t>(length);
+        const std::size_t window = reach < rest ? reach + 1 : rest;
+        const std::size_t space = std::u16string_view(joined).substr(start, window).find(u' ');
+        const std::size_t reading = space != std::u16string_view::npos ? space : reach;
         pieces.push_back(joined.substr(start, reading));
         start += static_cast<std::size_t>(length);
     }

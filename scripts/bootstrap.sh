@@ -11,13 +11,14 @@ purpose=${1:-test}
 packages=(
     build-essential cmake ninja-build pkg-config ccache git python3 openssl
     qtbase5-dev qttools5-dev qttools5-dev-tools qtwebengine5-dev libqt5webchannel5-dev
-    libjsoncpp-dev libzip-dev zlib1g-dev libpugixml-dev libbz2-dev
+    libjsoncpp-dev libzip-dev zlib1g-dev libpugixml-dev libbz2-dev libharfbuzz-dev libpng-dev
     libgtest-dev libgmock-dev googletest libbenchmark-dev
     fonts-noto-cjk
     golang-github-mozillazg-go-pinyin-dev unicode-data
 )
 if [ "$purpose" = test ]; then
     packages+=(chromium libreoffice-impress poppler-utils xauth xvfb)
+    packages+=(libpoppler-qt5-dev)  # where LibreOffice put each character of a PDF
     packages+=(clang-14 libclang-rt-14-dev)  # libFuzzer targets: test.sh builds and runs them
     packages+=(clang-format-14)  # the format check of test.sh
     packages+=(dpkg-dev file fakeroot lintian)  # the Debian package (cpack -G DEB) and its test

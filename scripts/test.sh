@@ -41,6 +41,7 @@ CC=clang-14 CXX=clang++-14 cmake -S . -B build-fuzz -G Ninja "${launcher[@]}" -D
     -DZPHONETIC_FUZZ_SECONDS="${ZPHONETIC_FUZZ_SECONDS:-30}" >/dev/null
 cmake --build build-fuzz -j"$jobs" --target \
     zphonetic_answerparser_fuzz zphonetic_deckreader_fuzz zphonetic_readingsimport_fuzz \
-    zphonetic_textedits_fuzz zphonetic_dictionary_fuzz zphonetic_readings_fuzz
+    zphonetic_textedits_fuzz zphonetic_dictionary_fuzz zphonetic_readings_fuzz \
+    zphonetic_slidestructure_fuzz
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     ctest --test-dir build-fuzz --output-on-failure -L fuzz

@@ -15,6 +15,7 @@
 using zphonetic::tagger::Dictionaries;
 using zphonetic::tagger::FormatError;
 using zphonetic::tagger::OwnReadingsSource;
+using zphonetic::tagger::printable;
 using zphonetic::tagger::Tagger;
 
 namespace {
@@ -77,7 +78,7 @@ int OpenDictionary(const char16_t* pinyinDic, const char16_t* firstRules,
         return PINYIN_TAGGER_OK;
     } catch (const FormatError& e) {
         // The status is all a caller gets; the reason goes where a person can read it.
-        std::fprintf(stderr, "libPinyinTagger: %s\n", e.what());
+        std::fprintf(stderr, "libPinyinTagger: %s\n", printable(e.what()).c_str());
         return PINYIN_TAGGER_E_DICTIONARY;
     } catch (const std::bad_alloc&) {
         return PINYIN_TAGGER_E_MEMORY;

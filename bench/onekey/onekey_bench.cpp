@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Times "zphonetic onekey DECK -o OUT --all-slides" on a generated deck of 200 slides with five
-// Chinese text boxes each, as a user runs it (a new process each time: loading the add-on, the
-// tagging library and its dictionaries is part of the figure), and on a one-slide deck of the
-// same kind, which shows the fixed cost of a run. Checks every run's output.
+// Times "zphonetic onekey DECK -o OUT --all-slides" as a user runs it (a new process each time:
+// loading the add-on, the tagging library and its dictionaries is part of the figure) on generated
+// decks: one slide of five Chinese text boxes, which shows the fixed cost of a run, and 200 such
+// slides; then the large ones, each at two sizes, to show the work grows linearly: a slide with
+// one text of 500,000 and of 1,000,000 characters, and a slide of 4,000 and of 8,000 text boxes.
+// Checks every run's output. Wall time and the CPU time of the run (which the load of a shared
+// machine does not move) are both reported.
 //
-//   onekey_bench [RUNS]     (default 3; prints each run and the median)
+//   onekey_bench [RUNS]     (default 3; prints each run and the medians)
+#include <sys/resource.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -20,9 +25,6 @@
 
 namespace {
 
-constexpr int kSlides = 200;
-constexpr int kBoxesPerSlide = 5;
-
 const char16_t* const kSentences[] = {u"床前明月光，疑是地上霜。",
                                       u"举头望明月，低头思故乡。",
                                       u"银行行长还是觉得音乐很快乐。",
@@ -35,14 +37,28 @@ const char16_t* const kSentences[] = {u"床前明月光，疑是地上霜。",
                                       u"春眠不觉晓，处处闻啼鸟。",
                                       u"长江后浪推前浪。"};
 
-bool writeDeck(const QString& path, int slides) {
-    auto deck = minihost::Deck::create(slides);
+// A deck of `slides` slides with `boxes` text boxes each: the sentences above in turn, or, when
+// `characters` is given, texts of that many Chinese characters.
+struct DeckKind {
+    const char* what;
+    int slides;
+    int boxes;
+    int characters;
+};
+
+bool writeDeck(const QString& path, const DeckKind& kind) {
+    const QString poem = QString::fromUtf16(u"床前明月光疑是地上霜举头望明月低头思故乡");
+    QString repeated;
+    while (repeated.size() < kind.characters)
+        repeated += poem.left(kind.characters - repeated.size());
+    auto deck = minihost::Deck::create(kind.slides);
     int next = 0;
-    for (int slide = 1; slide <= slides; ++slide)
-        for (int box = 0; box < kBoxesPerSlide; ++box) {
-            const auto* sentence = kSentences[next++ % std::size(kSentences)];
-            deck->addTextBox(slide, QString::fromUtf16(sentence),
-                             QRectF(40, 20 + box * 100, 880, 80));
+    for (int slide = 1; slide <= kind.slides; ++slide)
+        for (int box = 0; box < kind.boxes; ++box) {
+            const QString text =
+                kind.characters ? repeated
+                                : QString::fromUtf16(kSentences[next++ % std::size(kSentences)]);
+            deck->addTextBox(slide, text, QRectF(40, 20 + (box % 5) * 100, 880, 80));
         }
     QString error;
     if (deck->save(path, &error)) return true;
@@ -61,20 +77,37 @@ int newBoxes(const QString& in, const QString& out) {
     return count;
 }
 
-// The median wall time of `runs` runs of onekey --all-slides on a deck of `slides` slides; -1 when
-// a run fails or its output lacks boxes.
-qint64 medianRun(const QTemporaryDir& dir, int slides, int runs) {
-    const QString in = dir.filePath(QStringLiteral("lessons-%1.pptx").arg(slides));
-    const QString out = dir.filePath(QStringLiteral("lessons-%1-pinyin.pptx").arg(slides));
-    if (!writeDeck(in, slides)) return -1;
+double childCpuSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+struct Timing {
+    double wall = -1, cpu = -1;  // seconds, medians of the runs
+};
+
+// The medians of `runs` runs of onekey --all-slides on a deck of `kind`; negative when a run
+// fails or its output lacks boxes.
+Timing measure(const QTemporaryDir& dir, const DeckKind& kind, int runs) {
+    const QString in = dir.filePath(QStringLiteral("deck.pptx"));
+    const QString out = dir.filePath(QStringLiteral("deck-pinyin.pptx"));
+    if (!writeDeck(in, kind)) return {};
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(QStringLiteral("ZPHONETIC_HOME"), dir.filePath(QStringLiteral("home")));
-    std::vector<qint64> times;
+    std::vector<double> walls, cpus;
     for (int i = 0; i < runs; ++i) {
         QProcess process;
         process.setProcessEnvironment(environment);
         process.setStandardOutputFile(QProcess::nullDevice());
+        const double cpuBefore = childCpuSeconds();
         QElapsedTimer timer;
         timer.start();
         process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic"),
@@ -83,20 +116,20 @@ qint64 medianRun(const QTemporaryDir& dir, int slides, int runs) {
         if (!process.waitForFinished(600000) || process.exitCode() != 0) {
             std::fprintf(stderr, "onekey_bench: zphonetic failed: %s\n",
                          process.readAllStandardError().constData());
-            return -1;
+            return {};
         }
-        times.push_back(timer.elapsed());
+        walls.push_back(static_cast<double>(timer.elapsed()) / 1000);
+        cpus.push_back(childCpuSeconds() - cpuBefore);
         const int boxes = newBoxes(in, out);
-        if (boxes != slides * kBoxesPerSlide) {
+        if (boxes != kind.slides * kind.boxes) {
             std::fprintf(stderr, "onekey_bench: %d new boxes instead of %d\n", boxes,
-                         slides * kBoxesPerSlide);
-            return -1;
+                         kind.slides * kind.boxes);
+            return {};
         }
-        std::printf("%d slides, run %d: %lld ms\n", slides, i + 1,
-                    static_cast<long long>(times.back()));
+        std::printf("%s, run %d: %.3f s wall, %.3f s CPU\n", kind.what, i + 1, walls.back(),
+                    cpus.back());
     }
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
+    return {median(walls), median(cpus)};
 }
 
 }  // namespace
@@ -106,13 +139,26 @@ int main(int argc, char** argv) {
     const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 3;
     QTemporaryDir dir;
     if (!dir.isValid()) return 1;
-    const qint64 one = medianRun(dir, 1, runs);
-    const qint64 all = one < 0 ? -1 : medianRun(dir, kSlides, runs);
-    if (all < 0) return 1;
-    std::printf(
-        "onekey --all-slides, median of %d runs: 1 slide (%d boxes) %lld ms; %d slides "
-        "(%d boxes) %lld ms\n",
-        runs, kBoxesPerSlide, static_cast<long long>(one), kSlides, kSlides * kBoxesPerSlide,
-        static_cast<long long>(all));
+    const DeckKind kinds[] = {{"1 slide, 5 texts", 1, 5, 0},
+                              {"200 slides, 1,000 texts", 200, 5, 0},
+                              {"1 text of 500,000 characters", 1, 1, 500000},
+                              {"1 text of 1,000,000 characters", 1, 1, 1000000},
+                              {"1 slide of 4,000 texts", 1, 4000, 0},
+                              {"1 slide of 8,000 texts", 1, 8000, 0}};
+    std::vector<Timing> timings;
+    for (const DeckKind& kind : kinds) {
+        timings.push_back(measure(dir, kind, runs));
+        if (timings.back().wall < 0) return 1;
+    }
+    // What a run does beyond starting: its CPU less that of the one-slide deck.
+    const double start = timings[0].cpu;
+    std::printf("\nonekey --all-slides, medians of %d runs: wall, CPU, CPU beyond the start\n",
+                runs);
+    for (std::size_t i = 0; i < timings.size(); ++i)
+        std::printf("  %-32s %7.3f s %7.3f s %7.3f s\n", kinds[i].what, timings[i].wall,
+                    timings[i].cpu, timings[i].cpu - start);
+    std::printf("work at twice the size: %.2f times (characters), %.2f times (texts)\n",
+                (timings[3].cpu - start) / (timings[2].cpu - start),
+                (timings[5].cpu - start) / (timings[4].cpu - start));
     return 0;
 }

@@ -22,6 +22,12 @@ struct Config {
     QHash<std::uint32_t, bool> features;
     QMap<int, QString> directories;
     std::optional<double> scale;
+    // The settings' word on the tagging library, read once: the add-on asks for every text it
+    // tags (for every character of a text whose readings it lists), and reading the settings
+    // file each time took most of the time of a long text. Read again after this process changed
+    // a setting (hostSettingChanges) or the features were reset.
+    std::optional<bool> taggingLibrarySetting;
+    unsigned readAfterChanges = 0;
 };
 
 Config& config() {
@@ -96,12 +102,18 @@ bool featureState(std::uint32_t featureId) {
     const auto set = config().features.constFind(featureId);
     if (set != config().features.cend()) return *set;
     if (featureId != ZFeatureTaggingLibrary) return false;
-    const QVariant setting = hostSetting(QStringLiteral("features/taggingLibrary"));
-    return setting.isValid() ? setting.toBool() : true;
+    Config& c = config();
+    if (!c.taggingLibrarySetting || c.readAfterChanges != hostSettingChanges()) {
+        const QVariant setting = hostSetting(QStringLiteral("features/taggingLibrary"));
+        c.taggingLibrarySetting = setting.isValid() ? setting.toBool() : true;
+        c.readAfterChanges = hostSettingChanges();
+    }
+    return *c.taggingLibrarySetting;
 }
 
 void resetFeatureStates() {
     config().features.clear();
+    config().taggingLibrarySetting.reset();
 }
 
 void setDirectory(int dirId, const QString& path) {

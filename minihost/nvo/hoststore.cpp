@@ -51,7 +51,16 @@ QVariant hostSetting(const QString& key) {
     return settings.value(key);
 }
 
+namespace {
+unsigned g_settingChanges = 0;  // the GUI thread's only
+}  // namespace
+
+unsigned hostSettingChanges() {
+    return g_settingChanges;
+}
+
 void setHostSetting(const QString& key, const QVariant& value) {
+    ++g_settingChanges;
     QSettings settings(commonSettingsPath(), QSettings::IniFormat);
     if (value.isValid())
         settings.setValue(key, value);

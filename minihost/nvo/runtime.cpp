@@ -9,9 +9,14 @@
 #include <dlfcn.h>
 
 #include <QString>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -36,6 +41,24 @@ BSTR allocBstr(const OLECHAR* text, std::size_t length) {
 
 QString utf16Path(const char16_t* path) {
     return QString::fromUtf16(path, static_cast<int>(_Xu2_strlen(path)));
+}
+
+// Entry points found, by module and name. The add-on looks its entry points up again for every
+// text it tags (for every character of a text whose readings it lists), and dlsym takes far
+// longer to say the same thing again. A module's entries go when it is freed. A process looks up
+// a handful of names: a list searched from the front, compared without converting them.
+struct FoundSymbol {
+    HMODULE module;
+    std::u16string name;
+    void* function;
+};
+struct FoundSymbols {
+    std::mutex lock;
+    std::vector<FoundSymbol> list;
+};
+FoundSymbols& foundSymbols() {
+    static FoundSymbols found;
+    return found;
 }
 
 }  // namespace
@@ -130,13 +153,34 @@ HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
     if (!function) return E_POINTER;
     *function = nullptr;
     if (!module || !name) return E_POINTER;
-    const QByteArray symbol = utf16Path(name).toLatin1();
-    *function = dlsym(module, symbol.constData());
-    return *function ? S_OK : E_FAIL;
+    FoundSymbols& found = foundSymbols();
+    const std::lock_guard<std::mutex> hold(found.lock);
+    const std::u16string_view wanted(name);
+    for (const FoundSymbol& known : found.list)
+        if (known.module == module && known.name == wanted) {
+            *function = known.function;
+            return S_OK;
+        }
+    // Latin-1 as QString::toLatin1 makes it ("?" for what it cannot hold).
+    std::string symbol;
+    for (const char16_t* unit = name; *unit; ++unit)
+        symbol += *unit < 0x100 ? static_cast<char>(*unit) : '?';
+    *function = dlsym(module, symbol.c_str());
+    if (!*function) return E_FAIL;
+    found.list.push_back({module, std::u16string(wanted), *function});
+    return S_OK;
 }
 
 int _Xfreelibrary(HMODULE module) {
-    return module && dlclose(module) == 0 ? 1 : 0;
+    if (!module) return 0;
+    {
+        FoundSymbols& found = foundSymbols();
+        const std::lock_guard<std::mutex> hold(found.lock);
+        found.list.erase(std::remove_if(found.list.begin(), found.list.end(),
+                                        [&](const FoundSymbol& f) { return f.module == module; }),
+                         found.list.end());
+    }
+    return dlclose(module) == 0 ? 1 : 0;
 }
 
 }  // extern "C"

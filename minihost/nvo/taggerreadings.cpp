@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "Tagger.h"
+#include "Utf16.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "nvo/readingservice.h"
@@ -43,7 +44,8 @@ struct EngineState {
         } catch (const std::exception& error) {
             failed = true;
             // The dictionaries' own errors name the file and what is wrong with it.
-            std::fprintf(stderr, "zphonetic: %s\n", error.what());
+            std::fprintf(stderr, "zphonetic: %s\n",
+                         zphonetic::tagger::printable(error.what()).c_str());
         }
         return tagger.get();
     }

@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <cstdio>
 
+#include "minihost/nvo/printable.h"
 #include "minihost/nvo/zxapplication_p.h"
 
 namespace {
@@ -72,7 +73,8 @@ ZxApplicationPrivate::~ZxApplicationPrivate() {
 
 void ZxApplicationPrivate::recordUrl(const QUrl& url) {
     openedUrls.append(url);
-    std::fprintf(stderr, "zphonetic: open in browser: %s\n", url.toString().toUtf8().constData());
+    std::fprintf(stderr, "zphonetic: open in browser: %s\n",
+                 minihost::printable(url.toString()).toUtf8().constData());
 }
 
 namespace {
@@ -108,7 +110,7 @@ int ZxApplication::messageBox(const QString& text, unsigned int flags) {
     d->messages.append({text, flags});
     if (!d->showMessageBoxes) {
         std::fprintf(stderr, "zphonetic: message (flags 0x%X): %s\n", flags,
-                     text.toUtf8().constData());
+                     minihost::printable(text).toUtf8().constData());
         if (d->headlessAnswer) return d->headlessAnswer;
         // The first button: Yes for the boxes that ask yes or no.
         const unsigned int buttons = flags & 0x0F;

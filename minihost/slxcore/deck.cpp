@@ -2,11 +2,13 @@
 #include "minihost/slxcore/deck.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <algorithm>
 
 #include "minihost/slxcore/objects_p.h"
 #include "minihost/slxcore/textbody_p.h"
+#include "minihost/slxcore/xmlnode_p.h"
 
 // The ids the object model's clients query for. {3F2A6C10-7B4D-4C8E-9F21-5A6B7C8D9E01}
 const GUID slxoldapi::IID_Selection = {
@@ -18,7 +20,23 @@ const GUID slxoldapi::IID_Shape = {
 namespace minihost {
 
 Deck::Deck(std::shared_ptr<DeckCore> core)
-    : d(std::move(core)), m_view(new ViewObject(d)), m_stack(std::make_unique<QUndoStack>()) {
+    : d(std::move(core)),
+      m_view(new ViewObject(d)),
+      m_stack(std::make_unique<QUndoStack>()),
+      m_pictures(std::make_shared<PictureStore>(
+          [deck = std::weak_ptr<DeckCore>(d)](const QString& part, QString* problem) {
+              const std::shared_ptr<DeckCore> core = deck.lock();
+              if (!core) {
+                  *problem = QStringLiteral("the deck is closed");
+                  return QByteArray();
+              }
+              try {
+                  return core->package->read(part.toStdString());
+              } catch (const DeckError& e) {
+                  *problem = QString::fromStdString(e.what());
+                  return QByteArray();
+              }
+          })) {
     m_stack->setUndoLimit(kUndoLimit);
     // For watchers that keep what they were told (queued connections, signal spies).
     qRegisterMetaType<DeckChange>();
@@ -48,10 +66,19 @@ std::unique_ptr<Deck> Deck::load(const QByteArray& bytes, const QString& name, Q
 }
 
 std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
+    // A FIFO would block the open, a device never end: only a regular file is read.
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+        if (error) *error = path + QStringLiteral(": not a regular file");
+        return nullptr;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (error)
             *error = path + QStringLiteral(": cannot be opened (%1)").arg(file.errorString());
+        return nullptr;
+    }
+    if (file.isSequential()) {  // replaced by something else since it was looked at
+        if (error) *error = path + QStringLiteral(": not a regular file");
         return nullptr;
     }
     if (file.size() > (1ll << 31) - 1) {
@@ -64,6 +91,10 @@ std::unique_ptr<Deck> Deck::loadFile(const QString& path, QString* error) {
 std::unique_ptr<Deck> Deck::create(int slides) {
     return std::unique_ptr<Deck>(new Deck(
         DeckCore::load(DeckCore::blankDeckBytes(std::max(slides, 0)), QStringLiteral("new deck"))));
+}
+
+std::shared_ptr<PictureStore> Deck::pictures() const {
+    return m_pictures;
 }
 
 QString Deck::name() const {
@@ -171,11 +202,12 @@ slxoldapi::DocumentView* Deck::view() const {
 int Deck::addTextBox(int slide, const QString& text, const QRectF& box) {
     if (slide < 1 || slide > slideCount()) return 0;
     SlidePart& part = *d->slides[slide - 1];
-    const pugi::xml_node element =
-        addTextbox(part.doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
-                   static_cast<float>(box.width()), static_cast<float>(box.height()));
+    if (!shapeTree(part.doc)) return 0;
+    d->willChange(slide - 1);
+    const pugi::xml_node element = part.shapes.addTextbox(
+        part.doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
+        static_cast<float>(box.width()), static_cast<float>(box.height()));
     TextBody(textBodyOf(element)).insert(0, text);
-    part.edited = true;
     const int id = shapeIdOf(element);
     d->tellChanged({{slide - 1, {id}}});
     return id;

@@ -37,9 +37,12 @@
 #include <QUndoStack>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "hostexport.h"
+#include "minihost/slxcore/picturestore.h"
 #include "minihost/slxcore/slidedrawing.h"
+#include "minihost/slxcore/textlayout.h"
 #include "slxcore/slxoldapi.h"
 
 namespace minihost {
@@ -110,6 +113,14 @@ public:
     // What slide `slide` shows, for drawing it (see slidedrawing.h); empty for a slide that
     // does not exist.
     SlideDrawing drawing(int slide) const;
+    // The text of shape `shapeId` on `slide` laid out as drawing(slide) draws it (see
+    // textlayout.h): where its lines break and each character sits, for placing things over it.
+    // Nothing for an unknown slide or shape, a shape without a text frame, or one whose place is
+    // not known.
+    std::optional<TextLayout> textLayout(int slide, int shapeId) const;
+    // The deck's pictures, decoded for drawing (picturestore.h): one store for everyone who
+    // draws the deck, which stays usable (giving no pictures) after the deck is gone.
+    std::shared_ptr<PictureStore> pictures() const;
 
     // ---- Edits: a person's in the host's window, and a host program's. Each names the slide it
     // is on (from 1) and is one undo step named `stepName` (a text for the user, in the user's
@@ -191,6 +202,7 @@ private:
     std::shared_ptr<DeckCore> d;
     ViewObject* m_view;
     std::unique_ptr<QUndoStack> m_stack;
+    std::shared_ptr<PictureStore> m_pictures;
 };
 
 }  // namespace minihost

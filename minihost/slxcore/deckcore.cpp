@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "minihost/slxcore/deckcore_p.h"
 
+#include <QCryptographicHash>
 #include <algorithm>
 #include <cstring>
 #include <sstream>
 
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/decklimits.h"
+#include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 
@@ -39,10 +42,11 @@ std::string serialized(const pugi::xml_document& doc) {
     return out.str();
 }
 
-struct Relationship {
-    std::string type, target;
-    bool external = false;
-};
+QByteArray digestOf(const std::string& xml) {
+    return QCryptographicHash::hash(
+        QByteArray::fromRawData(xml.data(), static_cast<int>(xml.size())),
+        QCryptographicHash::Sha256);
+}
 
 std::map<std::string, Relationship> readRelationships(const Package& package,
                                                       const std::string& part) {
@@ -61,6 +65,10 @@ std::map<std::string, Relationship> readRelationships(const Package& package,
         result[rel.attribute("Id").value()] = r;
     }
     return result;
+}
+
+QString quotedPart(const std::string& part) {
+    return QStringLiteral("\"%1\"").arg(QString::fromStdString(part));
 }
 
 // The value of the relationship-id attribute (r:id, whatever its prefix).
@@ -108,7 +116,7 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
         package.fail(QStringLiteral("part \"%1\" is not a presentation")
                          .arg(QString::fromStdString(presentationPart)));
 
-    const auto rels = readRelationships(package, presentationPart);
+    const auto& rels = core->relationshipsOf(presentationPart);
     for (const auto& [id, rel] : rels) {
         if (rel.external || !endsWith(rel.type, "/theme")) continue;
         package.parse(resolveTarget(package, presentationPart, rel.target), core->theme);
@@ -121,10 +129,16 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
         core->slideSize = QSizeF(size.attribute("cx").as_double() / kEmuPerPoint,
                                  size.attribute("cy").as_double() / kEmuPerPoint);
 
-    int number = 0;
-    for (pugi::xml_node sldId : child(root, "sldIdLst").children()) {
-        if (sldId.type() != pugi::node_element) continue;
-        ++number;
+    std::vector<pugi::xml_node> listed;
+    for (pugi::xml_node sldId : child(root, "sldIdLst").children())
+        if (sldId.type() == pugi::node_element) listed.push_back(sldId);
+    if (listed.size() > static_cast<std::size_t>(limits::kSlides))
+        package.failLimit(QStringLiteral("the presentation lists %1 slides (the limit is %2)")
+                              .arg(listed.size())
+                              .arg(limits::kSlides));
+    std::map<std::string, int> slideOfPart;  // each slide part is one slide
+    for (const pugi::xml_node sldId : listed) {
+        const int number = static_cast<int>(core->slides.size()) + 1;
         const std::string rid = relationshipId(sldId);
         auto it = rels.find(rid);
         if (it == rels.end() || it->second.external)
@@ -133,10 +147,34 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
                              .arg(QString::fromStdString(rid)));
         auto slide = std::make_unique<SlidePart>();
         slide->partName = resolveTarget(package, presentationPart, it->second.target);
+        if (const auto [earlier, first] = slideOfPart.emplace(slide->partName, number); !first)
+            package.fail(QStringLiteral("slide %1 is part %2 again, which is slide %3 already")
+                             .arg(number)
+                             .arg(quotedPart(slide->partName))
+                             .arg(earlier->second));
         readSlide(package, slide->partName, slide->doc);
+        core->countShapes(slide->partName, shapeTree(slide->doc));
         core->slides.push_back(std::move(slide));
     }
+    // Layouts and masters are read now, so that their limits refuse the deck at once rather
+    // than leave a slide drawn without them later.
+    for (const auto& slide : core->slides) templatesOf(*core, slide->partName);
     return core;
+}
+
+void DeckCore::countShapes(const std::string& part, pugi::xml_node tree) const {
+    const int shapes = static_cast<int>(listShapes(tree).size());
+    if (shapes > limits::kShapesPerPart)
+        package->failLimit(QStringLiteral("part %1 holds %2 shapes (the limit is %3)")
+                               .arg(quotedPart(part))
+                               .arg(shapes)
+                               .arg(limits::kShapesPerPart));
+    shapeCount += shapes;
+    if (shapeCount > limits::kShapes)
+        package->failLimit(QStringLiteral("part %1 takes the shapes read to %2 (the limit is %3)")
+                               .arg(quotedPart(part))
+                               .arg(shapeCount)
+                               .arg(limits::kShapes));
 }
 
 QByteArray DeckCore::toBytes() const {
@@ -158,27 +196,58 @@ QStringList DeckCore::editedParts() const {
     return parts;
 }
 
+const std::map<std::string, Relationship>& DeckCore::relationshipsOf(
+    const std::string& sourcePart) const {
+    auto [it, fresh] = relationshipsRead.try_emplace(sourcePart);
+    Relationships& rels = it->second;
+    if (fresh) {
+        try {
+            rels.byId = readRelationships(*package, sourcePart);
+        } catch (const DeckLimitError&) {
+            relationshipsRead.erase(it);
+            throw;
+        } catch (const DeckError& e) {
+            rels.error = e.what();
+        }
+    }
+    if (!rels.error.empty()) throw DeckError(rels.error);
+    return rels.byId;
+}
+
 std::string DeckCore::relatedPart(const std::string& sourcePart, const std::string& id) const {
-    const auto rels = readRelationships(*package, sourcePart);
+    const auto& rels = relationshipsOf(sourcePart);
     const auto it = rels.find(id);
     if (it == rels.end() || it->second.external) return {};
     return resolveTarget(*package, sourcePart, it->second.target);
 }
 
-const pugi::xml_document* DeckCore::relatedDocument(const std::string& sourcePart, const char* type,
-                                                    std::string* partName) const {
+const TemplatePart* DeckCore::relatedTemplate(const std::string& sourcePart, const char* type,
+                                              std::string* partName) const {
     const std::string suffix = std::string("/") + type;
-    for (const auto& [id, rel] : readRelationships(*package, sourcePart)) {
+    for (const auto& [id, rel] : relationshipsOf(sourcePart)) {
         if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
         const std::string part = resolveTarget(*package, sourcePart, rel.target);
         if (partName) *partName = part;
-        auto& doc = templates[part];
-        if (!doc) {
-            auto parsed = std::make_unique<pugi::xml_document>();
-            package->parse(part, *parsed);
-            doc = std::move(parsed);
+        if (const auto error = templateErrors.find(part); error != templateErrors.end())
+            throw DeckError(error->second);
+        auto& kept = templates[part];
+        if (!kept) {
+            auto read = std::make_unique<TemplatePart>();
+            try {
+                package->parse(part, read->doc);
+                indexTemplate(*read);
+                countShapes(part, read->tree);
+            } catch (const DeckLimitError&) {
+                templates.erase(part);
+                throw;
+            } catch (const DeckError& e) {
+                templates.erase(part);
+                templateErrors[part] = e.what();
+                throw;
+            }
+            kept = std::move(read);
         }
-        return doc.get();
+        return kept.get();
     }
     return nullptr;
 }
@@ -187,14 +256,19 @@ bool DeckCore::changed(int slide, const std::string& xml) const {
     if (!slides[slide]->edited) return false;
     // Edited, then undone or rolled back: the XML is again what was read, and the part is
     // copied as stored.
-    pugi::xml_document original;
-    readSlide(*package, slides[slide]->partName, original);
-    return serialized(original) != xml;
+    return digestOf(xml) != slides[slide]->originalDigest;
+}
+
+void DeckCore::willChange(int slide) {
+    SlidePart& part = *slides[slide];
+    if (part.originalDigest.isEmpty()) part.originalDigest = digestOf(snapshot(slide));
+    part.edited = true;
 }
 
 ShapeNode DeckCore::shape(int slide, int id) const {
     if (slide < 0 || slide >= static_cast<int>(slides.size())) return {};
-    return findShape(shapeTree(slides[slide]->doc), id);
+    SlidePart& part = *slides[slide];
+    return part.shapes.find(part.doc, id);
 }
 
 std::shared_ptr<RangeState> DeckCore::newRange(int slide, int id, int start, int length) {
@@ -235,7 +309,18 @@ void DeckCore::textReplaced(int slide, int id, int pos, int removed, int inserte
 
 void DeckCore::fit(int slide, int id) const {
     const ShapeNode node = shape(slide, id);
-    if (node.element) fitToText(node, styles);
+    if (!node.element || !followsText(textBodyOf(node.element))) return;
+    const DrawnShape drawn = drawnShapeOf(*this, slide, node);
+    if (!drawn.boxKnown) return;
+    // The box its text needs, as it is drawn: taller (or, not wrapping, wider), grown away from
+    // where its text is anchored.
+    const QRectF box = TextLayout(drawn).box();
+    // A placeholder that inherited its place gets one of its own.
+    const bool own = geometry(node).known;
+    setHeight(node, static_cast<float>(box.height()));
+    if (!drawn.text.wrap || !own) setWidth(node, static_cast<float>(box.width()));
+    if (box.topLeft() != drawn.box.topLeft() || !own)
+        setPosition(node, static_cast<float>(box.left()), static_cast<float>(box.top()));
 }
 
 std::vector<int> DeckCore::selectedShapeIds() const {
@@ -274,8 +359,9 @@ std::string DeckCore::snapshot(int slide) const {
 
 void DeckCore::restore(int slide, const std::string& xml) {
     // Live ranges may now reach past their frame's text; every use clamps them to it.
+    willChange(slide);
     slides[slide]->doc.load_buffer(xml.data(), xml.size(), kXmlParseOptions, pugi::encoding_utf8);
-    slides[slide]->edited = true;
+    slides[slide]->shapes.forget();
 }
 
 }  // namespace minihost

@@ -3,6 +3,7 @@
 // the open undo step and the call journal. Objects of the object model share it.
 #pragma once
 
+#include <QByteArray>
 #include <QSizeF>
 #include <QStringList>
 #include <map>
@@ -24,6 +25,30 @@ struct SlidePart {
     std::string partName;
     pugi::xml_document doc;
     bool edited = false;
+    // A digest of the XML as read, taken before the first edit: whether the slide differs from
+    // what was read is known without reading the part again.
+    QByteArray originalDigest;
+    SlideShapes shapes;
+};
+
+// One relationship of a part's relationships part.
+struct Relationship {
+    std::string type, target;
+    bool external = false;
+};
+
+// A relationships part as read, by relationship id; or why it could not be read.
+struct Relationships {
+    std::map<std::string, Relationship> byId;
+    std::string error;  // a DeckError's message, thrown again whenever it is asked for
+};
+
+// A slide layout or master, read once and kept: its shapes' tree, and its placeholders by index
+// and by family, the first of each in z order (what a slide's placeholders inherit from).
+struct TemplatePart {
+    pugi::xml_document doc;
+    pugi::xml_node tree;
+    std::map<std::string, pugi::xml_node> placeholdersByIndex, placeholdersByFamily;
 };
 
 // Where a text range is: it moves when text is inserted or removed before it in its frame.
@@ -108,16 +133,21 @@ public:
 
     // Whether `slide`, whose XML is now `xml`, differs from what was read.
     bool changed(int slide, const std::string& xml) const;
+    // Called before the XML of `slide` changes: takes its original digest when it has none yet.
+    void willChange(int slide);
 
     // ---- the parts around slides, for drawing them (layouts, masters, media)
+    // The relationships of `sourcePart` (none when it has no relationships part), each part read
+    // once and kept. Throws DeckError when it is damaged (every time it is asked for).
+    const std::map<std::string, Relationship>& relationshipsOf(const std::string& sourcePart) const;
     // The part that `sourcePart`'s relationship `id` targets, or an empty string for a missing
     // or external one.
     std::string relatedPart(const std::string& sourcePart, const std::string& id) const;
     // The part of `sourcePart`'s first relationship whose type ends with "/<type>" ("slideLayout",
     // "slideMaster"), parsed once and kept; null when there is none. Throws DeckError when the
-    // part is damaged.
-    const pugi::xml_document* relatedDocument(const std::string& sourcePart, const char* type,
-                                              std::string* partName) const;
+    // part is damaged (read once: the same error again after that), DeckLimitError past a limit.
+    const TemplatePart* relatedTemplate(const std::string& sourcePart, const char* type,
+                                        std::string* partName) const;
 
     QString name;
     std::unique_ptr<Package> package;  // what was read; new decks are read from built bytes too
@@ -134,14 +164,23 @@ public:
 
     std::vector<std::weak_ptr<RangeState>> ranges;
     QStringList journal;
+    // Relationships parts, by the part they belong to; layouts and masters read by
+    // relatedTemplate (null: damaged, with its error in templateErrors), by part name.
+    mutable std::map<std::string, Relationships> relationshipsRead;
+    mutable std::map<std::string, std::unique_ptr<TemplatePart>> templates;
+    mutable std::map<std::string, std::string> templateErrors;
+    // Shapes of the slides, layouts and masters read (limits::kShapes).
+    mutable int shapeCount = 0;
+
+    // Counts the shapes of `part` (a slide, layout or master whose tree is `tree`) against the
+    // limits; throws DeckLimitError.
+    void countShapes(const std::string& part, pugi::xml_node tree) const;
     // The host's Deck while it lives: it is told of changes, and its stack takes the steps.
     Deck* deck = nullptr;
     QUndoStack* undoStack = nullptr;
     // The step an edit opened when none was open (EditScope).
     std::unique_ptr<UndoStep> editStep;
     bool selectionPending = false;  // the selection changed while a step was open
-    // Layouts and masters read by relatedDocument, by part name.
-    mutable std::map<std::string, std::unique_ptr<pugi::xml_document>> templates;
 };
 
 // Around one change of a slide: it joins the step open on the deck, or opens one of its own

@@ -66,8 +66,10 @@ bool Deck::deleteShapes(int slide, const QList<int>& shapeIds, const QString& st
     for (int id : shapeIds) {
         edit.touches(id);
         // A member of a group deleted with its group earlier in the list is gone already.
-        if (const ShapeNode node = d->shape(slide - 1, id); node.element)
+        if (const ShapeNode node = d->shape(slide - 1, id); node.element) {
             node.element.parent().remove_child(node.element);
+            d->slides[slide - 1]->shapes.forget();  // the members went too
+        }
     }
     if (slide == currentSlide()) clearSelection();
     return true;
@@ -78,8 +80,9 @@ int Deck::insertTextBox(int slide, const QRectF& box, const QString& stepName) {
         !shapeTree(d->slides[slide - 1]->doc))
         return 0;
     EditScope edit(*d, slide - 1, stepName);
-    const pugi::xml_node element = addTextbox(
-        d->slides[slide - 1]->doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
+    SlidePart& part = *d->slides[slide - 1];
+    const pugi::xml_node element = part.shapes.addTextbox(
+        part.doc, static_cast<float>(box.left()), static_cast<float>(box.top()),
         static_cast<float>(box.width()), static_cast<float>(box.height()));
     const int id = shapeIdOf(element);
     edit.touches(id);

@@ -7,6 +7,7 @@
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/deckcore_p.h"
+#include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/inheritance_p.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "minihost/slxcore/textbody_p.h"
@@ -62,6 +63,7 @@ TextFormat formatOf(pugi::xml_node rPr, const std::vector<pugi::xml_node>& level
     f.latinFont = values.name;
     f.eastAsianFont = values.eastAsianName;
     f.size = values.size;
+    f.characterSpacing = values.spacing;
     f.bold = values.bold;
     f.italic = values.italic;
     f.underline = values.underline;
@@ -98,6 +100,7 @@ TextParagraph paragraphOf(pugi::xml_node p, const Lineage& l, const Templates& t
                  : (align == "just" || align == "dist") ? TextAlign::Justify
                                                         : TextAlign::Left;
     para.marginLeft = static_cast<float>(firstAttribute(chain, "marL").as_double() / kEmuPerPoint);
+    para.marginRight = static_cast<float>(firstAttribute(chain, "marR").as_double() / kEmuPerPoint);
     para.indent = static_cast<float>(firstAttribute(chain, "indent").as_double() / kEmuPerPoint);
     para.endFormat = formatOf(child(p, "endParaRPr"), levels, fontReference, core.styles);
     const float size = para.endFormat.size;
@@ -157,17 +160,19 @@ void fillText(DrawnShape& shape, pugi::xml_node txBody, const Lineage& l, const 
     const std::vector<QString> texts = body.paragraphs();
     const std::vector<int> starts = body.paragraphStarts();
     const std::vector<TextBody::Piece> pieces = body.pieces();
+    // Pieces come paragraph by paragraph, in order: one pass over them.
+    std::size_t piece = 0;
     for (std::size_t i = 0; i < nodes.size() && i < texts.size() && i < starts.size(); ++i) {
         TextParagraph para = paragraphOf(nodes[i], l, t, core, fontReference);
         para.start = starts[i];
         para.text = texts[i];
         const std::vector<pugi::xml_node> levels =
             levelSources(l, t, core, child(nodes[i], "pPr").attribute("lvl").as_int(0));
-        for (const TextBody::Piece& piece : pieces)
-            if (piece.paragraph == nodes[i] && piece.length > 0)
+        for (; piece < pieces.size() && pieces[piece].paragraph == nodes[i]; ++piece)
+            if (pieces[piece].length > 0)
                 para.runs << TextRun{
-                    piece.start, piece.length,
-                    formatOf(piece.properties, levels, fontReference, core.styles)};
+                    pieces[piece].start, pieces[piece].length,
+                    formatOf(pieces[piece].properties, levels, fontReference, core.styles)};
         frame.paragraphs << para;
     }
 }
@@ -251,15 +256,15 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles) 
             shape.outlined = colorOf(ref, styles, &shape.line, true);
 }
 
-QByteArray pictureBytes(const DeckCore& core, const std::string& slidePart, pugi::xml_node pic) {
+// The media part a picture shows; empty when it names none that can be found.
+QString picturePart(const DeckCore& core, const std::string& slidePart, pugi::xml_node pic) {
     const pugi::xml_node blip = child(child(pic, "blipFill"), "blip");
     const std::string id = attribute(blip, "embed").value();
     if (id.empty()) return {};
     try {
-        const std::string part = core.relatedPart(slidePart, id);
-        return part.empty() ? QByteArray() : core.package->read(part);
+        return QString::fromStdString(core.relatedPart(slidePart, id));
     } catch (const DeckError&) {
-        return {};  // a missing or damaged picture is drawn as its labelled place
+        return {};  // damaged relationships: the picture is drawn as its labelled place
     }
 }
 
@@ -285,11 +290,25 @@ DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore&
     if (const pugi::xml_node body = textBodyOf(node.element))
         fillText(shape, body, lineage, t, core, child(child(node.element, "style"), "fontRef"));
     if (std::strcmp(localName(node.element), "pic") == 0)
-        shape.picture = pictureBytes(core, partName, node.element);
+        shape.picture = picturePart(core, partName, node.element);
     return shape;
 }
 
 }  // namespace
+
+DrawnShape drawnShapeOf(const DeckCore& core, int slide, const ShapeNode& node) {
+    const SlidePart& part = *core.slides[static_cast<std::size_t>(slide)];
+    return drawnShape(node, templatesOf(core, part.partName), core, part.partName);
+}
+
+std::optional<TextLayout> Deck::textLayout(int slide, int shapeId) const {
+    if (slide < 1 || slide > slideCount()) return std::nullopt;
+    const ShapeNode node = d->shape(slide - 1, shapeId);
+    if (!node.element) return std::nullopt;
+    const DrawnShape shape = drawnShapeOf(*d, slide - 1, node);
+    if (!shape.hasText || !shape.boxKnown) return std::nullopt;
+    return TextLayout(shape);
+}
 
 SlideDrawing Deck::drawing(int slide) const {
     SlideDrawing result;

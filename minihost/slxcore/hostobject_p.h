@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 
 #include "nvo/com.h"
 
@@ -32,6 +33,7 @@ private:
     const char* m_kind;
     bool m_hostHolds;
     std::uint32_t m_clientRefs = 0;
+    std::list<HostObjectBase*>::iterator m_registered;  // this object's entry in the registry
 };
 
 // IUnknown for a host object answering interface `Iface`, and its id `iid` (null: only IUnknown).

@@ -11,21 +11,14 @@ namespace {
 
 // The placeholder on a layout or master that `ph` inherits from: the same index, else the same
 // family (only the family on a master, whose indices mean nothing to a slide).
-pugi::xml_node matchingPlaceholder(pugi::xml_node tree, pugi::xml_node ph, bool byIndex) {
-    if (!tree || !ph) return {};
-    const std::vector<ShapeNode> shapes = listShapes(tree);
+pugi::xml_node matchingPlaceholder(const TemplatePart* part, pugi::xml_node ph, bool byIndex) {
+    if (!part || !part->tree || !ph) return {};
     if (byIndex && ph.attribute("idx"))
-        for (const ShapeNode& s : shapes)
-            if (pugi::xml_node other = placeholderOf(s.element);
-                other &&
-                std::strcmp(other.attribute("idx").value(), ph.attribute("idx").value()) == 0)
-                return s.element;
-    const std::string family = placeholderFamily(ph);
-    for (const ShapeNode& s : shapes)
-        if (pugi::xml_node other = placeholderOf(s.element);
-            other && placeholderFamily(other) == family)
-            return s.element;
-    return {};
+        if (const auto it = part->placeholdersByIndex.find(ph.attribute("idx").value());
+            it != part->placeholdersByIndex.end())
+            return it->second;
+    const auto it = part->placeholdersByFamily.find(placeholderFamily(ph));
+    return it == part->placeholdersByFamily.end() ? pugi::xml_node() : it->second;
 }
 
 }  // namespace
@@ -41,21 +34,30 @@ std::string placeholderFamily(pugi::xml_node ph) {
     return type;
 }
 
+void indexTemplate(TemplatePart& part) {
+    part.tree = child(child(part.doc.document_element(), "cSld"), "spTree");
+    for (const ShapeNode& s : listShapes(part.tree))
+        if (const pugi::xml_node ph = placeholderOf(s.element)) {
+            // No index reads as "", which a slide's idx="" matches.
+            part.placeholdersByIndex.emplace(ph.attribute("idx").value(), s.element);
+            part.placeholdersByFamily.emplace(placeholderFamily(ph), s.element);
+        }
+}
+
 Templates templatesOf(const DeckCore& core, const std::string& slidePart) {
     Templates t;
     try {
-        const pugi::xml_document* layout =
-            core.relatedDocument(slidePart, "slideLayout", &t.layoutPart);
-        if (!layout) return t;
-        t.layoutRoot = layout->document_element();
-        t.layoutTree = shapeTree(*layout);
-        if (t.layoutTree.empty()) t.layoutTree = child(child(t.layoutRoot, "cSld"), "spTree");
-        const pugi::xml_document* master =
-            core.relatedDocument(t.layoutPart, "slideMaster", &t.masterPart);
-        if (!master) return t;
-        t.masterRoot = master->document_element();
-        t.masterTree = child(child(t.masterRoot, "cSld"), "spTree");
+        t.layout = core.relatedTemplate(slidePart, "slideLayout", &t.layoutPart);
+        if (!t.layout) return t;
+        t.layoutRoot = t.layout->doc.document_element();
+        t.layoutTree = t.layout->tree;
+        t.master = core.relatedTemplate(t.layoutPart, "slideMaster", &t.masterPart);
+        if (!t.master) return t;
+        t.masterRoot = t.master->doc.document_element();
+        t.masterTree = t.master->tree;
         t.masterTextStyles = child(t.masterRoot, "txStyles");
+    } catch (const DeckLimitError&) {
+        throw;
     } catch (const DeckError&) {
         // A damaged layout or master: the slide is read from what it says itself.
     }
@@ -67,10 +69,10 @@ Lineage lineageOf(pugi::xml_node element, const Templates& t) {
     l.elements.push_back(element);
     l.ph = placeholderOf(element);
     if (!l.ph) return l;
-    pugi::xml_node onLayout = matchingPlaceholder(t.layoutTree, l.ph, true);
+    pugi::xml_node onLayout = matchingPlaceholder(t.layout, l.ph, true);
     if (onLayout) l.elements.push_back(onLayout);
     pugi::xml_node onMaster =
-        matchingPlaceholder(t.masterTree, onLayout ? placeholderOf(onLayout) : l.ph, false);
+        matchingPlaceholder(t.master, onLayout ? placeholderOf(onLayout) : l.ph, false);
     if (onMaster) l.elements.push_back(onMaster);
     return l;
 }

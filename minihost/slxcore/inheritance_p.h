@@ -13,6 +13,7 @@
 namespace minihost {
 
 class DeckCore;
+struct TemplatePart;
 
 // A placeholder's p:ph, or an empty node for any other shape.
 pugi::xml_node placeholderOf(pugi::xml_node element);
@@ -20,12 +21,17 @@ pugi::xml_node placeholderOf(pugi::xml_node element);
 // untyped placeholder is body text.
 std::string placeholderFamily(pugi::xml_node ph);
 
+// Fills in the tree and the placeholder indexes of a layout or master just parsed.
+void indexTemplate(TemplatePart& part);
+
 // The slide's layout and master, as far as they can be read (a damaged or missing part leaves
-// its nodes empty).
+// its nodes empty). Throws DeckLimitError only.
 struct Templates {
     pugi::xml_node layoutTree, masterTree, masterTextStyles;
     pugi::xml_node layoutRoot, masterRoot;
     std::string layoutPart, masterPart;
+    const TemplatePart* layout = nullptr;
+    const TemplatePart* master = nullptr;
 };
 Templates templatesOf(const DeckCore& core, const std::string& slidePart);
 

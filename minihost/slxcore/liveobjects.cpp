@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "minihost/slxcore/liveobjects.h"
 
-#include <algorithm>
-
 #include "minihost/slxcore/hostobject_p.h"
 
 namespace minihost {
 namespace {
 
-// The object model runs on the GUI thread only, so plain globals suffice.
-std::vector<HostObjectBase*>& registry() {
-    static std::vector<HostObjectBase*> objects;
+// The object model runs on the GUI thread only, so plain globals suffice. A list, in the order
+// the objects were made, from which each leaves in constant time however many are alive.
+std::list<HostObjectBase*>& registry() {
+    static std::list<HostObjectBase*> objects;
     return objects;
 }
 int g_overReleases = 0;
@@ -18,13 +17,13 @@ int g_overReleases = 0;
 }  // namespace
 
 HostObjectBase::HostObjectBase(const char* kind, bool ownedByHost)
-    : m_kind(kind), m_hostHolds(ownedByHost), m_clientRefs(ownedByHost ? 0 : 1) {
-    registry().push_back(this);
-}
+    : m_kind(kind),
+      m_hostHolds(ownedByHost),
+      m_clientRefs(ownedByHost ? 0 : 1),
+      m_registered(registry().insert(registry().end(), this)) {}
 
 HostObjectBase::~HostObjectBase() {
-    auto& objects = registry();
-    objects.erase(std::remove(objects.begin(), objects.end(), this), objects.end());
+    registry().erase(m_registered);
 }
 
 std::uint32_t HostObjectBase::addClientReference() {

@@ -84,7 +84,8 @@ FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyle
                        bool transforms) {
     FontValues values;
     values.name = styles.minorLatin.isEmpty() ? QStringLiteral("Calibri") : styles.minorLatin;
-    bool haveBold = false, haveSize = false, haveName = false, haveColor = false;
+    bool haveBold = false, haveSize = false, haveSpacing = false, haveName = false,
+         haveColor = false;
     bool haveItalic = false, haveUnderline = false, haveStrike = false, haveEastAsian = false;
     auto flag = [](pugi::xml_attribute a) {
         const std::string v = a.value();
@@ -111,6 +112,10 @@ FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyle
         if (!haveSize && props.attribute("sz")) {
             values.size = static_cast<float>(props.attribute("sz").as_int(1800)) / 100.0f;
             haveSize = true;
+        }
+        if (!haveSpacing && props.attribute("spc")) {
+            values.spacing = static_cast<float>(props.attribute("spc").as_int(0)) / 100.0f;
+            haveSpacing = true;
         }
         // A typeface element (a:latin, a:ea) names the face unless its theme reference is empty.
         auto typeface = [&](const char* local, QString& face, bool& have) {

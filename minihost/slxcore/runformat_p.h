@@ -23,6 +23,7 @@ struct DeckStyles {
 struct FontValues {
     QString name;
     float size = 18.0f;
+    float spacing = 0;  // points after every character (spc, in hundredths of a point)
     bool bold = false;
     std::uint32_t rgb = 0;  // 0x00RRGGBB
     // What only drawing needs.

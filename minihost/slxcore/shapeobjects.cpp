@@ -127,8 +127,8 @@ HRESULT ShapesObject::AddTextbox(std::int32_t orientation, float left, float top
             !shapeTree(m_core->slides[m_slide]->doc))
             return E_FAIL;
         EditScope edit(*m_core, m_slide, QStringLiteral("AddTextbox"));
-        const pugi::xml_node element =
-            addTextbox(m_core->slides[m_slide]->doc, left, top, width, height);
+        SlidePart& part = *m_core->slides[m_slide];
+        const pugi::xml_node element = part.shapes.addTextbox(part.doc, left, top, width, height);
         const int id = shapeIdOf(element);
         edit.touches(id);
         *shape = static_cast<slxoldapi::Shape*>(new ShapeObject(m_core, m_slide, id));

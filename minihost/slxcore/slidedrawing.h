@@ -25,6 +25,7 @@ struct TextFormat {
     QString latinFont;
     QString eastAsianFont;  // for ideographs; empty when neither the text nor the theme names one
     float size = 18;        // points, as written (a frame that shrinks its text scales it)
+    float characterSpacing = 0;  // points added after every character (a:rPr/@spc)
     bool bold = false;
     bool italic = false;
     bool underline = false;
@@ -47,8 +48,9 @@ struct TextParagraph {
     QList<TextRun> runs;   // covering `text` in order
     TextFormat endFormat;  // the paragraph's end: the height of an empty paragraph
     TextAlign align = TextAlign::Left;
-    float marginLeft = 0;  // points, from the frame's left inset
-    float indent = 0;      // of the first line, relative to marginLeft (negative: hanging)
+    float marginLeft = 0;   // points, from the frame's left inset
+    float marginRight = 0;  // points, from the frame's right inset
+    float indent = 0;       // of the first line, relative to marginLeft (negative: hanging)
     // Line spacing: a multiple of single spacing, or exact points when lineSpacingPoints > 0.
     float lineSpacing = 1;
     float lineSpacingPoints = 0;
@@ -88,7 +90,7 @@ struct DrawnShape {
     float lineWidth = 0.75f;  // points
     bool hasText = false;
     TextFrame text;
-    QByteArray picture;  // the media bytes of a picture (PNG, JPEG, ...), empty otherwise
+    QString picture;  // a picture's media part (for Deck::pictures()), empty otherwise
 };
 
 struct SlideDrawing {

@@ -6,9 +6,6 @@
 #include <cstring>
 #include <string>
 
-#include <QStringList>
-
-#include "minihost/slxcore/textbody_p.h"
 #include "minihost/slxcore/xmlnode_p.h"
 
 namespace minihost {
@@ -20,40 +17,65 @@ bool isShapeElement(const char* local) {
     return false;
 }
 
-void collect(pugi::xml_node parent, const Placement& placement, std::vector<ShapeNode>& out) {
-    for (pugi::xml_node c = parent.first_child(); c; c = c.next_sibling()) {
-        if (c.type() != pugi::node_element || !isShapeElement(localName(c))) continue;
-        const int id = child(nonVisual(c), "cNvPr").attribute("id").as_int(0);
-        out.push_back({c, id, placement});
-        if (std::strcmp(localName(c), "grpSp") != 0) continue;
-        // Members are placed in the group's child space: chOff/chExt map onto off/ext.
-        const pugi::xml_node xfrm = transformOf(c);
-        const double offX = child(xfrm, "off").attribute("x").as_double();
-        const double offY = child(xfrm, "off").attribute("y").as_double();
-        const double extX = child(xfrm, "ext").attribute("cx").as_double();
-        const double extY = child(xfrm, "ext").attribute("cy").as_double();
-        const double chOffX = child(xfrm, "chOff").attribute("x").as_double();
-        const double chOffY = child(xfrm, "chOff").attribute("y").as_double();
-        const double chExtX = child(xfrm, "chExt").attribute("cx").as_double();
-        const double chExtY = child(xfrm, "chExt").attribute("cy").as_double();
-        Placement inner;
-        inner.scaleX = placement.scaleX * (chExtX > 0 ? extX / chExtX : 1.0);
-        inner.scaleY = placement.scaleY * (chExtY > 0 ? extY / chExtY : 1.0);
-        inner.offsetX = placement.offsetX + placement.scaleX * offX - inner.scaleX * chOffX;
-        inner.offsetY = placement.offsetY + placement.scaleY * offY - inner.scaleY * chOffY;
-        collect(c, inner, out);
-    }
+bool isShape(pugi::xml_node node) {
+    return node.type() == pugi::node_element && isShapeElement(localName(node));
 }
 
-void maxNumericId(pugi::xml_node node, long long& best) {
-    for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
-        if (std::strcmp(a.name(), "id") != 0) continue;
-        const char* v = a.value();
-        if (!*v || std::strspn(v, "0123456789") != std::strlen(v) || std::strlen(v) > 10) continue;
-        best = std::max(best, std::stoll(v));
-    }
-    for (pugi::xml_node c = node.first_child(); c; c = c.next_sibling()) maxNumericId(c, best);
+bool isGroup(pugi::xml_node node) {
+    return std::strcmp(localName(node), "grpSp") == 0;
 }
+
+int idOf(pugi::xml_node element) {
+    return child(nonVisual(element), "cNvPr").attribute("id").as_int(0);
+}
+
+// Where the members of `group`, itself placed by `outer`, are: chOff/chExt of the group's child
+// space map onto its off/ext.
+Placement membersOf(pugi::xml_node group, const Placement& outer) {
+    const pugi::xml_node xfrm = transformOf(group);
+    const double offX = child(xfrm, "off").attribute("x").as_double();
+    const double offY = child(xfrm, "off").attribute("y").as_double();
+    const double extX = child(xfrm, "ext").attribute("cx").as_double();
+    const double extY = child(xfrm, "ext").attribute("cy").as_double();
+    const double chOffX = child(xfrm, "chOff").attribute("x").as_double();
+    const double chOffY = child(xfrm, "chOff").attribute("y").as_double();
+    const double chExtX = child(xfrm, "chExt").attribute("cx").as_double();
+    const double chExtY = child(xfrm, "chExt").attribute("cy").as_double();
+    Placement inner;
+    inner.scaleX = outer.scaleX * (chExtX > 0 ? extX / chExtX : 1.0);
+    inner.scaleY = outer.scaleY * (chExtY > 0 ? extY / chExtY : 1.0);
+    inner.offsetX = outer.offsetX + outer.scaleX * offX - inner.scaleX * chOffX;
+    inner.offsetY = outer.offsetY + outer.scaleY * offY - inner.scaleY * chOffY;
+    return inner;
+}
+
+// A listed shape as listShapes gives it: its placement made of the groups around it, outermost
+// first, as the walk down to it makes it.
+ShapeNode shapeNodeOf(pugi::xml_node element) {
+    std::vector<pugi::xml_node> groups;
+    for (pugi::xml_node up = element.parent(); up && isGroup(up); up = up.parent())
+        groups.push_back(up);
+    Placement placement;
+    for (auto group = groups.rbegin(); group != groups.rend(); ++group)
+        placement = membersOf(*group, placement);
+    return {element, idOf(element), placement};
+}
+
+// The largest numeric value of an attribute named "id" anywhere in a document (0 for none).
+class LargestId : public pugi::xml_tree_walker {
+public:
+    bool for_each(pugi::xml_node& node) override {
+        for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
+            if (std::strcmp(a.name(), "id") != 0) continue;
+            const char* v = a.value();
+            const std::size_t length = std::strlen(v);
+            if (!length || std::strspn(v, "0123456789") != length || length > 10) continue;
+            largest = std::max(largest, std::stoll(v));
+        }
+        return true;
+    }
+    long long largest = 0;
+};
 
 // Shapes that inherit their place from the layout get one of their own when resized.
 pugi::xml_node ensureTransform(pugi::xml_node element) {
@@ -79,20 +101,6 @@ void setExtent(const ShapeNode& shape, const char* attr, double scale, float poi
     a.set_value(static_cast<long long>(std::llround(points * kEmuPerPoint / scale)));
 }
 
-// A rough advance: ideographs and fullwidth forms one em, everything else a little over half.
-double advance(QChar c, double size) {
-    const ushort u = c.unicode();
-    const bool wide = (u >= 0x1100 && u <= 0x115F) || (u >= 0x2E80 && u <= 0xA4CF) ||
-                      (u >= 0xAC00 && u <= 0xD7A3) || (u >= 0xF900 && u <= 0xFAFF) ||
-                      (u >= 0xFF00 && u <= 0xFF60) || c.isSurrogate();
-    return wide ? size : size * 0.55;
-}
-
-double inset(pugi::xml_node bodyPr, const char* name, double defaultEmu) {
-    pugi::xml_attribute a = bodyPr.attribute(name);
-    return (a ? a.as_double() : defaultEmu) / kEmuPerPoint;
-}
-
 }  // namespace
 
 // The one child whose local name starts "nv".
@@ -115,14 +123,49 @@ pugi::xml_node shapeTree(const pugi::xml_document& slide) {
 
 std::vector<ShapeNode> listShapes(pugi::xml_node tree) {
     std::vector<ShapeNode> shapes;
-    collect(tree, Placement{}, shapes);
+    // Per group being walked: the next child to look at, and where the group's members go.
+    struct Level {
+        pugi::xml_node next;
+        Placement placement;
+    };
+    std::vector<Level> walk{{tree.first_child(), Placement{}}};
+    while (!walk.empty()) {
+        const pugi::xml_node c = walk.back().next;
+        if (!c) {
+            walk.pop_back();
+            continue;
+        }
+        walk.back().next = c.next_sibling();
+        if (!isShape(c)) continue;
+        const Placement placement = walk.back().placement;
+        shapes.push_back({c, idOf(c), placement});
+        if (isGroup(c)) walk.push_back({c.first_child(), membersOf(c, placement)});
+    }
     return shapes;
 }
 
-ShapeNode findShape(pugi::xml_node tree, int id) {
-    for (const ShapeNode& shape : listShapes(tree))
-        if (shape.id == id) return shape;
-    return {};
+void SlideShapes::build(const pugi::xml_document& slide) {
+    if (m_built) return;
+    const pugi::xml_node tree = shapeTree(slide);
+    m_byId.clear();
+    for (const ShapeNode& shape : listShapes(tree)) m_byId.emplace(shape.id, shape.element);
+    m_extensions = child(tree, "extLst");
+    LargestId walker;
+    pugi::xml_node(slide).traverse(walker);
+    m_nextId = walker.largest + 1;
+    m_built = true;
+}
+
+ShapeNode SlideShapes::find(const pugi::xml_document& slide, int id) {
+    build(slide);
+    const auto it = m_byId.find(id);
+    return it == m_byId.end() ? ShapeNode{} : shapeNodeOf(it->second);
+}
+
+void SlideShapes::forget() {
+    m_byId.clear();
+    m_extensions = pugi::xml_node();
+    m_built = false;
 }
 
 QString shapeName(pugi::xml_node element) {
@@ -191,21 +234,17 @@ void setPosition(const ShapeNode& shape, float left, float top) {
     set("y", top, p.offsetY, p.scaleY);
 }
 
-int nextShapeId(const pugi::xml_document& slide) {
-    long long best = 0;
-    maxNumericId(slide, best);
-    return static_cast<int>(std::min<long long>(best + 1, 2147483647));
-}
-
-pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, float width,
-                          float height) {
+pugi::xml_node SlideShapes::addTextbox(pugi::xml_document& slide, float left, float top,
+                                       float width, float height) {
+    build(slide);
     pugi::xml_node tree = shapeTree(slide);
-    const int id = nextShapeId(slide);
+    if (!tree) return {};
+    const int id = static_cast<int>(std::min<long long>(m_nextId, 2147483647));
+    m_nextId = std::max<long long>(m_nextId, id + 1ll);
     const std::string p = prefixOf(tree);
-    // On top of the others, but before the tree's extension list, which must stay last.
-    pugi::xml_node ext = child(tree, "extLst");
-    pugi::xml_node sp = ext ? tree.insert_child_before((p + "sp").c_str(), ext)
-                            : tree.append_child((p + "sp").c_str());
+    pugi::xml_node sp = m_extensions ? tree.insert_child_before((p + "sp").c_str(), m_extensions)
+                                     : tree.append_child((p + "sp").c_str());
+    m_byId.emplace(id, sp);
     const std::string name = "TextBox " + std::to_string(id - 1);
     pugi::xml_node nv = sp.append_child((p + "nvSpPr").c_str());
     pugi::xml_node cNvPr = nv.append_child((p + "cNvPr").c_str());
@@ -246,33 +285,6 @@ void setFollowsText(pugi::xml_node txBody, bool on) {
     if (!bodyPr) bodyPr = txBody.prepend_child((prefixOf(txBody.first_child()) + "bodyPr").c_str());
     removeChildren(bodyPr, {"noAutofit", "normAutofit", "spAutoFit"});
     ensureChild(bodyPr, on ? "spAutoFit" : "noAutofit", prefixOf(bodyPr), kBodyPropertiesOrder);
-}
-
-void fitToText(const ShapeNode& shape, const DeckStyles& styles) {
-    const pugi::xml_node txBody = textBodyOf(shape.element);
-    if (!followsText(txBody)) return;
-    const pugi::xml_node bodyPr = child(txBody, "bodyPr");
-    const double left = inset(bodyPr, "lIns", 91440), right = inset(bodyPr, "rIns", 91440);
-    const double top = inset(bodyPr, "tIns", 45720), bottom = inset(bodyPr, "bIns", 45720);
-    const bool wraps = std::string(bodyPr.attribute("wrap").value()) != "none";
-    const Box box = geometry(shape);
-    const double room = std::max(1.0, static_cast<double>(box.width) - left - right);
-    TextBody body(txBody);
-    const std::vector<QString> paragraphs = body.paragraphs();
-    const std::vector<int> starts = body.paragraphStarts();
-    double height = top + bottom, widest = 0;
-    for (std::size_t i = 0; i < paragraphs.size(); ++i) {
-        const double size = resolveFont(body.propertiesAt(starts[i]), txBody, styles).size;
-        for (const QString& line : paragraphs[i].split(QChar('\v'))) {
-            double extent = 0;
-            for (QChar c : line) extent += advance(c, size);
-            widest = std::max(widest, extent);
-            const double lines = wraps ? std::max(1.0, std::ceil(extent / room)) : 1.0;
-            height += lines * 1.2 * size;
-        }
-    }
-    setHeight(shape, static_cast<float>(height));
-    if (!wraps) setWidth(shape, static_cast<float>(widest + left + right));
 }
 
 }  // namespace minihost

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The shapes of one slide part: listing them (group members included, with their position on
-// the slide), their geometry in points, new text boxes, and the height of a frame that follows
-// its text.
+// the slide), their geometry in points, new text boxes, and whether a frame follows its text.
 #pragma once
 
 #include <QString>
 #include <pugixml.hpp>
+#include <unordered_map>
 #include <vector>
-
-#include "minihost/slxcore/runformat_p.h"
 
 namespace minihost {
 
@@ -28,10 +26,33 @@ struct ShapeNode {
 // The slide's spTree (an empty node when the part has none).
 pugi::xml_node shapeTree(const pugi::xml_document& slide);
 // Every shape in document (z) order; a group comes before its members. Shapes inside
-// mc:AlternateContent are not listed (they are kept untouched).
+// mc:AlternateContent are not listed (they are kept untouched). Groups are walked with a stack
+// of their own, so no nesting of them can exhaust the program's.
 std::vector<ShapeNode> listShapes(pugi::xml_node tree);
-// The shape with id `id`, or one with an empty element.
-ShapeNode findShape(pugi::xml_node tree, int id);
+
+// The shapes of one slide part, found by id and added to, each in constant time however many
+// shapes the slide holds. What it knows of the part is read when first needed; forget() it when
+// shapes were removed or the part's XML was replaced.
+class SlideShapes {
+public:
+    // The first shape in z order with id `id` in `slide`, or one with an empty element.
+    ShapeNode find(const pugi::xml_document& slide, int id);
+    // Appends a text box on top of the others (before the tree's extension list, which must stay
+    // last): txBox="1", the box in EMU, one empty paragraph. Its id is one more than the largest
+    // numeric id anywhere in the part (attributes named "id"), at most 2147483647. Returns its
+    // element, or an empty one when the part has no shape tree.
+    pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, float width,
+                              float height);
+    void forget();
+
+private:
+    void build(const pugi::xml_document& slide);
+
+    bool m_built = false;
+    std::unordered_map<int, pugi::xml_node> m_byId;
+    pugi::xml_node m_extensions;  // the tree's first extLst, before which new shapes go
+    long long m_nextId = 0;
+};
 
 QString shapeName(pugi::xml_node element);
 // p:cNvPr/@id of a shape's element (0 when it has none).
@@ -55,18 +76,8 @@ pugi::xml_node transformOf(pugi::xml_node element);
 pugi::xml_node nonVisual(pugi::xml_node element);
 void setHeight(const ShapeNode& shape, float points);
 
-// One more than the largest numeric id anywhere in the part.
-int nextShapeId(const pugi::xml_document& slide);
-// Appends a text box on top of the others: a fresh id, txBox="1", the box in EMU, one empty
-// paragraph. Returns its element.
-pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, float width,
-                          float height);
-
 // Whether the shape follows its text (a:spAutoFit), and switching it.
 bool followsText(pugi::xml_node txBody);
 void setFollowsText(pugi::xml_node txBody, bool on);
-// Resizes a shape that follows its text to an estimate of the text's extent: lines of 1.2 times
-// the font size plus the insets; with wrap="none" the width follows the longest line too.
-void fitToText(const ShapeNode& shape, const DeckStyles& styles);
 
 }  // namespace minihost

@@ -77,7 +77,7 @@ void DeckCore::aboutToEdit(int slide, int shapeId) {
         std::set<int>& shapes = step->shapes[slide];
         if (shapeId) shapes.insert(shapeId);
     }
-    slides[slide]->edited = true;
+    willChange(slide);
 }
 
 void DeckCore::announce(UndoStep& step) {

@@ -15,6 +15,7 @@
 
 #include "Utf16.h"
 
+using zphonetic::tagger::printable;
 using zphonetic::tagger::toUtf16;
 using zphonetic::tagger::toUtf8;
 
@@ -31,6 +32,7 @@ constexpr char kUsage[] =
     "  --dict-dir DIR    directory of Pinyin.dic, firrule.dic, secrule.dic (default:\n"
     "                    ../share/zphonetic/dict beside this program)\n"
     "  --help, --version\n"
+    "Control characters of the text are printed as escapes (\\x1b).\n"
     "Exit status: 0 done, 1 the library or its dictionaries could not be loaded, 2 bad usage.\n";
 
 using LoadFn = int (*)(void*);
@@ -118,7 +120,8 @@ int main(int argc, char** argv) {
         } else if ((arg == "--library" || arg == "--dict-dir") && i + 1 < argc) {
             (arg == "--library" ? libraryPath : dictDir) = argv[++i];
         } else if (arg.rfind("--", 0) == 0) {
-            std::fprintf(stderr, "pinyin-tag: unknown option \"%s\"\n%s", arg.c_str(), kUsage);
+            std::fprintf(stderr, "pinyin-tag: unknown option \"%s\"\n%s", printable(arg).c_str(),
+                         kUsage);
             return 2;
         } else {
             texts.push_back(arg);
@@ -129,7 +132,7 @@ int main(int argc, char** argv) {
     try {
         lib = load(libraryPath, dictDir);
     } catch (const std::exception& e) {
-        std::fprintf(stderr, "pinyin-tag: %s\n", e.what());
+        std::fprintf(stderr, "pinyin-tag: %s\n", printable(e.what()).c_str());
         return 1;
     }
     int status = 0;
@@ -141,7 +144,7 @@ int main(int argc, char** argv) {
                 std::fprintf(stderr, "pinyin-tag: %s\n", error.c_str());
                 status = 1;
             }
-            std::cout << out << '\n';
+            std::cout << printable(out) << '\n';
             return;
         }
         // One call per character: a text of one character answers all its readings.
@@ -151,7 +154,7 @@ int main(int argc, char** argv) {
                 std::fprintf(stderr, "pinyin-tag: %s\n", error.c_str());
                 status = 1;
             }
-            std::cout << piece << '\n';
+            std::cout << printable(piece) << '\n';
         }
     };
     if (!texts.empty()) {

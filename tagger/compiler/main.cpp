@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 // pinyin-dictc: compiles the tagging library's dictionaries from their text sources.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <map>
 #include <string>
 
 #include "CharDictionary.h"
 #include "RuleDictionary.h"
 #include "Sources.h"
+#include "Utf16.h"
 #include "WordDictionary.h"
 #include "WordPatch.h"
 
@@ -28,15 +33,27 @@ constexpr char kUsage[] =
     "before it, a 儿 that --pinyin-pro reads light after a word's first character becomes r.\n";
 
 void writeFile(const std::string& path, const std::vector<uint8_t>& bytes) {
-    // Written beside the target and renamed, so a failed run never leaves half a dictionary.
-    const std::string tmp = path + ".tmp";
-    {
-        std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-        if (!out.flush()) throw FormatError(tmp + ": cannot write");
+    // Written beside the target and renamed, so a failed run never leaves half a dictionary. The
+    // temporary file is made new under a name nobody could foresee (mkstemp: O_CREAT | O_EXCL),
+    // so a link planted where it goes is never followed.
+    std::string tmp = path + ".XXXXXX";
+    const int fd = ::mkstemp(tmp.data());
+    if (fd < 0) throw FormatError(path + ": cannot make a temporary file: " + std::strerror(errno));
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    bool written = ::fchmod(fd, 0666 & ~mask) == 0;
+    for (size_t done = 0; written && done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        written = n > 0;
+        done += written ? static_cast<size_t>(n) : 0;
     }
-    if (std::rename(tmp.c_str(), path.c_str()) != 0) throw FormatError(path + ": cannot rename");
+    written = ::close(fd) == 0 && written;
+    if (!written || std::rename(tmp.c_str(), path.c_str()) != 0) {
+        const std::string problem = written ? ": cannot rename" : ": cannot write";
+        ::unlink(tmp.c_str());
+        throw FormatError((written ? path : tmp) + problem);
+    }
 }
 
 // Parses a source file; errors from inside its text get the file's path in front.
@@ -64,7 +81,8 @@ int main(int argc, char** argv) {
         if (i + 1 >= argc ||
             (key != "--pinyin-data" && key != "--unihan" && key != "--pinyin-pro" &&
              key != "--text" && key != "--patch" && key != "-o")) {
-            std::fprintf(stderr, "pinyin-dictc: unexpected argument \"%s\"\n%s", argv[i], kUsage);
+            std::fprintf(stderr, "pinyin-dictc: unexpected argument \"%s\"\n%s",
+                         printable(argv[i]).c_str(), kUsage);
             return 2;
         }
         if (key == "--text") texts.push_back(argv[i + 1]);
@@ -120,13 +138,13 @@ int main(int argc, char** argv) {
             }
             bytes = compileRules(rules);
         } else {
-            std::fprintf(stderr, "pinyin-dictc: wrong sources for \"%s\"\n%s", kind.c_str(),
-                         kUsage);
+            std::fprintf(stderr, "pinyin-dictc: wrong sources for \"%s\"\n%s",
+                         printable(kind).c_str(), kUsage);
             return 2;
         }
         writeFile(options["-o"], bytes);
     } catch (const FormatError& e) {
-        std::fprintf(stderr, "pinyin-dictc: %s\n", e.what());
+        std::fprintf(stderr, "pinyin-dictc: %s\n", printable(e.what()).c_str());
         return 1;
     }
     return 0;

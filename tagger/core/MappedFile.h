@@ -10,7 +10,8 @@ namespace zphonetic::tagger {
 // A whole file mapped read-only into memory; unmapped when destroyed.
 class MappedFile {
 public:
-    // Throws FormatError("<path>: <reason>") when the file cannot be opened or mapped.
+    // Throws FormatError("<path>: <reason>") when the file cannot be opened or mapped, or is not
+    // a regular file ("<path>: not a regular file"); a FIFO or device is refused without waiting.
     explicit MappedFile(const std::string& path);
     ~MappedFile();
     MappedFile(const MappedFile&) = delete;

@@ -2,6 +2,7 @@
 #include "Utf16.h"
 
 #include <cstdint>
+#include <cstdio>
 
 namespace zphonetic::tagger {
 namespace {
@@ -114,6 +115,25 @@ std::string toUtf8(std::u16string_view in) {
         appendUtf8(out, cp);
     }
     return out;
+}
+
+std::string printable(std::string_view utf8) {
+    const std::u16string text = toUtf16(utf8);
+    std::u16string out;
+    out.reserve(text.size());
+    for (const char16_t c : text) {
+        const bool control = c < 0x20 || (c >= 0x7F && c <= 0x9F);
+        const bool reorders = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+        if (!control && !reorders) {
+            out.push_back(c);
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, control ? "\\x%02x" : "\\u%04x",
+                      static_cast<unsigned>(c));
+        for (const char* p = escape; *p; ++p) out.push_back(static_cast<char16_t>(*p));
+    }
+    return toUtf8(out);
 }
 
 }  // namespace zphonetic::tagger

@@ -15,4 +15,10 @@ bool isUtf8(std::string_view bytes);
 // Converts UTF-16 to UTF-8. Unpaired surrogates become U+FFFD.
 std::string toUtf8(std::u16string_view utf16);
 
+// UTF-8 text made safe to print on a terminal: control characters (C0, DEL, C1) written as
+// "\x1b" and the characters that reorder what follows them (bidirectional embeddings, overrides
+// and isolates) as "\u202e", so that a text from a file can neither move the cursor, clear the
+// screen, set the clipboard nor disguise itself. Invalid bytes become U+FFFD.
+std::string printable(std::string_view utf8);
+
 }  // namespace zphonetic::tagger

@@ -7,6 +7,7 @@
 #include "CharDictionary.h"
 #include "MappedFile.h"
 #include "RuleDictionary.h"
+#include "Utf16.h"
 #include "WordDictionary.h"
 
 using namespace zphonetic::tagger;
@@ -43,9 +44,8 @@ int main(int argc, char** argv) {
         return std::fflush(stdout) == 0 ? 0 : 1;
     } catch (const FormatError& e) {
         const std::string what = e.what();
-        std::fprintf(stderr, "pinyin-dictdump: %s%s%s\n",
-                     what.rfind(path, 0) == 0 ? "" : path.c_str(),
-                     what.rfind(path, 0) == 0 ? "" : ": ", what.c_str());
+        const std::string message = what.rfind(path, 0) == 0 ? what : path + ": " + what;
+        std::fprintf(stderr, "pinyin-dictdump: %s\n", printable(message).c_str());
         return 1;
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // zphonetic show: the listing of a deck, and its errors.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QProcess>
@@ -86,6 +87,59 @@ TEST(Show, ErrorsNameTheFileAndExitNonZero) {
     EXPECT_EQ(c.status, 1);
     EXPECT_EQ(c.err, QStringLiteral("zphonetic: ") + dir.filePath(QStringLiteral("absent.pptx")) +
                          QStringLiteral(": cannot be opened (No such file or directory)\n"));
+}
+
+// A deck's text, names and relationship targets, and the file's own name, reach the terminal with
+// their control characters (and the characters that reorder a line) escaped: a deck can neither
+// clear the screen nor set the clipboard through the listing or an error.
+TEST(Show, ControlCharactersOfTheDeckAndItsNameAreEscaped) {
+    QTemporaryDir dir;
+    const QByteArray shape =
+        "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"N\x1b[31m\"/><p:cNvSpPr txBox=\"1\"/><p:nvPr/>"
+        "</p:nvSpPr><p:spPr/><p:txBody><a:bodyPr/><a:p><a:r><a:rPr lang=\"zh-CN\"><a:latin "
+        "typeface=\"F\x1b[2J\"/></a:rPr><a:t>\xe4\xb8\xad\x1b]52;c;aGk=\x07\xe2\x80\xae\\x1b</a:t>"
+        "</a:r></a:p></p:txBody></p:sp>";
+    const QString path = dir.filePath(QStringLiteral("a\x1b[2J.pptx"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(decktest::deckWithShapes(shape));
+    file.close();
+    const QString shown = dir.filePath(QStringLiteral("a\\x1b[2J.pptx"));
+    Captured c = run({path});
+    EXPECT_EQ(c.status, 0);
+    EXPECT_EQ(c.out, shown + QStringLiteral(
+                                 ": 1 slide, 960 x 540 pt\n"
+                                 "slide 1: 1 shape\n"
+                                 "  shape 2 \"N\\x1b[31m\" text box, placed by its layout\n"
+                                 "    text (18 units): \"中\\x1b]52;c;aGk=\\x07\\u202e\\\\x1b\"\n"
+                                 "    font: F\\x1b[2J 18 pt, colour #000000\n"));
+
+    decktest::Parts parts = decktest::blankParts();
+    QByteArray rels = decktest::partOf(parts, QStringLiteral("ppt/_rels/presentation.xml.rels"));
+    rels.replace("Target=\"slides/slide1.xml\"", "Target=\"../../\x1b]52;c;aGk=\x07\"");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(decktest::makeZip(
+        decktest::replaced(parts, QStringLiteral("ppt/_rels/presentation.xml.rels"), rels)));
+    file.close();
+    c = run({path});
+    EXPECT_EQ(c.status, 1);
+    EXPECT_EQ(c.err, QStringLiteral("zphonetic: ") + shown +
+                         QStringLiteral(": relationship target \"../../\\x1b]52;c;aGk=\\x07\" of "
+                                        "\"ppt/presentation.xml\" points outside the archive\n"));
+}
+
+// Only a regular file is read: a FIFO would block the open, a device never end.
+TEST(Show, AFifoOrADeviceIsRefusedAtOnce) {
+    QTemporaryDir dir;
+    const QString fifo = dir.filePath(QStringLiteral("deck.pptx"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    Captured c = run({fifo});
+    EXPECT_EQ(c.status, 1);
+    EXPECT_EQ(c.err,
+              QStringLiteral("zphonetic: ") + fifo + QStringLiteral(": not a regular file\n"));
+    c = run({QStringLiteral("/dev/zero")});
+    EXPECT_EQ(c.status, 1);
+    EXPECT_EQ(c.err, QStringLiteral("zphonetic: /dev/zero: not a regular file\n"));
 }
 
 }  // namespace

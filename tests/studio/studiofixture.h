@@ -18,7 +18,6 @@
 #include <QToolButton>
 #include <memory>
 
-#include "framelayout.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"

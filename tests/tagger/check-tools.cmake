@@ -119,3 +119,47 @@ execute_process(COMMAND ${TAG} --dict-dir ${WORK_DIR}/nowhere 行 ERROR_VARIABLE
 if(NOT rc EQUAL 1)
     message(FATAL_ERROR "pinyin-tag without dictionaries exited ${rc}: ${err}")
 endif()
+
+# The compiler's temporary file is made new beside the target: a link planted where a
+# predictable temporary name (or the target itself) would be is never written through, and
+# nothing is left behind.
+file(MAKE_DIRECTORY ${WORK_DIR}/planted)
+file(WRITE ${WORK_DIR}/victim.txt "precious\n")
+file(CREATE_LINK ${WORK_DIR}/victim.txt ${WORK_DIR}/planted/rules.dic.tmp SYMBOLIC)
+file(CREATE_LINK ${WORK_DIR}/victim.txt ${WORK_DIR}/planted/linked.dic SYMBOLIC)
+run(${DICTC} rules --text ${SOURCE_DIR}/tagger/data/secrule.txt -o ${WORK_DIR}/planted/rules.dic)
+run(${DICTC} rules --text ${SOURCE_DIR}/tagger/data/secrule.txt -o ${WORK_DIR}/planted/linked.dic)
+file(READ ${WORK_DIR}/victim.txt victim)
+if(NOT victim STREQUAL "precious\n" OR IS_SYMLINK ${WORK_DIR}/planted/linked.dic)
+    message(FATAL_ERROR "pinyin-dictc wrote through a planted link")
+endif()
+file(GLOB left RELATIVE ${WORK_DIR}/planted ${WORK_DIR}/planted/*)
+list(SORT left)
+if(NOT left STREQUAL "linked.dic;rules.dic;rules.dic.tmp")
+    message(FATAL_ERROR "pinyin-dictc left '${left}'")
+endif()
+
+# A dictionary that is a FIFO is refused at once (opening it must not wait for a writer).
+file(MAKE_DIRECTORY ${WORK_DIR}/fifo)
+foreach(file Pinyin.dic firrule.dic)
+    file(CREATE_LINK ${DICT_DIR}/${file} ${WORK_DIR}/fifo/${file} SYMBOLIC)
+endforeach()
+file(REMOVE ${WORK_DIR}/fifo/secrule.dic)
+execute_process(COMMAND mkfifo ${WORK_DIR}/fifo/secrule.dic)
+execute_process(COMMAND ${TAG} --dict-dir ${WORK_DIR}/fifo 行 ERROR_VARIABLE err
+                RESULT_VARIABLE rc TIMEOUT 20)
+if(NOT rc EQUAL 1 OR NOT err MATCHES "secrule.dic: not a regular file\n")
+    message(FATAL_ERROR "pinyin-tag with a FIFO for a dictionary: ${rc}: ${err}")
+endif()
+
+# Control characters reach the terminal as escapes, in answers and in errors.
+string(ASCII 27 escape)
+execute_process(COMMAND ${TAG} "银${escape}[2J行" OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0 OR NOT out STREQUAL "银/yín\\x1b/[/2/J/行/xíng\n")
+    message(FATAL_ERROR "pinyin-tag printed '${out}' (${rc})")
+endif()
+execute_process(COMMAND ${TAG} --dict-dir "${WORK_DIR}/no${escape}]52;c;where" 行
+                ERROR_VARIABLE err RESULT_VARIABLE rc)
+if(NOT rc EQUAL 1 OR err MATCHES "${escape}" OR NOT err MATCHES "no\\\\x1b\\]52;c;where")
+    message(FATAL_ERROR "pinyin-tag printed the error '${err}' (${rc})")
+endif()

@@ -11,6 +11,7 @@
 #include "deckhost.h"
 #include "deckselection.h"
 #include "dialogbridge.h"
+#include "minihost/nvo/printable.h"
 #include "minihost/slxcore/deck.h"
 #include "placement.h"
 #include "subcommands.h"
@@ -198,6 +199,7 @@ int runApply(const QStringList& arguments) {
     if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
     for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide()))
         if (shape.hasTextFrame)
-            std::printf("shape %d: %s\n", shape.id, shape.text.toUtf8().constData());
+            std::printf("shape %d: %s\n", shape.id,
+                        minihost::printable(shape.text).toUtf8().constData());
     return 0;
 }

@@ -4,10 +4,12 @@
 #include <unistd.h>
 
 #include <QFileInfo>
+#include <QSet>
 #include <cstdio>
 
 #include "deckhost.h"
 #include "deckselection.h"
+#include "minihost/nvo/printable.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "placement.h"
@@ -133,8 +135,8 @@ public:
     QString runOnCurrentSlide() {
         minihost::Deck& deck = m_host.deck();
         const int slide = deck.currentSlide();
-        QList<int> before;
-        for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
+        QSet<int> before;
+        for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before.insert(shape.id);
         // The selected texts the add-on reads, in the order it makes their boxes.
         const QList<int> sources = minihost::readingSources(deck);
         m_chineseSelections += sources.isEmpty() ? 0 : 1;
@@ -150,7 +152,7 @@ public:
         for (const minihost::MadeBox& box : made) {
             ++m_boxes;
             std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
-                        deck.text(slide, box.box).toUtf8().constData());
+                        minihost::printable(deck.text(slide, box.box)).toUtf8().constData());
         }
         // The add-on must give back every object it took; say so when it did not.
         if (minihost::liveObjectCount() != 0) {
@@ -231,8 +233,9 @@ int runCommands(DeckHost& host, const Options& options) {
 
     QString error;
     if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
-    std::printf("wrote %s: %d new text %s on %d %s\n", options.output.toUtf8().constData(),
-                run.boxes(), run.boxes() == 1 ? "box" : "boxes", run.commands(),
+    std::printf("wrote %s: %d new text %s on %d %s\n",
+                minihost::printable(options.output).toUtf8().constData(), run.boxes(),
+                run.boxes() == 1 ? "box" : "boxes", run.commands(),
                 run.commands() == 1 ? "slide" : "slides");
     return run.leaked() ? 1 : 0;
 }

@@ -9,6 +9,7 @@
 #include "deckhost.h"
 #include "dialogbridge.h"
 #include "minihost/nvo/addonmodule.h"
+#include "minihost/nvo/printable.h"
 #include "subcommands.h"
 #include "tonesoption.h"
 
@@ -65,7 +66,9 @@ int runReadings(const QStringList& givenArguments) {
     if (!dialog.call(QStringLiteral("getPhoneticText"), {{QStringLiteral("text"), text}}, &reply))
         return reportError(QStringLiteral("add-on"), dialog.errorString());
     if (json) {
-        std::fputs(reply.toUtf8().constData(), stdout);
+        // Control characters are escaped in JSON strings already; this catches the reordering
+        // ones, whose escapes mean the same to a JSON reader.
+        std::fputs(minihost::printable(reply).toUtf8().constData(), stdout);
         return 0;
     }
     const QJsonObject document = QJsonDocument::fromJson(reply.toUtf8()).object();
@@ -84,9 +87,13 @@ int runReadings(const QStringList& givenArguments) {
         for (const QJsonValue& candidate : entry.value(QStringLiteral("duyin")).toArray())
             candidates << candidate.toString();
         std::printf("%d\t%s\t%s\t%s\n", entry.value(QStringLiteral("index")).toInt(),
-                    entry.value(QStringLiteral("text")).toString().toUtf8().constData(),
-                    shown(entry.value(QStringLiteral("pinyin")).toString()).toUtf8().constData(),
-                    candidates.join(QLatin1Char(' ')).toUtf8().constData());
+                    minihost::printable(entry.value(QStringLiteral("text")).toString())
+                        .toUtf8()
+                        .constData(),
+                    minihost::printable(shown(entry.value(QStringLiteral("pinyin")).toString()))
+                        .toUtf8()
+                        .constData(),
+                    minihost::printable(candidates.join(QLatin1Char(' '))).toUtf8().constData());
     }
     return 0;
 }

@@ -3,13 +3,15 @@
 #include <QTextStream>
 #include <cstdio>
 
+#include "minihost/nvo/printable.h"
 #include "minihost/slxcore/deck.h"
 #include "subcommands.h"
 
 namespace {
 
 // Paragraph and line breaks written as \r and \v, so every unit of the text stays visible and
-// positions can be counted off the listing.
+// positions can be counted off the listing; every other control character as \x1b (a text must
+// not drive the terminal), after backslashes are doubled, so that an escape is never text.
 QString visible(const QString& text) {
     QString out;
     for (QChar c : text) {
@@ -22,7 +24,7 @@ QString visible(const QString& text) {
         else
             out += c;
     }
-    return out;
+    return minihost::printable(out);
 }
 
 QString number(double value) {
@@ -48,9 +50,9 @@ int runShow(const QStringList& args) {
     if (!deck) return reportFileError(args.first(), error);
     QTextStream out(stdout);
     const int slides = deck->slideCount();
-    out << args.first() << ": " << slides << (slides == 1 ? " slide" : " slides") << ", "
-        << number(deck->slideSize().width()) << " x " << number(deck->slideSize().height())
-        << " pt\n";
+    out << minihost::printable(args.first()) << ": " << slides
+        << (slides == 1 ? " slide" : " slides") << ", " << number(deck->slideSize().width())
+        << " x " << number(deck->slideSize().height()) << " pt\n";
     for (int slide = 1; slide <= slides; ++slide) {
         const QList<minihost::ShapeInfo> shapes = deck->shapes(slide);
         out << "slide " << slide << ": " << shapes.size()
@@ -67,8 +69,8 @@ int runShow(const QStringList& args) {
             if (!shape.hasTextFrame) continue;
             out << "    text (" << shape.text.size() << " units): \"" << visible(shape.text)
                 << "\"\n";
-            out << "    font: " << shape.fontName << ' ' << number(shape.fontSize) << " pt"
-                << (shape.bold ? " bold" : "") << ", colour #"
+            out << "    font: " << minihost::printable(shape.fontName) << ' '
+                << number(shape.fontSize) << " pt" << (shape.bold ? " bold" : "") << ", colour #"
                 << QStringLiteral("%1").arg(shape.rgb, 6, 16, QLatin1Char('0')).toUpper() << '\n';
         }
     }

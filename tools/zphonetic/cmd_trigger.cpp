@@ -6,6 +6,7 @@
 
 #include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostcontrol.h"
+#include "minihost/nvo/printable.h"
 #include "nvo/ribbon.h"
 #include "subcommands.h"
 
@@ -62,9 +63,10 @@ int runTrigger(const QStringList& arguments) {
     minihost::setCurrentMainWindow(nullptr);
 
     for (const UsageEvent& event : minihost::usageEvents()) {
-        std::printf("usage event: %s", event.name.toUtf8().constData());
+        std::printf("usage event: %s", minihost::printable(event.name).toUtf8().constData());
         for (auto it = event.parameters.cbegin(); it != event.parameters.cend(); ++it)
-            std::printf(" %s=%s", it.key().toUtf8().constData(), it.value().toUtf8().constData());
+            std::printf(" %s=%s", minihost::printable(it.key()).toUtf8().constData(),
+                        minihost::printable(it.value()).toUtf8().constData());
         std::printf("\n");
     }
     return 0;

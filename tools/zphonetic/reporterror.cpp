@@ -3,9 +3,13 @@
 
 #include <cstdio>
 
+#include "minihost/nvo/printable.h"
+
 int reportError(const QString& subject, const QString& what) {
-    std::fprintf(stderr, "zphonetic: %s: %s\n", subject.toLocal8Bit().constData(),
-                 what.toLocal8Bit().constData());
+    // The subject and what is wrong may quote a file: its name, a part, a relationship target.
+    std::fprintf(stderr, "zphonetic: %s: %s\n",
+                 minihost::printable(subject).toLocal8Bit().constData(),
+                 minihost::printable(what).toLocal8Bit().constData());
     return 1;
 }
 

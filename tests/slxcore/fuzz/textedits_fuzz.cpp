@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "fuzzinput.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "omhelpers.h"
@@ -40,13 +41,8 @@ const QByteArray& original(int* id) {
     return bytes;
 }
 
-// Reads the fuzz input a byte at a time, zero when it runs out.
-struct Reader {
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t at = 0;
-    bool more() const { return at < size; }
-    int next() { return at < size ? data[at++] : 0; }
+// The fuzz input, with texts made of a few units that matter to positions.
+struct Reader : FuzzInput {
     QString text() {
         static const QChar kUnits[] = {u'a', u'汉', u'字', u' ', u'\r', u'\v', u'Z', u'。'};
         QString value;

@@ -91,7 +91,7 @@ TEST(SlideRenderer, LinesBreakWhereLibreOfficeBreaksThem) {
         QStringLiteral("床（chuáng）前（qián）明（míng）月（yuè）光，疑是地上霜。");
     ASSERT_GT(deck->replaceText(1, 3, 0, 12, line, QStringLiteral("typing")), 0);
     const zstudio::SlideScene scene(*deck, 1);
-    const zstudio::FrameLayout* text = scene.text(3);
+    const minihost::TextLayout* text = scene.text(3);
     ASSERT_TRUE(text);
     const int shang = static_cast<int>(line.indexOf(QStringLiteral("上霜")));
     EXPECT_EQ(text->lineStart(shang), shang);

@@ -7,6 +7,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "hostiledecks.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "slidethumbnails.h"
@@ -76,6 +77,37 @@ TEST(SlideThumbnails, OnePerSlideAClickMakesItCurrent) {
     EXPECT_EQ(list->count(), 0);
     deck.reset();
     EXPECT_EQ(minihost::liveObjectCount(), 0);
+}
+
+// A picture is decoded once, at the size the slide view draws it, and the thumbnail draws the
+// same decoded picture smaller: a picture of 6000 x 6000 pixels takes the memory of what is seen.
+TEST(SlideThumbnails, ShareTheSlideViewsDecodedPictures) {
+    const QString part = QStringLiteral("ppt/media/image1.png");
+    QString error;
+    auto deck = Deck::load(hostile::deck({{hostile::slideXml(hostile::picture(2, "rId2")), {part}}},
+                                         {{part, hostile::greyPng(6000, 6000, 9)}}),
+                           QStringLiteral("picture.pptx"), &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    SlideView view;
+    view.resize(960, 540);
+    view.setDeck(deck.get());
+    view.grab();
+    SlideThumbnails thumbnails;
+    thumbnails.resize(240, 600);
+    thumbnails.setDeck(deck.get());
+    thumbnails.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&thumbnails));
+    for (int turns = 0; thumbnails.pending() > 0 && turns < 1000; ++turns) QTest::qWait(1);
+    ASSERT_EQ(thumbnails.pending(), 0);
+    const auto pictures = deck->pictures();
+    EXPECT_EQ(pictures->decodes(), 1);
+    // What is kept is the size the view drew it at: its 4 x 3 inches at under a pixel a point.
+    const QImage kept = pictures->picture(part, QSize(1, 1));
+    EXPECT_LE(kept.width(), 288);
+    EXPECT_LE(kept.height(), 216);
+    EXPECT_GT(kept.width(), 160);
+    thumbnails.setDeck(nullptr);
+    view.setDeck(nullptr);
 }
 
 }  // namespace

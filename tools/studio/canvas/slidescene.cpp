@@ -60,17 +60,12 @@ void paintPlaceOf(QPainter& painter, const minihost::DrawnShape& shape, const QR
 }  // namespace
 
 SlideScene::SlideScene(const minihost::Deck& deck, int slide)
-    : m_size(deck.slideSize()), m_drawing(deck.drawing(slide)) {
+    : m_size(deck.slideSize()), m_drawing(deck.drawing(slide)), m_pictures(deck.pictures()) {
     for (const minihost::DrawnShape& shape : m_drawing.shapes)
-        if (shape.hasText && shape.boxKnown)
-            m_text[shape.id] = std::make_unique<FrameLayout>(shape);
+        if (shape.hasText && shape.boxKnown) m_text.emplace(shape.id, minihost::TextLayout(shape));
     for (int i = 0; i < m_drawing.behind.size(); ++i)
         if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
-            m_behindText[i] = std::make_unique<FrameLayout>(m_drawing.behind[i]);
-    for (const auto* list : {&m_drawing.behind, &m_drawing.shapes})
-        for (const minihost::DrawnShape& shape : *list)
-            if (!shape.picture.isEmpty())
-                m_images[shape.picture.constData()] = QImage::fromData(shape.picture);
+            m_behindText.emplace(i, minihost::TextLayout(m_drawing.behind[i]));
 }
 
 QTransform SlideScene::toTarget(const QRectF& target) const {
@@ -88,7 +83,7 @@ void SlideScene::paint(QPainter& painter, int textShape, int selStart, int selLe
     painter.fillRect(QRectF(QPointF(), m_size), QColor::fromRgb(m_drawing.background));
     for (int i = 0; i < m_drawing.behind.size(); ++i) {
         const auto text = m_behindText.find(i);
-        const FrameLayout* layout = text == m_behindText.end() ? nullptr : text->second.get();
+        const minihost::TextLayout* layout = text == m_behindText.end() ? nullptr : &text->second;
         const minihost::DrawnShape& shape = m_drawing.behind[i];
         paintShape(painter, shape, layout ? layout->box() : shape.box, layout, false, 0, 0);
     }
@@ -101,7 +96,7 @@ void SlideScene::paint(QPainter& painter, int textShape, int selStart, int selLe
 }
 
 void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape, const QRectF& box,
-                            const FrameLayout* text, bool ofSlide, int selStart,
+                            const minihost::TextLayout* text, bool ofSlide, int selStart,
                             int selLength) const {
     if (!shape.boxKnown || shape.kind == QLatin1String("group")) return;
     painter.save();
@@ -112,7 +107,9 @@ void SlideScene::paintShape(QPainter& painter, const minihost::DrawnShape& shape
         painter.translate(-box.center());
     }
     if (!shape.picture.isEmpty()) {
-        const QImage& image = m_images.at(shape.picture.constData());
+        // Decoded (once, shared by every view of the deck) at the size it is drawn here.
+        const QSize pixels = painter.deviceTransform().mapRect(box).size().toSize();
+        const QImage image = m_pictures->picture(shape.picture, pixels);
         if (image.isNull() && ofSlide)
             paintPlaceOf(painter, shape, box);
         else
@@ -150,7 +147,7 @@ const minihost::DrawnShape* SlideScene::shape(int id) const {
 }
 
 QRectF SlideScene::boxOf(int id) const {
-    if (const FrameLayout* layout = text(id)) return layout->box();
+    if (const minihost::TextLayout* layout = text(id)) return layout->box();
     const minihost::DrawnShape* s = shape(id);
     return s && s->boxKnown ? s->box : QRectF();
 }
@@ -165,9 +162,9 @@ int SlideScene::shapeAt(const QPointF& point) const {
     return 0;
 }
 
-const FrameLayout* SlideScene::text(int id) const {
+const minihost::TextLayout* SlideScene::text(int id) const {
     const auto it = m_text.find(id);
-    return it == m_text.end() ? nullptr : it->second.get();
+    return it == m_text.end() ? nullptr : &it->second;
 }
 
 }  // namespace zstudio

@@ -3,14 +3,13 @@
 // are, in points on the slide. A copy: the deck may change afterwards (make a new scene then).
 #pragma once
 
-#include <QImage>
 #include <QPainter>
 #include <QTransform>
 #include <map>
 #include <memory>
 
-#include "framelayout.h"
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/textlayout.h"
 
 namespace zstudio {
 
@@ -33,21 +32,21 @@ public:
     // The frontmost shape drawn at `point` (groups are not hit: their members are), or 0.
     int shapeAt(const QPointF& point) const;
     // The text layout of shape `id`, null when it has no text frame.
-    const FrameLayout* text(int id) const;
+    const minihost::TextLayout* text(int id) const;
 
 private:
     // `ofSlide`: a shape of the slide, whose place is outlined when it is not drawn (what the
     // master and layout do not draw stays invisible).
     void paintShape(QPainter& painter, const minihost::DrawnShape& shape, const QRectF& box,
-                    const FrameLayout* text, bool ofSlide, int selStart, int selLength) const;
+                    const minihost::TextLayout* text, bool ofSlide, int selStart,
+                    int selLength) const;
 
     QSizeF m_size;
     minihost::SlideDrawing m_drawing;
-    std::map<int, std::unique_ptr<FrameLayout>> m_text;
+    std::shared_ptr<minihost::PictureStore> m_pictures;
+    std::map<int, minihost::TextLayout> m_text;
     // The text of what the master and layout draw behind the slide, by index in `behind`.
-    std::map<int, std::unique_ptr<FrameLayout>> m_behindText;
-    // Pictures decoded once, by their media bytes' data (shared with the drawing).
-    std::map<const char*, QImage> m_images;
+    std::map<int, minihost::TextLayout> m_behindText;
 };
 
 }  // namespace zstudio

@@ -89,7 +89,7 @@ void SlideView::syncFromDeck() {
         return;
     }
     const minihost::Deck::TextSelection sel = m_deck->textSelection();
-    const zstudio::FrameLayout* layout = m_scene->text(sel.shapeId);
+    const minihost::TextLayout* layout = m_scene->text(sel.shapeId);
     if (!layout) {
         setTextMode(false);
         return;
@@ -179,7 +179,7 @@ void SlideView::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(kSelection, 1, Qt::DashLine));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(frame);
-        if (const zstudio::FrameLayout* layout = m_scene->text(m_textShape)) {
+        if (const minihost::TextLayout* layout = m_scene->text(m_textShape)) {
             painter.setPen(QPen(Qt::black, 1.5));
             painter.drawLine(toTarget.map(layout->cursorLine(m_caret)));
         }
@@ -379,7 +379,7 @@ void SlideView::copySelectedText() const {
 }
 
 bool SlideView::keyInText(QKeyEvent* event) {
-    const zstudio::FrameLayout* layout = m_scene->text(m_textShape);
+    const minihost::TextLayout* layout = m_scene->text(m_textShape);
     if (!layout) return false;
     const QString text = m_deck->text(m_slide, m_textShape);
     const bool extend = event->modifiers() & Qt::ShiftModifier;
@@ -478,7 +478,7 @@ bool SlideView::keyOnShapes(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_F2:
-            if (const zstudio::FrameLayout* layout =
+            if (const minihost::TextLayout* layout =
                     selected.size() == 1 ? m_scene->text(selected.first()) : nullptr) {
                 m_textShape = selected.first();
                 m_anchor = 0;
@@ -518,7 +518,7 @@ void SlideView::inputMethodEvent(QInputMethodEvent* event) {
 
 QVariant SlideView::inputMethodQuery(Qt::InputMethodQuery query) const {
     if (query == Qt::ImCursorRectangle && m_textMode && m_scene)
-        if (const zstudio::FrameLayout* layout = m_scene->text(m_textShape)) {
+        if (const minihost::TextLayout* layout = m_scene->text(m_textShape)) {
             const QLineF line = m_scene->toTarget(slideRect()).map(layout->cursorLine(m_caret));
             return QRectF(line.p1(), line.p2() + QPointF(1, 0)).toRect();
         }

@@ -13,10 +13,11 @@
 namespace minihost {
 
 // Feature state: what was set here, else the host setting "features/taggingLibrary" (for
-// ZFeatureTaggingLibrary), else on for ZFeatureTaggingLibrary and off for any other.
+// ZFeatureTaggingLibrary), else on for ZFeatureTaggingLibrary and off for any other. The setting
+// is read once, and again after this process wrote a setting or reset the features.
 ZHOST_API void setFeatureState(std::uint32_t featureId, bool on);
 ZHOST_API bool featureState(std::uint32_t featureId);
-// Forgets what was set for every feature.
+// Forgets what was set for every feature, and what was read of the settings.
 ZHOST_API void resetFeatureStates();
 
 // A directory as _nvo_GetDirInfo reports it, exactly as given (a trailing separator is kept).

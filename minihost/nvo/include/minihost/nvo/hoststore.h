@@ -32,5 +32,8 @@ ZHOST_API QString commonSettingsPath();
 ZHOST_API QVariant hostSetting(const QString& key);
 // Writes a host setting; an invalid `value` removes it. The file is written at once.
 ZHOST_API void setHostSetting(const QString& key, const QVariant& value);
+// How many settings this process has written so far: what the host keeps of a setting it reads
+// often is read again when this changed.
+unsigned hostSettingChanges();
 
 }  // namespace minihost
