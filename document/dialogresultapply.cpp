@@ -32,7 +32,6 @@ constexpr unsigned kPerCharBracketMask = (1u << 1) | (1u << 2) | (1u << 4) | (1u
 constexpr int kBoldBracketType = 3;
 constexpr int kNoBracketType = 6;
 constexpr int kReadingsAboveTop = kReadingBoxTop - 30;  // above the characters' box
-constexpr int kMaxWidth = 850;
 
 QString bracketed(const QString& text, const char16_t (&pair)[2]) {
     QString result;
@@ -189,8 +188,8 @@ void ZPhoneticSymbolModel::applyPhoneticItems(const QVector<PhoneticItem>& items
                     insertPerCharReadings(box.range.get(), items, bracketType, style);
                 if (box.shape) {
                     const int width = 12 * written + 24 * chars.size();
-                    box.shape->put_Width(
-                        static_cast<float>(width >= kMaxWidth + 1 ? kMaxWidth : width));
+                    box.shape->put_Width(static_cast<float>(
+                        width >= kReadingBoxMaxWidth + 1 ? kReadingBoxMaxWidth : width));
                 }
                 if (box.frame) box.frame->put_AutoSize(1);
                 if (box.shape) box.shape->Select(-1);

@@ -53,13 +53,16 @@ void applyTextStyle(slxoldapi::TextRange* range, const TextStyle* style);
 // of the dialog's own-box layout without a target 30 points higher.
 constexpr int kReadingBoxLeft = 400;
 constexpr int kReadingBoxTop = 250;
+// The widest a box of readings is made, in points: a width of 851 or more is cut to this.
+constexpr int kReadingBoxMaxWidth = 850;
 
 // A new text box holding `text` on the active view's slide at (`left`, `top`), (length + 1) x
-// `charWidth` points wide but at most 850 (a product of 851 or more gives 850), 700 high. With
-// `style`, the empty box's range is formatted before the text goes in. Returns 1 and hands the
-// shape to `*out` (the caller releases it), or 0: for a null `coreApp` or `out` or an empty
-// `text` without any object-model call; when the box cannot be made; and when its frame or range
-// cannot be had (the empty box then stays on the slide). Example: "abc", charWidth 12 -> 48 wide.
+// `charWidth` points wide but at most kReadingBoxMaxWidth (a product of 851 or more gives 850),
+// 700 high. With `style`, the empty box's range is formatted before the text goes in. Returns 1
+// and hands the shape to `*out` (the caller releases it), or 0: for a null `coreApp` or `out` or
+// an empty `text` without any object-model call; when the box cannot be made; and when its frame
+// or range cannot be had (the empty box then stays on the slide). Example: "abc", charWidth 12 ->
+// 48 wide.
 int insertReadingTextBox(IZApplication* coreApp, const QString& text, const TextStyle* style,
                          int left, int top, slxoldapi::Shape** out, int charWidth);
 

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr std::int64_t kMaxWidth = 850;  // a product of 851 or more is cut to this
 constexpr float kHeight = 700.0f;
 
 }  // namespace
@@ -21,7 +20,7 @@ int insertReadingTextBox(IZApplication* coreApp, const QString& text, const Text
     if (FAILED(view->get_Shapes(shapes.put())) || !shapes) return 0;
 
     std::int64_t width = (static_cast<std::int64_t>(text.size()) + 1) * charWidth;
-    if (width >= kMaxWidth + 1) width = kMaxWidth;
+    if (width >= kReadingBoxMaxWidth + 1) width = kReadingBoxMaxWidth;
     ComPtr<IUnknown> made;
     if (FAILED(shapes->AddTextbox(1, static_cast<float>(left), static_cast<float>(top),
                                   static_cast<float>(width), kHeight, made.put())) ||

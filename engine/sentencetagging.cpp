@@ -30,7 +30,7 @@ void tagText(HMODULE* library, IZApplication* coreApplication, BSTR text, Readin
     // ask.
     if (_XSysStringLen(filtered.get()) == 0) return;
 
-    ReadingBlockPtr result(_nvo_QueryFeatureState(taggerabi::kFeatureTaggingLibrary) == 0
+    ReadingBlockPtr result(_nvo_QueryFeatureState(ZFeatureTaggingLibrary) == 0
                                ? tagWithHostService(coreApplication, filtered.get())
                                : tagWithLibrary(library, filtered.get()));
     if (result && !removed.empty()) result.reset(widenBlock(*result, removed));

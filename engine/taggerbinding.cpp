@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr std::int32_t kDirTaggingLibrary = 2;
-constexpr std::int32_t kDirDictionaries = 27;
 constexpr std::int32_t kPathCapacity = 4096;
 
 // Asks the host for directory `dirId` into `buffer` and makes it end in a separator. The result
@@ -37,15 +35,15 @@ std::u16string directory(std::int32_t dirId, char16_t (&buffer)[kPathCapacity]) 
 bool loadPinyinTagger(PinyinTaggerHandle& handle, IZApplication* coreApplication) {
     if (handle.library) return true;
     if (!handle.coreApplication) handle.coreApplication = coreApplication;
-    if (_nvo_QueryFeatureState(taggerabi::kFeatureTaggingLibrary) == 0) {
+    if (_nvo_QueryFeatureState(ZFeatureTaggingLibrary) == 0) {
         handle.library = nullptr;  // the host's reading service answers instead
         return true;
     }
 
     char16_t buffer[kPathCapacity] = {};
     const std::u16string libraryPath =
-        directory(kDirTaggingLibrary, buffer) + u"libPinyinTagger.so";
-    const std::u16string dictionaries = directory(kDirDictionaries, buffer);
+        directory(ZDirTaggingLibrary, buffer) + u"libPinyinTagger.so";
+    const std::u16string dictionaries = directory(ZDirDictionaries, buffer);
     const std::u16string pinyinDic = dictionaries + u"Pinyin.dic";
     const std::u16string firstRules = dictionaries + u"firrule.dic";
     const std::u16string secondRules = dictionaries + u"secrule.dic";

@@ -9,9 +9,6 @@
 
 namespace taggerabi {
 
-// Host feature: on, the tagging library reads; off, the host's reading service does.
-inline constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
-
 using LoadPinYinLibraryFn = int (*)(void* hostInterface);
 using OpenDictionaryFn = int (*)(const char16_t* pinyinDic, const char16_t* firstRules,
                                  const char16_t* secondRules);

@@ -6,13 +6,6 @@
 #include "common/hostapplication.h"
 #include "dialog/phoneticsymbolwebwindow.h"
 
-namespace {
-
-// The host message box's warning icon with its single OK button.
-constexpr unsigned int kWarningFlags = 0x30;
-
-}  // namespace
-
 ZPhoneticSymbolModel::ZPhoneticSymbolModel() : QObject(nullptr) {}
 
 ZPhoneticSymbolModel* ZPhoneticSymbolModel::instance() {
@@ -30,5 +23,6 @@ void ZPhoneticSymbolModel::onWindowClose() {
 
 void ZPhoneticSymbolModel::warnNothingToAnnotate() {
     if (ZxApplication* application = hostApplication())
-        application->messageBox(tr("please select one character at least"), kWarningFlags);
+        application->messageBox(tr("please select one character at least"),
+                                ZxApplication::IconWarning | ZxApplication::ButtonsOk);
 }

@@ -25,7 +25,8 @@ struct PhoneticImport {
 };
 
 // Reads the call's arguments. Never fails and never throws: "phonetic" missing, not JSON
-// (comments are allowed), nested deeper than the JSON reader goes, or not an array gives no items;
-// an element that is not an object, lacks a member or has one of the wrong type is dropped and the
-// others kept. No sorting, no removal of repeated indexes, no check of an index against the text.
+// (comments are allowed) or not an array gives no items; an element that is not an object, lacks
+// a member or has one of the wrong type is dropped and the others kept, also when it nests arrays
+// or objects deeper than any reader goes (such a value reads as null). No sorting, no removal of
+// repeated indexes, no check of an index against the text.
 PhoneticImport importPhoneticText(const QMap<QString, QVariant>& arguments);

@@ -21,7 +21,7 @@ if [ "$purpose" = test ]; then
     packages+=(libpoppler-qt5-dev)  # where LibreOffice put each character of a PDF
     packages+=(clang-14 libclang-rt-14-dev)  # libFuzzer targets: test.sh builds and runs them
     packages+=(clang-format-14)  # the format check of test.sh
-    packages+=(dpkg-dev file fakeroot)  # the Debian package (cpack -G DEB) and its test
+    packages+=(dpkg-dev file fakeroot lintian)  # the Debian package (cpack -G DEB) and its test
 fi
 
 missing=()

@@ -137,6 +137,10 @@ int PinyinTagSen(void* tagger, const char16_t* text, char16_t** answer, int32_t*
         *answer = out;
         *answerLength = static_cast<int32_t>(length);
         return PINYIN_TAGGER_OK;
+    } catch (const FormatError& e) {
+        // A damaged block of a dictionary, found as the text was tagged.
+        std::fprintf(stderr, "libPinyinTagger: %s\n", e.what());
+        return PINYIN_TAGGER_E_DICTIONARY;
     } catch (const std::bad_alloc&) {
         return PINYIN_TAGGER_E_MEMORY;
     } catch (...) {

@@ -31,6 +31,18 @@ struct IZUserInformation : IUnknown {
     virtual HRESULT get_Version(BSTR* version) = 0;
 };
 
+// The features _nvo_QueryFeatureState answers for.
+enum ZFeatureId : std::uint32_t {
+    // On: the add-on reads with the tagging library; off: it asks the host's reading service.
+    ZFeatureTaggingLibrary = 0x1000018,
+};
+
+// The directories _nvo_GetDirInfo reports.
+enum ZDirId : std::int32_t {
+    ZDirTaggingLibrary = 2,  // the directory of the tagging library, libPinyinTagger.so
+    ZDirDictionaries = 27,   // the directory of its three dictionaries
+};
+
 // Registry scopes.
 enum ZRegScope : std::int32_t {
     ZRegScopeUser = 1,
@@ -45,10 +57,9 @@ ZHOST_API int _nvo_QueryFeatureState(std::uint32_t featureId);
 
 // Writes the directory `dirId` as a NUL-terminated UTF-16 path into `buffer` (at most
 // `capacity` units, NUL included), as the host is configured: with or without a trailing
-// separator. `reserved1`, `create` and
-// `reserved2` are accepted for compatibility (0, 1, 1 are the usual values). S_OK; E_FAIL for an
-// unknown id or a path that does not fit (the buffer is then left unchanged).
-// Directory ids: 2 = the tagging library's directory, 27 = its dictionaries' directory.
+// separator. `reserved1`, `create` and `reserved2` are accepted for compatibility (0, 1, 1 are
+// the usual values). S_OK; E_FAIL for an unknown id (see ZDirId) or a path that does not fit (the
+// buffer is then left unchanged).
 ZHOST_API HRESULT _nvo_GetDirInfo(std::int32_t dirId, std::int32_t reserved1, std::int32_t create,
                                   char16_t* buffer, std::int32_t capacity, std::int32_t reserved2);
 

@@ -78,10 +78,28 @@ public:
     ZMainWindow* currentMainWindow() const;
     // The core application; never null while the application lives.
     ZCoreApplication* coreApplication() const;
+    // The flags of messageBox(): one icon (high nibble) or'ed with one set of buttons (low nibble).
+    enum MessageBoxFlags : unsigned int {
+        ButtonsOk = 0x00,
+        ButtonsOkCancel = 0x01,
+        ButtonsYesNoCancel = 0x03,
+        ButtonsYesNo = 0x04,
+        IconError = 0x10,
+        IconQuestion = 0x20,
+        IconWarning = 0x30,
+        IconInformation = 0x40,
+    };
+    // What messageBox() answers: the button chosen.
+    enum MessageBoxAnswer : int {
+        AnswerOk = 1,
+        AnswerCancel = 2,
+        AnswerYes = 6,
+        AnswerNo = 7,
+    };
+
     // Shows `text` to the user: in a GUI host a message box whose icon and buttons follow `flags`
-    // (0x10 error, 0x20 question, 0x30 warning, 0x40 information icon; low nibble 0 = OK,
-    // 1 = OK/Cancel, 3 = Yes/No/Cancel, 4 = Yes/No); a headless host prints it to standard
-    // error. Returns the button chosen (1 = OK, 2 = Cancel, 6 = Yes, 7 = No).
+    // (MessageBoxFlags, e.g. 0x30 = IconWarning | ButtonsOk); a headless host prints it to
+    // standard error. Returns the button chosen (MessageBoxAnswer).
     int messageBox(const QString& text, unsigned int flags);
 
     ZxApplicationPrivate* d_func() const { return d.get(); }

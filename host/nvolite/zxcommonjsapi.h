@@ -69,6 +69,8 @@ public:
 
 signals:
     // Raised by the page (`window.zxHost.openBrowser(url)`) to open `url` in the user's browser.
+    // The host raises it for web addresses only (http, https; or an empty url): the page's
+    // promise is rejected for any other, and the signal is not raised.
     void openPromeBrowser(const QString& url);
 
 private:

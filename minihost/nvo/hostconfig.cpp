@@ -39,13 +39,13 @@ Config& config() {
 enum class DirectorySource { Program, Environment, Settings, BesidePrograms };
 
 const char* environmentVariable(int dirId) {
-    return dirId == kDirTaggingLibrary ? "ZPHONETIC_TAGGER_DIR"
-           : dirId == kDirDictionaries ? "ZPHONETIC_DICT_DIR"
+    return dirId == ZDirTaggingLibrary ? "ZPHONETIC_TAGGER_DIR"
+           : dirId == ZDirDictionaries ? "ZPHONETIC_DICT_DIR"
                                        : nullptr;
 }
 
 QString settingKey(int dirId) {
-    return dirId == kDirTaggingLibrary ? QStringLiteral("directories/tagger")
+    return dirId == ZDirTaggingLibrary ? QStringLiteral("directories/tagger")
                                        : QStringLiteral("directories/dictionaries");
 }
 
@@ -101,7 +101,7 @@ void setFeatureState(std::uint32_t featureId, bool on) {
 bool featureState(std::uint32_t featureId) {
     const auto set = config().features.constFind(featureId);
     if (set != config().features.cend()) return *set;
-    if (featureId != kFeatureTaggingLibrary) return false;
+    if (featureId != ZFeatureTaggingLibrary) return false;
     Config& c = config();
     if (!c.taggingLibrarySetting || c.readAfterChanges != hostSettingChanges()) {
         const QVariant setting = hostSetting(QStringLiteral("features/taggingLibrary"));
@@ -129,7 +129,7 @@ QString directory(int dirId) {
     if (!fromEnvironment.isEmpty()) return fromEnvironment;
     const QString fromSettings = hostSetting(settingKey(dirId)).toString();
     if (!fromSettings.isEmpty()) return fromSettings;
-    return besideHostPrograms(dirId == kDirTaggingLibrary ? "lib/zphonetic"
+    return besideHostPrograms(dirId == ZDirTaggingLibrary ? "lib/zphonetic"
                                                           : "share/zphonetic/dict");
 }
 
@@ -141,16 +141,16 @@ QString missingReadingFile(QString* problem) {
     const auto inDirectory = [](int dirId, const char* name) {
         return QDir::cleanPath(directory(dirId) + QLatin1Char('/') + QLatin1String(name));
     };
-    if (featureState(kFeatureTaggingLibrary)) {
-        const QString library = inDirectory(kDirTaggingLibrary, "libPinyinTagger.so");
-        *problem = checkFile(kDirTaggingLibrary, library, QStringLiteral("the tagging library"),
+    if (featureState(ZFeatureTaggingLibrary)) {
+        const QString library = inDirectory(ZDirTaggingLibrary, "libPinyinTagger.so");
+        *problem = checkFile(ZDirTaggingLibrary, library, QStringLiteral("the tagging library"),
                              QStringLiteral("PinyinTagger"));
         if (!problem->isEmpty()) return library;
     }
     for (const char* name : {"Pinyin.dic", "firrule.dic", "secrule.dic"}) {
-        const QString dictionary = inDirectory(kDirDictionaries, name);
+        const QString dictionary = inDirectory(ZDirDictionaries, name);
         *problem = checkFile(
-            kDirDictionaries, dictionary,
+            ZDirDictionaries, dictionary,
             QStringLiteral("the dictionary %1 of the tagging library").arg(QLatin1String(name)),
             QStringLiteral("zphonetic_dictionaries"));
         if (!problem->isEmpty()) return dictionary;

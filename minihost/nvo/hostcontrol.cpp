@@ -72,16 +72,6 @@ IUnknown* service(const GUID& serviceId) {
     return c ? c->service(serviceId) : nullptr;
 }
 
-std::uint32_t coreApplicationReferences() {
-    ZCoreApplicationPrivate* c = core();
-    return c ? c->references : 0;
-}
-
-std::uint32_t coreApplicationReferences(const ZCoreApplication* application) {
-    ZCoreApplicationPrivate* c = core(application);
-    return c ? c->references : 0;
-}
-
 void registerService(ZCoreApplication* application, const GUID& serviceId, IUnknown* service) {
     if (ZCoreApplicationPrivate* c = core(application)) c->registerService(serviceId, service);
 }
@@ -93,16 +83,6 @@ void unregisterService(ZCoreApplication* application, const GUID& serviceId) {
 int installedTranslations(const QString& directory) {
     zrt::ZAppTranslatorsPrivate* t = translators();
     return t ? t->installedCount(directory) : 0;
-}
-
-int translationInstallCalls() {
-    zrt::ZAppTranslatorsPrivate* t = translators();
-    return t ? t->installCalls : 0;
-}
-
-int translationUninstallCalls() {
-    zrt::ZAppTranslatorsPrivate* t = translators();
-    return t ? t->uninstallCalls : 0;
 }
 
 void setTranslatorAvailable(bool available) {

@@ -6,20 +6,8 @@
 #include <QVBoxLayout>
 #include <QVariant>
 
+#include "minihost/nvo/hostjournal_p.h"
 #include "minihost/nvo/ribbon_p.h"
-
-namespace {
-
-int& queryCount() {
-    static int count = 0;
-    return count;
-}
-
-void countQuery() {
-    ++queryCount();
-}
-
-}  // namespace
 
 ZMainWindow::ZMainWindow(QWidget* parent)
     : QMainWindow(parent), d(std::make_unique<ZMainWindowPrivate>()) {}
@@ -27,7 +15,7 @@ ZMainWindow::ZMainWindow(QWidget* parent)
 ZMainWindow::~ZMainWindow() = default;
 
 ZRbTabWidget* ZMainWindow::headerBar() const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZMainWindow.headerBar()"));
     return d->headerBar.data();
 }
 
@@ -37,7 +25,7 @@ ZRbTabWidget::ZRbTabWidget(QWidget* parent)
 ZRbTabWidget::~ZRbTabWidget() = default;
 
 ZRbSubTabBar* ZRbTabWidget::subTabBar() const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZRbTabWidget.subTabBar()"));
     return d->subTabBar.data();
 }
 
@@ -47,12 +35,12 @@ ZRbSubTabBar::ZRbSubTabBar(QWidget* parent)
 ZRbSubTabBar::~ZRbSubTabBar() = default;
 
 int ZRbSubTabBar::currentIdx() const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZRbSubTabBar.currentIdx()"));
     return d->currentIdx;
 }
 
 QObject* ZRbSubTabBar::command() const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZRbSubTabBar.command()"));
     return d->command.data();
 }
 
@@ -62,12 +50,12 @@ ZListCommand::ZListCommand(QObject* parent)
 ZListCommand::~ZListCommand() = default;
 
 int ZListCommand::childCount() const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZListCommand.childCount()"));
     return d->children.size();
 }
 
 QObject* ZListCommand::childAt(int index) const {
-    countQuery();
+    minihost::noteHostCall(QStringLiteral("ZListCommand.childAt(%1)").arg(index));
     if (index < 0 || index >= d->children.size()) return nullptr;
     return d->children.at(index).data();
 }
@@ -228,10 +216,6 @@ QToolButton* addRibbonAction(ZMainWindow* window, const QString& tabId, QAction*
 QWidget* ribbonTabBar(ZMainWindow* window) {
     ZRbSubTabBar* bar = subTabBarOf(window);
     return bar ? bar->d_func()->tabs : nullptr;
-}
-
-int ribbonQueryCount() {
-    return queryCount();
 }
 
 }  // namespace minihost

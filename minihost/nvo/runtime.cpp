@@ -4,6 +4,7 @@
 #include "nvo/runtime.h"
 
 #include "minihost/nvo/hostconfig.h"
+#include "minihost/nvo/hostjournal_p.h"
 
 #include <dlfcn.h>
 
@@ -36,11 +37,6 @@ BSTR allocBstr(const OLECHAR* text, std::size_t length) {
         std::memset(chars, 0, length * sizeof(OLECHAR));
     chars[length] = 0;
     return chars;
-}
-
-int& loadCalls() {
-    static int count = 0;
-    return count;
 }
 
 QString utf16Path(const char16_t* path) {
@@ -145,7 +141,9 @@ char16_t* _Xu2_strncpy(char16_t* destination, const char16_t* source, std::size_
 }
 
 HMODULE _Xloadlibrary(const char16_t* path, std::uint32_t flags) {
-    ++loadCalls();
+    minihost::noteHostCall(QStringLiteral("_Xloadlibrary(%1, %2)")
+                               .arg(path ? utf16Path(path) : QStringLiteral("null"))
+                               .arg(flags));
     if (!path || flags != 0) return nullptr;
     const QByteArray local = utf16Path(path).toLocal8Bit();
     return dlopen(local.constData(), RTLD_NOW | RTLD_LOCAL);
@@ -186,7 +184,3 @@ int _Xfreelibrary(HMODULE module) {
 }
 
 }  // extern "C"
-
-int minihost::loadLibraryCalls() {
-    return loadCalls();
-}

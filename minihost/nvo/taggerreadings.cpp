@@ -28,7 +28,7 @@ struct EngineState {
 
     Tagger* open() {
         if (tagger || failed) return tagger.get();
-        const QDir directory(minihost::directory(kDirDictionaries));
+        const QDir directory(minihost::directory(ZDirDictionaries));
         const auto path = [&](const char* name) {
             return QDir::toNativeSeparators(directory.filePath(QLatin1String(name)))
                 .toLocal8Bit()
@@ -59,11 +59,19 @@ ReadingFunction engineReadingFunction() {
         Tagger* tagger = state->open();
         if (!tagger) return false;
         tagger->setOwnReadings(state->own->current());
-        const auto& syllables = tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),
-                                                 static_cast<std::size_t>(text.size()));
-        for (const auto* syllable : syllables)
-            readings.append({syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
-        return true;
+        try {
+            const auto& syllables =
+                tagger->readings(reinterpret_cast<const char16_t*>(text.utf16()),
+                                 static_cast<std::size_t>(text.size()));
+            for (const auto* syllable : syllables)
+                readings.append(
+                    {syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
+            return true;
+        } catch (const std::exception& error) {
+            // A damaged block of a dictionary (named by the error), or no memory: no readings.
+            std::fprintf(stderr, "zphonetic: %s\n", error.what());
+            return false;
+        }
     };
 }
 

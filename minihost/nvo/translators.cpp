@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "minihost/nvo/hostjournal_p.h"
 #include "minihost/nvo/translators_p.h"
 #include "nvo/zrt.h"
 
@@ -22,7 +23,8 @@ ZAppTranslators::~ZAppTranslators() {
 }
 
 bool ZAppTranslators::installTranslation(const QString& directory, const QStringList& files) {
-    ++d->installCalls;
+    minihost::noteHostCall(QStringLiteral("ZAppTranslators.installTranslation(%1, [%2])")
+                               .arg(directory, files.join(QStringLiteral(", "))));
     const QDir dir(directory);
     const QString language = i18n::language(1, true);
     bool loadedAny = false;
@@ -45,7 +47,8 @@ bool ZAppTranslators::installTranslation(const QString& directory, const QString
 }
 
 void ZAppTranslators::uninstallTranslation(const QString& directory) {
-    ++d->uninstallCalls;
+    minihost::noteHostCall(
+        QStringLiteral("ZAppTranslators.uninstallTranslation(%1)").arg(directory));
     const auto found = d->installed.find(directory);
     if (found == d->installed.end()) return;
     for (auto& translator : found->second) QCoreApplication::removeTranslator(translator.get());

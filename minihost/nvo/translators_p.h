@@ -20,10 +20,6 @@ public:
     int installedCount(const QString& directory) const;
     // Every file loaded since the manager was made, in order, as full paths.
     QStringList loadedFiles;
-    // Calls of installTranslation(), whatever they loaded.
-    int installCalls = 0;
-    // Calls of uninstallTranslation(), known directory or not.
-    int uninstallCalls = 0;
 
     std::map<QString, std::vector<std::unique_ptr<QTranslator>>> installed;
 };

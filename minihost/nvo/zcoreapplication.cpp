@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "minihost/nvo/hostjournal_p.h"
+
 ZCoreApplicationPrivate::ZCoreApplicationPrivate()
     : m_translator(std::make_unique<zrt::ZAppTranslators>()),
       m_dcInfo(std::make_unique<ZDcInfoC>()) {}
@@ -76,13 +78,16 @@ HRESULT ZCoreApplication::QueryInterface(REFIID iid, void** out) {
 }
 
 std::uint32_t ZCoreApplication::AddRef() {
-    return ++d->references;
+    ++d->references;
+    minihost::noteHostCall(QStringLiteral("ZCoreApplication.AddRef() = %1").arg(d->references));
+    return d->references;
 }
 
 // The application object lives as long as the ZxApplication that owns it: the count only keeps
-// track of references for tests and never destroys the object.
+// track of references (in the host's journal too) and never destroys the object.
 std::uint32_t ZCoreApplication::Release() {
     if (d->references > 0) --d->references;
+    minihost::noteHostCall(QStringLiteral("ZCoreApplication.Release() = %1").arg(d->references));
     return d->references;
 }
 

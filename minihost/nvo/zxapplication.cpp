@@ -17,11 +17,11 @@ bool isHeadlessPlatform(const QString& platform) {
 // The button codes of the flags' low nibble, as a GUI box offers them.
 QMessageBox::StandardButtons buttonsFor(unsigned int flags) {
     switch (flags & 0x0F) {
-        case 1:
+        case ZxApplication::ButtonsOkCancel:
             return QMessageBox::Ok | QMessageBox::Cancel;
-        case 3:
+        case ZxApplication::ButtonsYesNoCancel:
             return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-        case 4:
+        case ZxApplication::ButtonsYesNo:
             return QMessageBox::Yes | QMessageBox::No;
         default:
             return QMessageBox::Ok;
@@ -30,13 +30,13 @@ QMessageBox::StandardButtons buttonsFor(unsigned int flags) {
 
 QMessageBox::Icon iconFor(unsigned int flags) {
     switch (flags & 0xF0) {
-        case 0x10:
+        case ZxApplication::IconError:
             return QMessageBox::Critical;
-        case 0x20:
+        case ZxApplication::IconQuestion:
             return QMessageBox::Question;
-        case 0x30:
+        case ZxApplication::IconWarning:
             return QMessageBox::Warning;
-        case 0x40:
+        case ZxApplication::IconInformation:
             return QMessageBox::Information;
         default:
             return QMessageBox::NoIcon;
@@ -46,13 +46,13 @@ QMessageBox::Icon iconFor(unsigned int flags) {
 int answerCode(int button) {
     switch (button) {
         case QMessageBox::Cancel:
-            return 2;
+            return ZxApplication::AnswerCancel;
         case QMessageBox::Yes:
-            return 6;
+            return ZxApplication::AnswerYes;
         case QMessageBox::No:
-            return 7;
+            return ZxApplication::AnswerNo;
         default:
-            return 1;
+            return ZxApplication::AnswerOk;
     }
 }
 
@@ -114,7 +114,7 @@ int ZxApplication::messageBox(const QString& text, unsigned int flags) {
         if (d->headlessAnswer) return d->headlessAnswer;
         // The first button: Yes for the boxes that ask yes or no.
         const unsigned int buttons = flags & 0x0F;
-        return buttons == 3 || buttons == 4 ? 6 : 1;
+        return buttons == ButtonsYesNoCancel || buttons == ButtonsYesNo ? AnswerYes : AnswerOk;
     }
     QMessageBox box(iconFor(flags), applicationName(), text, buttonsFor(flags), d->mainWindow);
     return answerCode(box.exec());

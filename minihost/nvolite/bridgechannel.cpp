@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "minihost/nvolite/bridgechannel.h"
 
-#include "minihost/nvolite/localcontent.h"
 #include "minihost/nvolite/zxcommonjsapi_p.h"
 #include "minihost/nvolite/zxwebviewcontainer_p.h"
 
@@ -15,5 +14,6 @@ QVariantMap BridgeChannel::call(const QString& method, const QString& argumentsJ
             {QStringLiteral("error"), QStringLiteral("%1: the page has no bridge").arg(method)}};
     // A host driving the bridge without a rendered page speaks for the page it would have shown.
     const QUrl origin = d->page ? d->page->url() : d->url;
-    return nvolite::dispatchBridgeCall(*d->jsApi, method, argumentsJson, !isLocalUrl(origin));
+    return nvolite::dispatchBridgeCall(*d->jsApi, method, argumentsJson,
+                                       !nvolite::isLocalUrl(origin));
 }

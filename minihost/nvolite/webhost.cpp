@@ -5,11 +5,10 @@
 #include <QEventLoop>
 #include <QPointer>
 #include <QTimer>
-#include <QWebEngineView>
+#include <QUrl>
 #include <memory>
 
 #include "minihost/nvolite/bridgechannel.h"
-#include "minihost/nvolite/localcontent.h"
 #include "minihost/nvolite/zxcommonwebwidget_p.h"
 #include "minihost/nvolite/zxwebviewcontainer_p.h"
 
@@ -17,6 +16,11 @@ namespace {
 
 bool& rendering() {
     static bool on = true;
+    return on;
+}
+
+bool& offTheRecord() {
+    static bool on = false;
     return on;
 }
 
@@ -49,6 +53,14 @@ bool webRendering() {
     return rendering();
 }
 
+void setWebProfilesOffTheRecord(bool on) {
+    offTheRecord() = on;
+}
+
+bool webProfilesOffTheRecord() {
+    return offTheRecord();
+}
+
 QList<nvolite::ZxCommonWebWidget*> webWidgets() {
     return liveWidgets();
 }
@@ -57,8 +69,14 @@ QString webWidgetUrl(const nvolite::ZxCommonWebWidget* widget) {
     return widget->webViewContainer()->d_func()->url.toString();
 }
 
-QWebEngineView* webWidgetView(const nvolite::ZxCommonWebWidget* widget) {
-    return widget->webViewContainer()->d_func()->view;
+QWidget* webWidgetView(const nvolite::ZxCommonWebWidget* widget) {
+    const nvolite::WebPage* page = widget->webViewContainer()->d_func()->page.get();
+    return page ? page->view() : nullptr;
+}
+
+QUrl webPageUrl(const nvolite::ZxCommonWebWidget* widget) {
+    const nvolite::WebPage* page = widget->webViewContainer()->d_func()->page.get();
+    return page ? page->url() : QUrl();
 }
 
 QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QString& method,
@@ -74,13 +92,13 @@ QVariantMap callBridge(nvolite::ZxCommonWebWidget* widget, const QString& method
 QVariant runPageScript(nvolite::ZxCommonWebWidget* widget, const QString& script, int timeoutMs,
                        bool* ok) {
     if (ok) *ok = false;
-    QWebEngineView* view = webWidgetView(widget);
-    if (!view || !view->page()) return QVariant();
+    nvolite::WebPage* page = widget->webViewContainer()->d_func()->page.get();
+    if (!page) return QVariant();
     // The callback may come after this function gave up waiting: it must not write to our stack.
     auto answer = std::make_shared<std::pair<bool, QVariant>>(false, QVariant());
     QEventLoop loop;
     QPointer<QEventLoop> waiting(&loop);
-    view->page()->runJavaScript(script, [answer, waiting](const QVariant& value) {
+    page->runScript(script, [answer, waiting](const QVariant& value) {
         *answer = {true, value};
         if (waiting) waiting->quit();
     });

@@ -11,16 +11,18 @@
 
 #include "hostexport.h"
 
-class QWebEngineView;
+class QUrl;
+class QWidget;
 namespace nvolite {
 class ZxCommonWebWidget;
 }
 
 namespace minihost {
 
-// On (the default): web widgets show their page in the web engine. Off: init() sets up the
-// bridge and remembers the URL but creates no web view, so a host without a display (the
-// command line) drives dialogs through callBridge() alone. Read when a widget is initialised.
+// On (the default): web widgets show their page in the web engine, which the first of them loads
+// into the process. Off: init() sets up the bridge and remembers the URL but creates no web
+// view and loads no web engine, so a host without a display (the command line) drives dialogs
+// through callBridge() alone. Read when a widget is initialised.
 ZHOST_API void setWebRendering(bool on);
 ZHOST_API bool webRendering();
 
@@ -28,13 +30,16 @@ ZHOST_API bool webRendering();
 // On: profiles are off the record (nothing written to disk), as tests want. Read when a profile
 // is first used.
 ZHOST_API void setWebProfilesOffTheRecord(bool on);
+ZHOST_API bool webProfilesOffTheRecord();
 
 // The web widgets that are initialised and alive, oldest first.
 ZHOST_API QList<nvolite::ZxCommonWebWidget*> webWidgets();
 // The URL `widget` was initialised with (empty before init).
 ZHOST_API QString webWidgetUrl(const nvolite::ZxCommonWebWidget* widget);
-// The widget's web view, or null (not initialised, or not rendering).
-ZHOST_API QWebEngineView* webWidgetView(const nvolite::ZxCommonWebWidget* widget);
+// The widget's web view (a QWebEngineView), or null (not initialised, or not rendering).
+ZHOST_API QWidget* webWidgetView(const nvolite::ZxCommonWebWidget* widget);
+// The URL the widget's rendered page shows now; empty when nothing is rendered.
+ZHOST_API QUrl webPageUrl(const nvolite::ZxCommonWebWidget* widget);
 
 // Calls the bridge of `widget` exactly as its page does with zxHost.call(method, args):
 // `argumentsJson` is the JSON text of the arguments object. The reply is the one the page's

@@ -7,6 +7,7 @@
 #include <QMetaMethod>
 #include <QMetaObject>
 #include <QPointer>
+#include <QUrl>
 #include <QWidget>
 #include <cmath>
 #include <limits>
@@ -52,6 +53,13 @@ QVariant fromJson(const QJsonValue& value) {
     }
 }
 
+// An http or https address of a host: what a browser shows as a web page.
+bool isWebAddress(const QString& text) {
+    const QUrl url(text, QUrl::StrictMode);
+    return url.isValid() && !url.host().isEmpty() &&
+           (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http"));
+}
+
 QVariantMap errorReply(const QString& error) {
     return QVariantMap{{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}};
 }
@@ -76,8 +84,13 @@ QVariantMap dispatchBridgeCall(ZxCommonJsApi& api, const QString& method,
             QStringLiteral("%1: this bridge does not answer remote pages").arg(method));
     if (method == QLatin1String(kBrowserSignal)) {
         ZxWebViewJSContext context(method, argumentsJson);
-        emit api.openPromeBrowser(
-            api.parseContextArgs(context).value(QStringLiteral("url")).toString());
+        const QString url = api.parseContextArgs(context).value(QStringLiteral("url")).toString();
+        // A page opens web pages in the user's browser, nothing else: not the user's files, not
+        // another program through a scheme of its own. (An empty address goes through: the
+        // bridge decides what to do without one.)
+        if (!url.isEmpty() && !isWebAddress(url))
+            return errorReply(QStringLiteral("%1: not a web address: %2").arg(method, url));
+        emit api.openPromeBrowser(url);
         return QVariantMap{{QStringLiteral("ok"), true}, {QStringLiteral("result"), QVariant()}};
     }
     const int index = callableSlot(api.metaObject(), method.toUtf8());

@@ -1,45 +1,37 @@
 // SPDX-License-Identifier: MIT
 #include "nvolite/zxcommonwebwidget.h"
 
-#include <QFile>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QTimer>
 #include <QVBoxLayout>
-#include <QWebChannel>
-#include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
-#include <QWebEngineUrlRequestInterceptor>
-#include <QWebEngineView>
 
 #include "minihost/nvolite/bridgechannel.h"
-#include "minihost/nvolite/localcontent.h"
 #include "minihost/nvolite/webhost.h"
-#include "minihost/nvolite/webprofiles.h"
+#include "minihost/nvolite/webpart.h"
+#include "minihost/nvolite/webpartloader.h"
 #include "minihost/nvolite/zxcommonwebwidget_p.h"
 #include "minihost/nvolite/zxwebviewcontainer_p.h"
+#include "nvo/zapplication.h"
 #include "nvolite/zxcommonjsapi.h"
 
 namespace nvolite {
 
 namespace {
 
-QString resourceText(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return QString();
-    return QString::fromUtf8(file.readAll());
-}
+const unsigned int kErrorMessage = ZxApplication::IconError | ZxApplication::ButtonsOk;
 
-// qwebchannel.js and the adapter run as one function, so the page gets window.zxHost and none
-// of the channel's names.
-QWebEngineScript hostAdapterScript() {
-    QWebEngineScript script;
-    script.setName(QStringLiteral("zxhost"));
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setWorldId(QWebEngineScript::MainWorld);
-    script.setRunsOnSubFrames(false);
-    script.setSourceCode(
-        QStringLiteral("(function () {\n") +
-        resourceText(QStringLiteral(":/qtwebchannel/qwebchannel.js")) + QStringLiteral("\n") +
-        resourceText(QStringLiteral(":/nvolite/zxhostadapter.js")) + QStringLiteral("\n})();\n"));
-    return script;
+// Tells the user, through the host's message box, that the page cannot be shown, and closes the
+// window the widget is (a widget inside another window leaves it open). Queued: whoever asked
+// for the page finishes first, as it would have shown it.
+void reportPageNotShown(ZxCommonWebWidget* widget, const QString& url, const QString& why) {
+    const QString text = QStringLiteral("The page %1 cannot be shown: %2.").arg(url, why);
+    QPointer<ZxCommonWebWidget> guard(widget);
+    QTimer::singleShot(0, [guard, text] {
+        if (auto* application = qobject_cast<ZxApplication*>(QCoreApplication::instance()))
+            application->messageBox(text, kErrorMessage);
+        if (guard && guard->isWindow()) guard->close();
+    });
 }
 
 }  // namespace
@@ -55,13 +47,21 @@ ZxCommonWebWidget::ZxCommonWebWidget(QWidget* parent)
 
 ZxCommonWebWidget::~ZxCommonWebWidget() {
     unregisterWebWidget(this);
-    // The page (inside the container) uses the interceptor until it is gone.
     delete d->container;
-    delete d->interceptor;
 }
 
 bool ZxCommonWebWidget::init(const QString& url, const QString& name, bool transparent) {
     if (d->initialised) return false;
+    // The web engine is loaded here, by the first page a process renders.
+    WebPart* part = nullptr;
+    if (minihost::webRendering()) {
+        QString why;
+        part = webPart(&why);
+        if (!part) {
+            reportPageNotShown(this, url, why);
+            return false;
+        }
+    }
     ZxCommonJsApi* api = createJsApi();
     if (api && !api->init()) {
         delete api;
@@ -71,30 +71,21 @@ bool ZxCommonWebWidget::init(const QString& url, const QString& name, bool trans
     c->url = QUrl(url);
     c->jsApi = api;
     c->bridge = new BridgeChannel(d->container);
-    d->interceptor = createUrlRequestInterceptor();
-    if (minihost::webRendering()) {
-        c->view = new QWebEngineView(d->container);
-        d->container->layout()->addWidget(c->view);
-        c->page = new BridgedPage(webProfile(name), c->view);
-        c->requestFilter = new PageRequestFilter(d->interceptor, c->page);
-        c->requestFilter->setLocalOnly(d->localContentOnly);
-        c->page->setUrlRequestInterceptor(c->requestFilter);
-        c->page->setRequestFilter(c->requestFilter);
-        c->page->setHome(c->url);
-        c->page->setNavigationAllowed(!api || api->allowNavigation());
-        if (transparent) {
-            setAttribute(Qt::WA_TranslucentBackground);
-            c->page->setBackgroundColor(Qt::transparent);
-        }
-        c->channel = new QWebChannel;
-        c->channel->registerObject(QStringLiteral("zxBridge"), c->bridge);
-        c->page->setWebChannel(c->channel);
-        c->page->scripts().insert(hostAdapterScript());
-        // The page's window.close() closes the window it is shown in.
-        connect(c->page, &QWebEnginePage::windowCloseRequested, this,
-                [this] { window()->close(); });
-        c->view->setPage(c->page);
-        c->page->load(c->url);
+    if (part) {
+        WebPageSetup setup;
+        setup.container = d->container;
+        setup.url = c->url;
+        setup.profileName = name;
+        setup.offTheRecord = minihost::webProfilesOffTheRecord();
+        setup.bridge = c->bridge;
+        setup.interceptor = createUrlRequestInterceptor();
+        setup.localContentOnly = d->localContentOnly;
+        setup.navigationAllowed = !api || api->allowNavigation();
+        setup.transparent = transparent;
+        // The page lives inside this widget, so it never outlives it.
+        setup.closeRequested = [this] { window()->close(); };
+        if (transparent) setAttribute(Qt::WA_TranslucentBackground);
+        c->page = part->showPage(setup);
     }
     d->initialised = true;
     registerWebWidget(this);
@@ -115,8 +106,8 @@ ZxWebViewContainer* ZxCommonWebWidget::webViewContainer() const {
 
 void setLocalContentOnly(ZxCommonWebWidget& widget, bool on) {
     widget.d_func()->localContentOnly = on;
-    if (PageRequestFilter* filter = widget.webViewContainer()->d_func()->requestFilter)
-        filter->setLocalOnly(on);
+    if (WebPage* page = widget.webViewContainer()->d_func()->page.get())
+        page->setLocalContentOnly(on);
 }
 
 }  // namespace nvolite

@@ -7,8 +7,6 @@
 
 #include "nvolite/zxcommonwebwidget.h"
 
-class QWebEngineUrlRequestInterceptor;
-
 namespace nvolite {
 
 class ZxCommonWebWidgetPrivate {
@@ -16,8 +14,6 @@ public:
     ZxWebViewContainer* container = nullptr;  // child widget filling the widget
     bool initialised = false;
     bool localContentOnly = false;  // set through ZxCommonWebWindow
-    QWebEngineUrlRequestInterceptor* interceptor =
-        nullptr;  // owned; from createUrlRequestInterceptor()
 };
 
 class ZxCommonWebDragableWidgetPrivate {

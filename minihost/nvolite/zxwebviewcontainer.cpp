@@ -2,12 +2,8 @@
 #include "nvolite/zxcommonwebwidget.h"
 
 #include <QVBoxLayout>
-#include <QWebChannel>
-#include <QWebEngineView>
 
 #include "minihost/nvolite/bridgechannel.h"
-#include "minihost/nvolite/localcontent.h"
-#include "minihost/nvolite/zxcommonjsapi_p.h"
 #include "minihost/nvolite/zxwebviewcontainer_p.h"
 #include "nvolite/zxcommonjsapi.h"
 
@@ -19,12 +15,8 @@ ZxWebViewContainer::ZxWebViewContainer(QWidget* parent)
 }
 
 ZxWebViewContainer::~ZxWebViewContainer() {
-    // The page goes first, while its view is whole: deleted as the view's child, it would tear
-    // down its rendering widget inside the view's destructor. Then the view, the channel and the
-    // objects it publishes, and the bridge last.
-    delete d->page;
-    delete d->view;
-    delete d->channel;
+    // The page goes first (it still uses the object its channel publishes), then the bridge.
+    d->page.reset();
     delete d->bridge;
     delete d->jsApi;
 }

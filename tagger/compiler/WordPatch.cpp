@@ -15,7 +15,8 @@ size_t fuseErhua(std::vector<WordEntry>& words) {
         bool fused = false;
         for (size_t i = 1; i < e.word.size(); ++i) {
             if (e.word[i] == u'儿' && e.readings[i] == u"er") {
-                e.readings[i] = u"r";
+                // Not `= u"r"`: GCC 12 warns wrongly (-Wrestrict) on a literal assigned here.
+                e.readings[i].assign(1, u'r');
                 fused = true;
             }
         }

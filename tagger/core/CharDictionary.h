@@ -47,6 +47,8 @@ public:
         return syllables_.get(ids_.at(start(c) + k, 0xFFFF));
     }
     CharReadings toReadings() const;
+    // The file behind the view: whether what was read of it was intact (see ContainerView).
+    const ContainerView& file() const { return file_; }
     // Every distinct syllable the file uses.
     const SyllableTable& syllables() const { return syllables_; }
 

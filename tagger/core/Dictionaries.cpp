@@ -38,4 +38,17 @@ Dictionaries::Dictionaries(std::vector<uint8_t> chars, std::vector<uint8_t> word
       words_(open<WordDictionary>(wordStorage_)),
       rules_(open<RuleDictionary>(ruleStorage_)) {}
 
+bool Dictionaries::damaged() const {
+    return chars_.file().damaged() || words_.file().damaged() || rules_.file().damaged();
+}
+
+std::string Dictionaries::damage() const {
+    for (const auto& [storage, file] :
+         {std::pair<const Storage*, const ContainerView*>{&charStorage_, &chars_.file()},
+          {&wordStorage_, &words_.file()},
+          {&ruleStorage_, &rules_.file()}})
+        if (file->damaged()) return storage->name + ": " + file->damage();
+    return std::string();
+}
+
 }  // namespace zphonetic::tagger

@@ -12,8 +12,9 @@
 
 namespace zphonetic::tagger {
 
-// The three dictionaries, checked, for as long as this object lives. Immutable once built, so
-// any number of threads may read it.
+// The three dictionaries, checked, for as long as this object lives. Immutable once built (but
+// for the record of which blocks of their data were checked), so any number of threads may read
+// it.
 class Dictionaries {
 public:
     // Maps the three files. Throws FormatError naming the file and what is wrong with it.
@@ -27,6 +28,12 @@ public:
     const CharDictionary& chars() const { return chars_; }
     const WordDictionary& words() const { return words_; }
     const RuleDictionary& rules() const { return rules_; }
+
+    // Whether a block of data read from one of the files so far did not match its sum, and
+    // which, e.g. "firrule.dic: bytes 4136..8231 (block 1) do not match their checksum" ("" when
+    // none). Once damaged, a file stays so.
+    bool damaged() const;
+    std::string damage() const;
 
 private:
     // The bytes of one dictionary: a mapped file or a buffer.

@@ -35,7 +35,7 @@ MappedFile::MappedFile(const std::string& path) {
         data_ = kEmpty;
         return;
     }
-    void* p = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE | MAP_POPULATE, fd, 0);
+    void* p = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, fd, 0);
     const int mapError = errno;
     ::close(fd);
     if (p == MAP_FAILED) throw FormatError(path + ": cannot map: " + std::strerror(mapError));

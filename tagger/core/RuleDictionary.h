@@ -125,6 +125,8 @@ public:
                           bool wordTarget) const;
 
     RuleSet toRuleSet() const;
+    // The file behind the view: whether what was read of it was intact (see ContainerView).
+    const ContainerView& file() const { return file_; }
     // Every distinct syllable the file uses.
     const SyllableTable& syllables() const { return syllables_; }
 

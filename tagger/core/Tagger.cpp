@@ -187,7 +187,13 @@ const std::vector<const Syllable*>& Tagger::readings(const char16_t* text, size_
     if (own_ && own_->hasWords()) takeOwnReadings(text, length);
     changeTones(text, length);
     if (own_ && own_->tones() == Tones::Original) writeOriginalTones(text, length);
+    refuseDamage();
     return readings_;
+}
+
+void Tagger::refuseDamage() const {
+    // What a damaged block gave was read as nothing; the readings made of it must not stand.
+    if (dicts_->damaged()) throw FormatError(dicts_->damage());
 }
 
 char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLength) {
@@ -201,6 +207,7 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
         for (size_t k = 0; k < count; ++k) {
             if (const Syllable* s = chars.reading(text[0], k)) total += s->text.size() + 1;
         }
+        refuseDamage();
         out = new char16_t[total + 1];
         char16_t* p = out;
         *p++ = text[0];

@@ -35,7 +35,8 @@ public:
     void setOwnReadings(std::shared_ptr<const OwnReadings> own) { own_ = std::move(own); }
 
     // One reading per UTF-16 unit of text[0, length); nullptr where there is none (kana, Latin,
-    // a surrogate). The result stays valid until the next call.
+    // a surrogate). The result stays valid until the next call. Throws FormatError naming the
+    // file and its bytes when a dictionary was found damaged (now or before): see Dictionaries.
     const std::vector<const Syllable*>& readings(const char16_t* text, size_t length);
 
     // After readings(): true when character i was left a word of its own and no context rule
@@ -46,10 +47,12 @@ public:
     // unit gets all that character's readings, default first (the teacher's, when that character
     // is a word of theirs), separated by single spaces.
     // Returns a NUL-terminated buffer from new[] that the caller frees with delete[], and its
-    // length without the NUL in `answerLength`. Throws std::bad_alloc.
+    // length without the NUL in `answerLength`. Throws std::bad_alloc, and FormatError as
+    // readings() does.
     char16_t* answer(const char16_t* text, size_t length, size_t& answerLength);
 
 private:
+    void refuseDamage() const;
     void segment(const char16_t* text, size_t n);
     // Characters k and after of the path's word [word, word + len) take the reading of the
     // first "=" rule that matches, where one does.

@@ -87,6 +87,8 @@ public:
 
     // Every word, sorted; a damaged trie (a loop, a reading out of range) throws FormatError.
     std::vector<WordEntry> toEntries() const;
+    // The file behind the view: whether what was read of it was intact (see ContainerView).
+    const ContainerView& file() const { return file_; }
     // Every distinct syllable the file uses.
     const SyllableTable& syllables() const { return syllables_; }
 

@@ -25,6 +25,11 @@ int main(int argc, char** argv) {
     try {
         const MappedFile file(path);
         const std::string_view magic = magicOf(file.data(), file.size());
+        // Everything is read to be printed: every block is checked first, so that a damaged
+        // one is named rather than printed as whatever it reads as.
+        if (magic == std::string_view(kCharMagic, 8) || magic == std::string_view(kWordMagic, 8) ||
+            magic == std::string_view(kRuleMagic, 8))
+            ContainerView(file.data(), file.size(), magic).checkEveryBlock();
         std::string text;
         if (magic == std::string_view(kCharMagic, 8)) {
             text = formatCharText(CharDictionary(file.data(), file.size()).toReadings());

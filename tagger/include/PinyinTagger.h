@@ -76,7 +76,9 @@ PINYIN_TAGGER_API int LoadPinYinLibrary(void* hostInterface);
 /*
  * Opens the three dictionaries, given by full paths: the character readings ("Pinyin.dic"), the
  * words ("firrule.dic") and the context rules ("secrule.dic"). The files are mapped, not copied,
- * and each is checked (magic, version, size, checksum) before it is used.
+ * and each is checked (magic, version, size, the checksum of its index) before it is used; each
+ * block of a file's data is checked against its own checksum the first time a text needs it, so
+ * opening takes the same short time whatever the files' sizes.
  * Success: returns 0; taggers obtained from now on use these dictionaries, and the user's own
  * readings (above), read now. Dictionaries that were open before are closed.
  * Failure: returns PINYIN_TAGGER_E_ARGUMENT for a null path, PINYIN_TAGGER_E_DICTIONARY when a file
@@ -117,7 +119,10 @@ PINYIN_TAGGER_API int GetPinyinObject(void** tagger);
  * counted. An empty text gives an empty answer (length 0, buffer still to be freed).
  * Failure: *answer is NULL and *answerLength 0 (for the out pointers that are non-null); returns
  * PINYIN_TAGGER_E_ARGUMENT (a null pointer, or a tagger not obtained from GetPinyinObject or
- * already released), PINYIN_TAGGER_E_MEMORY or PINYIN_TAGGER_E_TOO_LONG.
+ * already released), PINYIN_TAGGER_E_MEMORY, PINYIN_TAGGER_E_TOO_LONG, or
+ * PINYIN_TAGGER_E_DICTIONARY when a block of a dictionary that the text needed does not match its
+ * checksum (the file and its bytes are named on standard error); the dictionaries then stay
+ * damaged, and every later text fails the same way.
  */
 PINYIN_TAGGER_API int PinyinTagSen(void* tagger, const char16_t* text, char16_t** answer,
                                    int32_t* answerLength);

@@ -27,8 +27,8 @@ protected:
         minihost::setWebProfilesOffTheRecord(true);
         minihost::setScaleFactor(1.0);
         minihost::resetFeatureStates();
-        minihost::setDirectory(minihost::kDirTaggingLibrary, TaggerDoubleLibrary::directory());
-        minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/opt/zphonetic/dict"));
+        minihost::setDirectory(ZDirTaggingLibrary, TaggerDoubleLibrary::directory());
+        minihost::setDirectory(ZDirDictionaries, QStringLiteral("/opt/zphonetic/dict"));
         tagger.setReading(u'你', u"nǐ");
         tagger.setReading(u'好', u"hǎo");
         tagger.setReading(u'都', u"dōu dū");

@@ -8,8 +8,8 @@
 #include "dialog/phoneticsymboljsapi.h"
 #include "dialogfixture.h"
 #include "engine/taggerbinding.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "minihost/nvo/hoststore.h"
-#include "minihost/nvo/readingservice.h"
 #include "nvo/readingservice.h"
 #include "usage/clientinfo.h"
 
@@ -147,7 +147,7 @@ TEST_F(JsApi, AGivenTextWithATaggerWhoseLibraryDidNotLoadIsNull) {
     minihost::registerService(SID_ZReadingService, service);
     service->Release();
     model()->releaseModel();
-    minihost::setDirectory(minihost::kDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
+    minihost::setDirectory(ZDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
     model()->initModel(nullptr);
     ASSERT_NE(model()->coreApp, nullptr);
     ASSERT_NE(model()->tagger, nullptr);
@@ -159,7 +159,7 @@ TEST_F(JsApi, AGivenTextWithATaggerWhoseLibraryDidNotLoadIsNull) {
               parsed(R"({"callstatus":"ok","result":null})"));
     model()->releaseModel();
     minihost::unregisterService(SID_ZReadingService);
-    minihost::setDirectory(minihost::kDirTaggingLibrary, TaggerDoubleLibrary::directory());
+    minihost::setDirectory(ZDirTaggingLibrary, TaggerDoubleLibrary::directory());
     model()->initModel(nullptr);
 }
 

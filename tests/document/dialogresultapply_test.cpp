@@ -35,7 +35,7 @@ struct Box {
 struct WritingCase {
     QString name;
     QString text;
-    bool target = false;
+    QString selection;  // "text" (all of it), "cursor" (a cursor at its start) or "none"
     QVector<PhoneticItem> items;
     int styleType = 0;
     int bracketType = 0;
@@ -59,7 +59,7 @@ std::vector<WritingCase> loadCases() {
         WritingCase c;
         c.name = row["name"].toString();
         c.text = row["text"].toString();
-        c.target = row["selection"].toString() == QLatin1String("text");
+        c.selection = row["selection"].toString();
         for (const QJsonValue& item : row["items"].toArray()) {
             const QJsonArray fields = item.toArray();
             c.items.append({fields[2].toString(), fields[1].toString(), fields[0].toInt()});
@@ -169,14 +169,20 @@ protected:
 };
 
 TEST(WritingCasesFile, IsReadAndHoldsTheCases) {
-    EXPECT_GE(writingCases().size(), 15u) << "read from " ZPHONETIC_WRITING_CASES;
+    EXPECT_GE(writingCases().size(), 16u) << "read from " ZPHONETIC_WRITING_CASES;
 }
 
 TEST_P(WritingCases, WritesWhatTheCaseSays) {
     const WritingCase& c = writingCases().at(GetParam());
     SCOPED_TRACE(c.name.toStdString());
     const int selected = deck->addTextBox(1, c.text, QRectF(100, 100, 300, 50));
-    if (c.target) ASSERT_TRUE(deck->selectText(selected, 0, c.text.size()));
+    if (c.selection == QLatin1String("text")) {
+        ASSERT_TRUE(deck->selectText(selected, 0, c.text.size()));
+    } else if (c.selection == QLatin1String("cursor")) {
+        ASSERT_TRUE(deck->selectText(selected, 0, 0));
+    } else {
+        ASSERT_EQ(c.selection, QLatin1String("none"));
+    }
     deck->clearJournal();
 
     model()->applyPhoneticItems(c.items, c.styleType, c.bracketType);
@@ -202,7 +208,7 @@ TEST_P(WritingCases, WritesWhatTheCaseSays) {
             selection = {QStringLiteral("selection"), shape.text, runs};
         } else {
             Box box = newBoxes.size() < made.size() ? made[newBoxes.size()]
-                                                    : Box{QStringLiteral("newBox")};
+                                                    : Box{QStringLiteral("newBox"), {}, {}};
             box.text = shape.text;
             box.bold = runs;
             newBoxes.push_back(box);

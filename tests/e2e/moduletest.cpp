@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
+#include "hostjournal.h"
 #include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
@@ -37,22 +38,21 @@ protected:
 
 TEST_F(Module, EntryObjectLifeCycle) {
     minihost::setHostSetting(QStringLiteral("ui/language"), QStringLiteral("zh_CN"));
-    const int installs = minihost::translationInstallCalls();
-    const int loads = minihost::loadLibraryCalls();
+    minihost::clearHostJournal();
 
     auto entry = entryObject();
     ASSERT_NE(entry, nullptr);
     EXPECT_STREQ(entry->metaObject()->className(), "ZxPhoneticSymbolObject");
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
-    EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);  // the tagging library
+    EXPECT_EQ(hostjournal::translationInstalls(), 1);
+    EXPECT_EQ(hostjournal::libraryLoads(), 1);  // the tagging library
 
     auto second = entryObject();
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
-    EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
+    EXPECT_EQ(hostjournal::translationInstalls(), 1);
+    EXPECT_EQ(hostjournal::libraryLoads(), 1);
     second.reset();  // releases the add-on for every entry object
 
     auto third = entryObject();
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 2);
+    EXPECT_EQ(hostjournal::translationInstalls(), 2);
 
     // "PhoneticOneKey" with nothing selected: the event, then the translated warning.
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("PhoneticOneKey")));
@@ -70,10 +70,10 @@ TEST_F(Module, EntryObjectLifeCycle) {
     ASSERT_TRUE(minihost::triggerCommand(third.get(), QStringLiteral("Other")));
     EXPECT_EQ(events().size(), 1);
 
-    const int uninstalls = minihost::translationUninstallCalls();
+    minihost::clearHostJournal();
     third.reset();
     entry.reset();
-    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls + 1);
+    EXPECT_EQ(hostjournal::translationUninstalls(), 1);
     EXPECT_EQ(minihost::installedTranslations(QCoreApplication::applicationDirPath() +
                                               QStringLiteral("/addons/zphoneticsymbol/mui/")),
               0);

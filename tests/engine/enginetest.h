@@ -18,9 +18,10 @@
 #include "engine/readings.h"
 #include "engine/sentencetagging.h"
 #include "engine/taggerbinding.h"
+#include "hostjournal.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "nvo/readingservice.h"
 #include "nvo/zapplication.h"
 #include "taggerdoublelibrary.h"
@@ -90,10 +91,11 @@ protected:
 
     void SetUp() override {
         ASSERT_TRUE(tagger.isLoaded()) << "the test tagging library did not load";
+        minihost::clearHostJournal();
         minihost::resetFeatureStates();
         minihost::resetDirectories();
-        minihost::setDirectory(minihost::kDirTaggingLibrary, TaggerDoubleLibrary::directory());
-        minihost::setDirectory(minihost::kDirDictionaries, QString::fromLatin1(kDictionaries));
+        minihost::setDirectory(ZDirTaggingLibrary, TaggerDoubleLibrary::directory());
+        minihost::setDirectory(ZDirDictionaries, QString::fromLatin1(kDictionaries));
         scriptReadings();
     }
 
@@ -114,8 +116,8 @@ protected:
     void TearDown() override {
         unloadPinyinTagger(handle);
         EXPECT_EQ(handle.library, nullptr);
-        EXPECT_EQ(minihost::coreApplicationReferences(&app), 0u)
-            << "a reference to the core application was not released";
+        EXPECT_EQ(hostjournal::openCoreReferences(), 0)
+            << "a reference to the core application was not released (or released twice)";
         minihost::resetFeatureStates();
         minihost::resetDirectories();
     }

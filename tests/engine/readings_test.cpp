@@ -116,7 +116,7 @@ TEST_F(ReadingsTest, AFailedTagStillMarksMissingCharactersInTheOldList) {
 }
 
 TEST_F(ReadingsTest, TheHostServiceFeedsTheSameOperations) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     tagAlternatives(&handle, QStringLiteral("中a国"), candidates);
     EXPECT_EQ(candidates.size(), 2);
     EXPECT_TRUE(tagReadings(&handle, QStringLiteral("中a国"), &candidates, readings));

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "common/comptr.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "nvo/readingservice.h"
 #include "nvo/runtime.h"
 

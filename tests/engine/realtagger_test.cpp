@@ -12,9 +12,10 @@
 
 #include "engine/readings.h"
 #include "engine/taggerbinding.h"
+#include "hostjournal.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "minihost/nvo/taggerreadings.h"
 #include "nvo/readingservice.h"
 #include "nvo/zapplication.h"
@@ -38,17 +39,17 @@ protected:
     }
 
     void SetUp() override {
+        minihost::clearHostJournal();
         minihost::resetFeatureStates();
-        minihost::setDirectory(minihost::kDirTaggingLibrary,
-                               QStringLiteral(ZPHONETIC_REAL_TAGGER_DIR));
-        minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral(ZPHONETIC_REAL_DICT_DIR));
+        minihost::setDirectory(ZDirTaggingLibrary, QStringLiteral(ZPHONETIC_REAL_TAGGER_DIR));
+        minihost::setDirectory(ZDirDictionaries, QStringLiteral(ZPHONETIC_REAL_DICT_DIR));
         ASSERT_TRUE(loadPinyinTagger(handle, &app));
         ASSERT_NE(handle.library, nullptr);
     }
 
     void TearDown() override {
         unloadPinyinTagger(handle);
-        EXPECT_EQ(minihost::coreApplicationReferences(&app), 0u);
+        EXPECT_EQ(hostjournal::openCoreReferences(), 0);
         minihost::resetFeatureStates();
         minihost::resetDirectories();
     }
@@ -87,7 +88,7 @@ TEST_F(RealTaggerTest, TheHostServiceAgreesWithTheLibrary) {
     const QString text = QStringLiteral("他长大了，银行在前面。");
     const QStringList fromLibrary = readingsOf(text);
     ASSERT_EQ(fromLibrary.size(), text.size());
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     QStringList fromService = readingsOf(text);
     // Only the library path writes the single-storey letter forms.
     for (QString& reading : fromService)
@@ -114,14 +115,14 @@ protected:
     // The readings of `text` through the library, then through the host's service.
     std::pair<Readings, Readings> bothReadingsOf(const QString& text) {
         const QStringList fromLibrary = readingsOf(text);
-        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+        minihost::setFeatureState(ZFeatureTaggingLibrary, false);
         unloadPinyinTagger(handle);
         EXPECT_TRUE(loadPinyinTagger(handle, &app));
         QStringList fromService = readingsOf(text);
         for (QString& reading : fromService)
             reading.replace(QLatin1Char('a'), QChar(0x0251))
                 .replace(QLatin1Char('g'), QChar(0x0261));
-        minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
+        minihost::setFeatureState(ZFeatureTaggingLibrary, true);
         unloadPinyinTagger(handle);
         EXPECT_TRUE(loadPinyinTagger(handle, &app));
         return {utf8(fromLibrary), utf8(fromService)};

@@ -258,7 +258,7 @@ TEST_F(SentenceTaggingTest, TheTaggerBlockIsLaidOutAfterItsHeader) {
 // ---- feature off: the host's reading service -------------------------------------------------
 
 TEST_F(SentenceTaggingTest, FeatureOffNeverCallsTheLibrary) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     const auto readings = tag(QStringLiteral("a中国"));
     ASSERT_TRUE(readings);
     EXPECT_EQ(utf8(*readings), (Readings{"", "zhōng", "guó"}));
@@ -267,7 +267,7 @@ TEST_F(SentenceTaggingTest, FeatureOffNeverCallsTheLibrary) {
 }
 
 TEST_F(SentenceTaggingTest, TheHostBlockCarriesTheServiceLayout) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     BstrHolder text(QStringLiteral("中国"));
     ReadingBlock* block = nullptr;
     tagText(handle.library, handle.coreApplication, text.get(), &block);
@@ -288,7 +288,7 @@ TEST_F(SentenceTaggingTest, TheHostBlockCarriesTheServiceLayout) {
 }
 
 TEST_F(SentenceTaggingTest, FeatureOffWideningInsertsGroupSizesOfOne) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     BstrHolder text(QStringLiteral("中 国"));
     ReadingBlock* block = nullptr;
     tagText(handle.library, handle.coreApplication, text.get(), &block);
@@ -302,7 +302,7 @@ TEST_F(SentenceTaggingTest, FeatureOffWideningInsertsGroupSizesOfOne) {
 }
 
 TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     EXPECT_FALSE(tag(QStringLiteral("中人")));  // the service has no reading for 人
     PlainUnknown plain;
     minihost::registerService(&app, SID_ZReadingService, &plain);
@@ -314,7 +314,7 @@ TEST_F(SentenceTaggingTest, AFailingServiceGivesNoBlock) {
 }
 
 TEST_F(SentenceTaggingTest, OnlyStatusZeroWithARecordIsAnAnswer) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     FixedStatusTagger succeeds(S_OK, true);
     minihost::registerService(&app, SID_ZReadingService, &succeeds);
     EXPECT_EQ(utf8(tag(QStringLiteral("中")).value_or(QStringList())), (Readings{"zhōng"}));
@@ -331,7 +331,7 @@ TEST_F(SentenceTaggingTest, OnlyStatusZeroWithARecordIsAnAnswer) {
 }
 
 TEST_F(SentenceTaggingTest, FeatureOffWithoutACoreApplicationGivesNoBlock) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     BstrHolder text(QStringLiteral("中国"));
     ReadingBlock* block = nullptr;
     tagText(nullptr, nullptr, text.get(), &block);

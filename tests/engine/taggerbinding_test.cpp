@@ -46,7 +46,7 @@ TEST_F(TaggerBindingTest, ASecondLoadDoesNotTouchTheLibrary) {
 }
 
 TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
@@ -55,12 +55,12 @@ TEST_F(TaggerBindingTest, FeatureOffLoadsNothingAndSucceeds) {
 }
 
 TEST_F(TaggerBindingTest, TheFirstCoreApplicationStays) {
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     ZCoreApplication other;  // offers no reading service
     EXPECT_TRUE(loadPinyinTagger(handle, &app));
     EXPECT_TRUE(loadPinyinTagger(handle, &other));
     EXPECT_EQ(handle.coreApplication, &app);
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, true);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, true);
     ASSERT_TRUE(loadPinyinTagger(handle, &other));
     EXPECT_EQ(handle.coreApplication, &app);
     // The interface came from the first application's reading service.
@@ -70,11 +70,11 @@ TEST_F(TaggerBindingTest, TheFirstCoreApplicationStays) {
 TEST_F(TaggerBindingTest, DirectoryWithAndWithoutTrailingSlashGiveTheSamePaths) {
     const QString library = TaggerDoubleLibrary::directory();
     ASSERT_FALSE(library.endsWith(QLatin1Char('/')));
-    minihost::setDirectory(minihost::kDirTaggingLibrary, library);
+    minihost::setDirectory(ZDirTaggingLibrary, library);
     load();
     unloadPinyinTagger(handle);
-    minihost::setDirectory(minihost::kDirTaggingLibrary, library + QLatin1Char('/'));
-    minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/opt/zphonetic/dict/"));
+    minihost::setDirectory(ZDirTaggingLibrary, library + QLatin1Char('/'));
+    minihost::setDirectory(ZDirDictionaries, QStringLiteral("/opt/zphonetic/dict/"));
     load();
     // The same library path both times: no '/' appended to a directory that ends in one.
     Journal twice = lookupsAndLoad(library);
@@ -87,13 +87,13 @@ TEST_F(TaggerBindingTest, DirectoryWithAndWithoutTrailingSlashGiveTheSamePaths) 
 }
 
 TEST_F(TaggerBindingTest, BackslashEndsADirectoryToo) {
-    minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("C:\\dict\\"));
+    minihost::setDirectory(ZDirDictionaries, QStringLiteral("C:\\dict\\"));
     load();
     EXPECT_EQ(tagger.journal().at(1), openDictionary("C:\\dict\\"));
     unloadPinyinTagger(handle);
     // The library's directory ending in '\' gets nothing appended, so its path is
     // "<dir>\libPinyinTagger.so", which does not exist.
-    minihost::setDirectory(minihost::kDirTaggingLibrary,
+    minihost::setDirectory(ZDirTaggingLibrary,
                            TaggerDoubleLibrary::directory() + QLatin1Char('\\'));
     EXPECT_FALSE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
@@ -105,14 +105,14 @@ TEST_F(TaggerBindingTest, BackslashEndsADirectoryToo) {
 TEST_F(TaggerBindingTest, AFailedDictionaryLookupReusesWhatTheBufferHolds) {
     // An empty directory makes the host's lookup fail and leave the buffer as it was: the
     // library's directory, with the '/' the binding appended.
-    minihost::setDirectory(minihost::kDirDictionaries, QString());
+    minihost::setDirectory(ZDirDictionaries, QString());
     load();
     EXPECT_EQ(tagger.journal().at(1),
               openDictionary(TaggerDoubleLibrary::directory().toStdString() + "/"));
 }
 
 TEST_F(TaggerBindingTest, AMissingLibraryFailsAndLeavesTheHandleEmpty) {
-    minihost::setDirectory(minihost::kDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
+    minihost::setDirectory(ZDirTaggingLibrary, QStringLiteral("/nonexistent/zphonetic"));
     EXPECT_FALSE(loadPinyinTagger(handle, &app));
     EXPECT_EQ(handle.library, nullptr);
     EXPECT_EQ(handle.coreApplication, &app);
@@ -162,8 +162,7 @@ TEST_F(TaggerBindingTest, ALibraryWithoutItsEntryPointsIsDeliberatelyNotGuardedA
     // A broken installation: the library loads but has no OpenDictionary. The binding calls the
     // missing entry point anyway, as designed, and the process dies.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    minihost::setDirectory(minihost::kDirTaggingLibrary,
-                           QStringLiteral(ZPHONETIC_BROKEN_TAGGER_DIR));
+    minihost::setDirectory(ZDirTaggingLibrary, QStringLiteral(ZPHONETIC_BROKEN_TAGGER_DIR));
     EXPECT_DEATH(loadPinyinTagger(handle, &app), "");
 }
 

@@ -9,6 +9,7 @@
 #include <map>
 
 #include "entry/addonresources.h"
+#include "hostjournal.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
 #include "ribbonfixture.h"
@@ -87,10 +88,10 @@ TEST_F(AddonResources, WithoutATranslatorNothingIsInstalled) {
 }
 
 TEST_F(AddonResources, WithoutAMainWindowTheTabIsOtherAndTheRibbonIsNotAsked) {
-    const int before = minihost::ribbonQueryCount();
+    minihost::clearHostJournal();
     EXPECT_EQ(currentRibbonTabId(), QString());
     EXPECT_EQ(currentRibbonTab(), RibbonTab::Other);
-    EXPECT_EQ(minihost::ribbonQueryCount(), before);
+    EXPECT_EQ(hostjournal::ribbonQueries(), 0);
 }
 
 TEST_F(AddonResources, TabIdComesFromTheCurrentTabCommand) {

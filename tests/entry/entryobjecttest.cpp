@@ -11,6 +11,7 @@
 #include "engine/taggerbinding.h"
 #include "entry/appentry.h"
 #include "entry/phoneticsymbolobject.h"
+#include "hostjournal.h"
 #include "minihost/nvo/addonmodule.h"
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
@@ -26,8 +27,8 @@ class EntryObject : public RibbonFixture {
 protected:
     void SetUp() override {
         ASSERT_TRUE(emptyDirectory.isValid());
-        minihost::setDirectory(minihost::kDirTaggingLibrary, emptyDirectory.path());
-        minihost::setDirectory(minihost::kDirDictionaries, emptyDirectory.path());
+        minihost::setDirectory(ZDirTaggingLibrary, emptyDirectory.path());
+        minihost::setDirectory(ZDirDictionaries, emptyDirectory.path());
         showTab(QStringLiteral("CT_Home"));
         minihost::clearUsageEvents();
         minihost::clearMessagesShown();
@@ -78,8 +79,7 @@ TEST_F(EntryObject, ArgumentMetaTypesAreNotRegistered) {
 }
 
 TEST_F(EntryObject, FirstEntryObjectInitialisesTheModel) {
-    const int installs = minihost::translationInstallCalls();
-    const int loads = minihost::loadLibraryCalls();
+    minihost::clearHostJournal();
     auto entry = newEntryObject();
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry->parent(), nullptr);
@@ -88,22 +88,21 @@ TEST_F(EntryObject, FirstEntryObjectInitialisesTheModel) {
     EXPECT_EQ(model()->mainWindow, window.get());
     ASSERT_NE(model()->tagger, nullptr);
     EXPECT_EQ(model()->tagger->library, nullptr);  // the load failed, quietly
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
-    EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
+    EXPECT_EQ(hostjournal::translationInstalls(), 1);
+    EXPECT_EQ(hostjournal::libraryLoads(), 1);
 }
 
 TEST_F(EntryObject, SecondEntryObjectLoadsNothingAndInstallsNoTranslationAgain) {
     auto first = newEntryObject();
     PinyinTaggerHandle* tagger = model()->tagger;
-    const int installs = minihost::translationInstallCalls();
-    const int loads = minihost::loadLibraryCalls();
+    minihost::clearHostJournal();
 
     auto second = newEntryObject();
     ASSERT_NE(second, nullptr);
     EXPECT_NE(second.get(), first.get());
     EXPECT_EQ(model()->tagger, tagger);
-    EXPECT_EQ(minihost::translationInstallCalls(), installs);
-    EXPECT_EQ(minihost::loadLibraryCalls(), loads);
+    EXPECT_EQ(hostjournal::translationInstalls(), 0);
+    EXPECT_EQ(hostjournal::libraryLoads(), 0);
 }
 
 TEST_F(EntryObject, DestroyingTheEntryObjectReleasesAndKeepsTheLastChoices) {
@@ -113,7 +112,7 @@ TEST_F(EntryObject, DestroyingTheEntryObjectReleasesAndKeepsTheLastChoices) {
     model()->styleType = 3;
     model()->bracketType = 5;
     model()->style.fontSize = 28;
-    const int uninstalls = minihost::translationUninstallCalls();
+    minihost::clearHostJournal();
 
     entry.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
@@ -124,20 +123,19 @@ TEST_F(EntryObject, DestroyingTheEntryObjectReleasesAndKeepsTheLastChoices) {
     EXPECT_EQ(model()->bracketType, 5);
     EXPECT_EQ(model()->style.fontSize, 28);
     EXPECT_EQ(model()->mainWindow, window.get());
-    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls + 1);
+    EXPECT_EQ(hostjournal::translationUninstalls(), 1);
     model()->styleType = model()->bracketType = -1;
     model()->style = TextStyle();
 }
 
 TEST_F(EntryObject, AfterTheEntryObjectIsDestroyedANewOneInitialisesAgain) {
     newEntryObject().reset();
-    const int installs = minihost::translationInstallCalls();
-    const int loads = minihost::loadLibraryCalls();
+    minihost::clearHostJournal();
     auto again = newEntryObject();
     EXPECT_EQ(model()->coreApp, app()->coreApplication());
     EXPECT_NE(model()->tagger, nullptr);
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
-    EXPECT_EQ(minihost::loadLibraryCalls(), loads + 1);
+    EXPECT_EQ(hostjournal::translationInstalls(), 1);
+    EXPECT_EQ(hostjournal::libraryLoads(), 1);
 }
 
 TEST_F(EntryObject, DestroyingOneOfSeveralEntryObjectsReleasesForAll) {
@@ -145,21 +143,21 @@ TEST_F(EntryObject, DestroyingOneOfSeveralEntryObjectsReleasesForAll) {
     auto second = newEntryObject();
     first.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
-    const int uninstalls = minihost::translationUninstallCalls();
+    minihost::clearHostJournal();
     second.reset();  // nothing left to release
-    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
+    EXPECT_EQ(hostjournal::translationUninstalls(), 0);
 }
 
 TEST_F(EntryObject, DestroyingWhenNeverInitialisedOnlyDestroysTheObject) {
-    const int uninstalls = minihost::translationUninstallCalls();
+    minihost::clearHostJournal();
     auto object = std::make_unique<ZxPhoneticSymbolObject>();
     object.reset();
     EXPECT_EQ(model()->coreApp, nullptr);
-    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
+    EXPECT_EQ(hostjournal::translationUninstalls(), 0);
 }
 
 TEST_F(EntryObject, InitModelAndReleaseModelRunOnlyInTheirState) {
-    const int installs = minihost::translationInstallCalls();
+    minihost::clearHostJournal();
     model()->initModel(window.get());
     EXPECT_EQ(model()->coreApp, app()->coreApplication());
     EXPECT_EQ(model()->mainWindow, window.get());
@@ -167,11 +165,11 @@ TEST_F(EntryObject, InitModelAndReleaseModelRunOnlyInTheirState) {
     model()->initModel(nullptr);  // already initialised: nothing changes
     EXPECT_EQ(model()->tagger, tagger);
     EXPECT_EQ(model()->mainWindow, window.get());
-    EXPECT_EQ(minihost::translationInstallCalls(), installs + 1);
+    EXPECT_EQ(hostjournal::translationInstalls(), 1);
     model()->releaseModel();
-    const int uninstalls = minihost::translationUninstallCalls();
+    minihost::clearHostJournal();
     model()->releaseModel();  // already released: nothing happens
-    EXPECT_EQ(minihost::translationUninstallCalls(), uninstalls);
+    EXPECT_EQ(hostjournal::translationUninstalls(), 0);
 }
 
 TEST_F(EntryObject, ContextWithoutActionOrWithAnotherCaseDoesNothing) {

@@ -17,7 +17,7 @@ void expectItem(const PhoneticItem& item, const QString& pinyin, const QString& 
     EXPECT_EQ(item.index, index);
 }
 
-TEST(PhoneticTextImport, TheDesignsExample) {
+TEST(PhoneticTextImport, TwoReadingsOneOfThemTheSecondOfItsCharacter) {
     const PhoneticImport result = importPhoneticText(args(QString::fromUtf8(
         R"([{"index":0,"pinyin":"dū","text":"都"},{"index":1,"pinyin":"děi","text":"得"}])")));
     EXPECT_EQ(result.styleType, 1);
@@ -115,19 +115,62 @@ TEST(PhoneticTextImport, ADamagedArrayKeepsWhatTheReaderRead) {
     EXPECT_EQ(result.items.size(), 2);
 }
 
-TEST(PhoneticTextImport, ArraysNestedDeeperThanTheReaderGoesGiveNothingAndNoException) {
-    // The JSON reader gives up past its stack limit (1000) by throwing; the page's text must not
-    // carry that out of the import, wherever the nesting stands.
+TEST(PhoneticTextImport, AnElementNestedDeeperThanTheReaderGoesCostsOnlyItself) {
+    // The JSON reader gives up past its stack limit (1000) by throwing: such a value reads as
+    // null, wherever it stands, and only its own element is lost.
     const QString deep = QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));
-    const QString valid = QStringLiteral(R"({"index":0,"pinyin":"a","text":"a"})");
-    for (const QString& text :
-         {deep, QLatin1Char('[') + valid + QLatin1Char(',') + deep + QLatin1Char(']'),
-          QStringLiteral("{\"a\":") + deep + QLatin1Char('}')}) {
+    const QString first = QStringLiteral(R"({"index":0,"pinyin":"a","text":"a"})");
+    const QString second = QStringLiteral(R"({"index":1,"pinyin":"b","text":"b"})");
+    PhoneticImport result;
+    EXPECT_NO_THROW(result =
+                        importPhoneticText(args(QLatin1Char('[') + first + QLatin1Char(',') + deep +
+                                                QLatin1Char(',') + second + QLatin1Char(']'))));
+    ASSERT_EQ(result.items.size(), 2);
+    expectItem(result.items[0], "a", "a", 0);
+    expectItem(result.items[1], "b", "b", 1);
+
+    // A good element whose extra member nests too deep keeps its readings: other members are
+    // ignored.
+    result = importPhoneticText(args(QStringLiteral(R"([{"index":2,"pinyin":"c","text":"c","x":)") +
+                                     deep + QStringLiteral("}]")));
+    ASSERT_EQ(result.items.size(), 1);
+    expectItem(result.items[0], "c", "c", 2);
+
+    // A deep value cut off by the end of the text: what came before stands.
+    result = importPhoneticText(
+        args(QLatin1Char('[') + first + QLatin1Char(',') + QString(3000, QLatin1Char('['))));
+    ASSERT_EQ(result.items.size(), 1);
+    expectItem(result.items[0], "a", "a", 0);
+}
+
+TEST(PhoneticTextImport, NothingButDeepNestingGivesNothing) {
+    const QString deep = QString(5000, QLatin1Char('[')) + QString(5000, QLatin1Char(']'));
+    for (const QString& text : {deep, QStringLiteral("{\"a\":") + deep + QLatin1Char('}')}) {
         PhoneticImport result;
         EXPECT_NO_THROW(result = importPhoneticText(args(text)));
         EXPECT_TRUE(result.items.isEmpty());
         EXPECT_EQ(result.styleType, 1);
     }
+}
+
+TEST(PhoneticTextImport, BracketsInStringsAndCommentsAreNotNesting) {
+    // 70 brackets in a reading and in a comment: text, not structure.
+    const QString brackets(70, QLatin1Char('['));
+    const PhoneticImport result = importPhoneticText(
+        args(QStringLiteral("[ /* ") + brackets + QStringLiteral(" */ {\"index\":0,\"pinyin\":\"") +
+             brackets + QStringLiteral("\\\"\",\"text\":\"a\"} // ") + brackets +
+             QStringLiteral("\n]")));
+    ASSERT_EQ(result.items.size(), 1);
+    expectItem(result.items[0], brackets + QLatin1Char('"'), "a", 0);
+}
+
+TEST(PhoneticTextImport, NestingUpToTheLimitIsReadAsItStands) {
+    // An extra member 60 levels deep is a value like any other: ignored, its element kept.
+    const QString nested = QString(60, QLatin1Char('[')) + QString(60, QLatin1Char(']'));
+    const PhoneticImport result =
+        importPhoneticText(args(QStringLiteral(R"([{"index":0,"pinyin":"a","text":"a","x":)") +
+                                nested + QStringLiteral("}]")));
+    EXPECT_EQ(result.items.size(), 1);
 }
 
 }  // namespace

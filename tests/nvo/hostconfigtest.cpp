@@ -140,12 +140,12 @@ TEST_F(HostConfig, TheMissingReadingFileIsNamedWithAFixForWhereItsDirectoryCameF
 
     // Switched off, the tagging library is not needed: the dictionaries are checked, beside the
     // programs here (a test executable has none there).
-    minihost::setFeatureState(minihost::kFeatureTaggingLibrary, false);
+    minihost::setFeatureState(ZFeatureTaggingLibrary, false);
     const QString dictionaries = QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                                  QStringLiteral("/../share/zphonetic/dict"));
     const QString missing = minihost::missingReadingFile(&problem);
     if (QFile::exists(dictionaries + QStringLiteral("/Pinyin.dic"))) {
-        minihost::setDirectory(minihost::kDirDictionaries, QStringLiteral("/chosen"));
+        minihost::setDirectory(ZDirDictionaries, QStringLiteral("/chosen"));
         EXPECT_EQ(minihost::missingReadingFile(&problem), QStringLiteral("/chosen/Pinyin.dic"));
         EXPECT_EQ(problem,
                   QStringLiteral("the dictionary Pinyin.dic of the tagging library is missing: the "

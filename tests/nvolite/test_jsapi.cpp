@@ -65,6 +65,7 @@ TEST_F(Bridge, CallsTheSlotOfThatNameAndAnswersItsResult) {
     ASSERT_TRUE(
         window.init(QStringLiteral("file:///nowhere/page.html#/a"), QStringLiteral("test")));
     EXPECT_EQ(minihost::webWidgetView(&window), nullptr);  // nothing rendered
+    EXPECT_EQ(minihost::webPageUrl(&window), QUrl());
     EXPECT_EQ(minihost::callBridge(&window, "echo", R"({"a":1})"), ok(QStringLiteral("{\"a\":1}")));
     EXPECT_EQ(minihost::callBridge(&window, "hidden", "{}"), ok(7));
     EXPECT_EQ(window.api->calls, (QStringList{"echo", "hidden"}));
@@ -100,6 +101,30 @@ TEST_F(Bridge, OpenBrowserRaisesTheSignal) {
                     .toBool());
     ASSERT_EQ(spy.count(), 1);
     EXPECT_EQ(spy[0][0].toString(), "https://help.example.invalid/a?x=1");
+}
+
+TEST_F(Bridge, OpenBrowserIsForWebAddressesOnly) {
+    EchoWindow window;
+    ASSERT_TRUE(window.init(QStringLiteral("file:///nowhere/page.html"), QStringLiteral("test")));
+    QSignalSpy spy(window.api, SIGNAL(openPromeBrowser(QString)));
+    for (const char* url : {"file:///etc/passwd", "javascript:alert(1)", "mailto:a@example.invalid",
+                            "smb://server/share", "https:no-host", "help.example.invalid/x"}) {
+        const QVariantMap reply = minihost::callBridge(&window, "openPromeBrowser",
+                                                       QStringLiteral(R"({"url":"%1"})").arg(url));
+        EXPECT_EQ(reply, (QVariantMap{{"ok", false},
+                                      {"error", QStringLiteral("openPromeBrowser: not a web "
+                                                               "address: %1")
+                                                    .arg(url)}}));
+    }
+    EXPECT_EQ(spy.count(), 0);
+    // http and https of a host go through, and so does an empty address: the bridge decides.
+    for (const char* url : {"http://example.invalid/", "HTTPS://Example.invalid/a?b=c", ""})
+        EXPECT_TRUE(minihost::callBridge(&window, "openPromeBrowser",
+                                         QStringLiteral(R"({"url":"%1"})").arg(url))
+                        .value("ok")
+                        .toBool())
+            << url;
+    EXPECT_EQ(spy.count(), 3);
 }
 
 TEST_F(Bridge, RemotePagesAreRefusedWhenTheBridgeSaysSo) {

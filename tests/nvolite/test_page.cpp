@@ -3,11 +3,11 @@
 // only, its window.close() closes the window, and a local-only window keeps it at home.
 #include <gtest/gtest.h>
 #include <QApplication>
+#include <QFile>
 #include <QJsonDocument>
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
-#include <QWebEngineView>
 
 #include "echoapi.h"
 #include "minihost/nvolite/webhost.h"
@@ -34,6 +34,23 @@ class Page : public testing::Test {
 protected:
     void SetUp() override { minihost::setWebProfilesOffTheRecord(true); }
 };
+
+// Whether the process has mapped an object whose path contains `name`.
+bool mapped(const QString& name) {
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    return maps.open(QIODevice::ReadOnly) && QString::fromUtf8(maps.readAll()).contains(name);
+}
+
+TEST_F(Page, ARenderedPageLoadsTheWebPartAndTheWebEngine) {
+    EchoWindow window;
+    ASSERT_TRUE(window.init(pageUrl(QString()), QStringLiteral("test")));
+    EXPECT_TRUE(mapped(QStringLiteral("/libnvolite_web.so")));
+    EXPECT_TRUE(mapped(QStringLiteral("/libQt5WebEngineCore.so")));
+    ASSERT_NE(minihost::webWidgetView(&window), nullptr);
+    window.show();
+    ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
+    EXPECT_TRUE(minihost::webPageUrl(&window).toString().endsWith(QStringLiteral("bridge.html")));
+}
 
 TEST_F(Page, SeesOnlyZxHostAndGetsEveryReply) {
     EchoWindow window;
@@ -83,7 +100,7 @@ TEST_F(Page, ALocalOnlyWindowStaysOnLocalContent) {
     ASSERT_TRUE(window.init(pageUrl("#remote"), QStringLiteral("test")));
     window.show();
     ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
-    EXPECT_TRUE(minihost::webWidgetView(&window)->url().toString().endsWith("bridge.html#remote"));
+    EXPECT_TRUE(minihost::webPageUrl(&window).toString().endsWith("bridge.html#remote"));
 }
 
 TEST_F(Page, ABridgeThatRefusesNavigationKeepsThePageAtHome) {
@@ -92,8 +109,7 @@ TEST_F(Page, ABridgeThatRefusesNavigationKeepsThePageAtHome) {
     ASSERT_TRUE(window.init(pageUrl("#elsewhere"), QStringLiteral("test")));
     window.show();
     ASSERT_TRUE(minihost::waitForPageAttribute(&window, "data-rendered", "bridge", kTimeout));
-    EXPECT_TRUE(
-        minihost::webWidgetView(&window)->url().toString().endsWith("bridge.html#elsewhere"));
+    EXPECT_TRUE(minihost::webPageUrl(&window).toString().endsWith("bridge.html#elsewhere"));
 }
 
 TEST_F(Page, OtherwiseThePageMayNavigate) {

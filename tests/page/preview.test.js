@@ -113,27 +113,39 @@ describe('preview of what will be written', () => {
     await dialog.close();
   });
 
-  it('shows where the rest of a selection longer than the dialog was given stays, and says so', async () => {
+  it('shows what is written for a selection of exactly the 30 units the dialog is given, and a note that claims neither more nor no more', async () => {
+    // The page cannot tell 30 units from a longer selection cut to 30: it previews what the add-on
+    // writes for the 30 it has, with no mark for a rest that may not exist.
     const chars = POEM.map((e) => e.text).join('');
     const dialog = await openDialog(browser, { document: readingsDocument(POEM) });
     await choose(dialog.page, 1, 1);
     const [after] = await previewOf(dialog.page);
-    assert.ok(after.text.startsWith(chars + '…（chūn mián '), after.text);
-    assert.ok(after.text.endsWith(' ɡuānɡ ）'), after.text);
+    assert.equal(after.text, chars + '（chūn mián bù jué xiǎo chù chù wén tí niǎo yè lái fēnɡ yǔ shēnɡ ' +
+      'huā luò zhī duō shǎo chuánɡ qián mínɡ yuè ɡuānɡ ）');
+    assert.equal(after.shown, after.text);
     await choose(dialog.page, 2, 2);
     const [each] = await previewOf(dialog.page);
     assert.ok(each.text.startsWith('春[chūn]眠[mián]'), each.text);
-    assert.ok(each.text.endsWith('光[ɡuānɡ]，…'), each.text);
+    assert.ok(each.text.endsWith('光[ɡuānɡ]，'), each.text);
     await choose(dialog.page, 3, 3);
-    assert.deepEqual((await previewOf(dialog.page)).map((box) => box.text.slice(-2)), ['ɡ ', '，…']);
-    assert.equal(await dialog.page.locator('.preview .run.rest').count(), 1);
+    assert.deepEqual((await previewOf(dialog.page)).map((box) => [box.kind, box.text.slice(-2)]),
+      [['newBox', 'ɡ '], ['selection', '光，']]);
+    for (const box of await previewOf(dialog.page)) {
+      assert.ok(!box.text.includes('…') && !box.shown.includes('…'), box.text);
+    }
     assert.equal(await dialog.page.textContent('.preview-note'),
-      '对话框只收到所选文字的前 30 个字。所选文字更长时，其余部分（…）原样保留，不标注读音。');
+      '对话框最多收到所选文字的前 30 个字。其后若还有文字，则原样保留、不标注读音，写在文字后面的读音会在全部文字之后。');
     await dialog.close();
+
+    const english = await openDialog(browser, { document: readingsDocument(POEM), locale: 'en-US' });
+    assert.equal(await english.page.textContent('.preview-note'),
+      'The dialog is given at most the first 30 characters of a selection. Any characters after ' +
+      'them stay as they are, without readings, and readings written after the text come after all of it.');
+    await english.close();
 
     const shorter = await openDialog(browser, { document: readingsDocument(POEM.slice(0, 29)) });
     await choose(shorter.page, 1, 1);
-    assert.ok(!(await previewOf(shorter.page))[0].text.includes('…'));
+    assert.equal((await previewOf(shorter.page))[0].text.slice(0, 29), chars.slice(0, 29));
     assert.equal(await shorter.page.locator('.preview-note').count(), 0);
     await shorter.close();
   });

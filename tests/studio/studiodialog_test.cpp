@@ -7,7 +7,6 @@
 #include <QListWidget>
 #include <QRegularExpression>
 #include <QTabBar>
-#include <QWebEngineView>
 
 #include "decktestutil.h"
 #include "minihost/nvolite/webhost.h"

@@ -363,7 +363,7 @@ TEST_F(StudioWindowTest, TheWarningOfTheAddOnIsARealMessageBox) {
 TEST_F(StudioWindowTest, AMissingDictionaryIsNamedBeforeACommandRuns) {
     ASSERT_TRUE(window->openFile(lessonPath()));
     ASSERT_TRUE(window->deck()->selectShapes({3}));
-    minihost::setDirectory(minihost::kDirDictionaries, dir.filePath(QStringLiteral("nowhere")));
+    minihost::setDirectory(ZDirDictionaries, dir.filePath(QStringLiteral("nowhere")));
     MessageBoxAnswer answer(QMessageBox::Ok);
     window->phoneticOneKeyAction()->trigger();
     minihost::resetDirectories();

@@ -120,7 +120,7 @@ std::vector<uint8_t> truncatedWords() {
 }
 std::vector<uint8_t> flippedChars() {
     auto b = tiny::charBytes();
-    b[b.size() / 2] ^= 0x01;
+    b[zphonetic::tagger::kHeaderSize + 30] ^= 0x01;  // in the section table
     return b;
 }
 std::vector<uint8_t> swappedRules() {
@@ -165,6 +165,24 @@ INSTANTIATE_TEST_SUITE_P(Files, BrokenDictionary,
                                            Broken{"swapped", "secrule.dic", swappedRules},
                                            Broken{"headerOnly", "secrule.dic", headerOnly}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(AbiDamage, ADamagedBlockFailsTheTextThatReadsItAndEveryTextAfter) {
+    // Opening checks the index only: a flipped byte in the entry of 行 is found by the first
+    // text that needs it.
+    tiny::TempDir dir;
+    dir.writeTinyDictionaries();
+    auto chars = tiny::charBytes();
+    chars[tiny::sectionOffset(chars, 3) + 4 * size_t{u'行'}] ^= 0x01;
+    dir.write("Pinyin.dic", chars);
+    ASSERT_EQ(open(dir.path()), 0);
+    void* tagger = nullptr;
+    ASSERT_EQ(GetPinyinObject(&tagger), 0);
+    EXPECT_EQ(tag(tagger, "好"), "好/hǎo hào");
+    EXPECT_EQ(tag(tagger, "行"), "<status -3>");
+    EXPECT_EQ(tag(tagger, "好"), "<status -3>");
+    EXPECT_EQ(ReleasePinyinObject(tagger), 0);
+    EXPECT_EQ(CloseDictionary(), 0);
+}
 
 // The user's own readings through the ABI: the file named by the environment, as a host finds it.
 class AbiOwnReadings : public ::testing::Test {

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The binary format: hand-made truncated and corrupt files are refused with a message that says
-// where; nothing reads outside the bytes it was given.
+// where, a damaged block of data is found when it is first read; nothing reads outside the bytes
+// it was given.
 #include <gtest/gtest.h>
 
 #include "CharDictionary.h"
 #include "Container.h"
 #include "RuleDictionary.h"
+#include "Tagger.h"
 #include "TinyDictionaries.h"
 #include "WordDictionary.h"
 
@@ -22,14 +24,19 @@ std::string errorOf(const std::vector<uint8_t>& bytes) {
     return "";
 }
 
-// Rewrites the checksum after a deliberate change, so the change itself is what gets checked.
-void reseal(std::vector<uint8_t>& bytes) {
-    const uint64_t sum = checksum(bytes.data() + kHeaderSize, bytes.size() - kHeaderSize);
-    for (int i = 0; i < 8; ++i) bytes[24 + i] = static_cast<uint8_t>(sum >> (8 * i));
-}
-
 void putU32(std::vector<uint8_t>& bytes, size_t at, uint32_t v) {
     for (int i = 0; i < 4; ++i) bytes[at + i] = static_cast<uint8_t>(v >> (8 * i));
+}
+
+uint64_t u64(const std::vector<uint8_t>& bytes, size_t at) {
+    uint64_t v = 0;
+    for (int i = 0; i < 8; ++i) v |= uint64_t{bytes[at + i]} << (8 * i);
+    return v;
+}
+
+// Where the data starts (header offset 32).
+size_t dataStart(const std::vector<uint8_t>& bytes) {
+    return static_cast<size_t>(u64(bytes, 32));
 }
 
 TEST(Format, AnIntactFileOpens) {
@@ -61,28 +68,102 @@ TEST(Format, WrongMagicAndVersionAreRefused) {
     EXPECT_EQ(errorOf(bytes), "bad magic at offset 0: expected \"ZPYCHARS\"");
     EXPECT_EQ(errorOf(tiny::wordBytes()), "bad magic at offset 0: expected \"ZPYCHARS\"");
     bytes = tiny::charBytes();
-    bytes[8] = 1;  // the previous format
-    EXPECT_EQ(errorOf(bytes), "format version 1 at offset 8, expected 2");
+    bytes[8] = 2;  // the previous format, whose checksum covered the whole file
+    EXPECT_EQ(errorOf(bytes), "format version 2 at offset 8, expected 3");
 }
 
-TEST(Format, AnyFlippedPayloadByteFailsTheChecksum) {
+TEST(Format, AnyFlippedIndexByteFailsTheChecksum) {
     const auto bytes = tiny::charBytes();
-    for (size_t at = kHeaderSize; at < bytes.size(); at += 997) {
+    ASSERT_GT(dataStart(bytes), kHeaderSize + 5 * kSectionEntrySize);
+    for (size_t at = kHeaderSize; at < dataStart(bytes); at += 7) {
         auto corrupt = bytes;
         corrupt[at] ^= 0x10;
-        EXPECT_EQ(errorOf(corrupt), "checksum at offset 24 does not match the payload") << at;
+        EXPECT_EQ(errorOf(corrupt), "checksum at offset 24 does not match the index") << at;
     }
+}
+
+TEST(Format, AFlippedDataByteIsFoundWhenItsBlockIsRead) {
+    // Opening reads the index only; the block holding 行's entry is checked when 行 is looked up,
+    // reads as nothing, and the file stays damaged.
+    auto bytes = tiny::charBytes();
+    const size_t entry = tiny::sectionOffset(bytes, 3) + 4 * size_t{u'行'};
+    bytes[entry] ^= 0x01;
+    CharDictionary dict(bytes.data(), bytes.size());
+    EXPECT_FALSE(dict.file().damaged());
+    EXPECT_EQ(dict.count(u'好'), 2u);  // its entry lies in another block
+    EXPECT_FALSE(dict.file().damaged());
+    EXPECT_EQ(dict.count(u'行'), 0u);
+    EXPECT_EQ(dict.reading(u'行', 0), nullptr);
+    ASSERT_TRUE(dict.file().damaged());
+    const size_t block = (entry - dataStart(bytes)) / kBlockSize;
+    const size_t first = dataStart(bytes) + block * kBlockSize;
+    EXPECT_EQ(dict.file().damage(), "bytes " + std::to_string(first) + ".." +
+                                        std::to_string(first + kBlockSize - 1) + " (block " +
+                                        std::to_string(block) + ") do not match their checksum");
+    EXPECT_EQ(dict.count(u'好'), 2u);  // intact blocks still read
+    EXPECT_TRUE(dict.file().damaged());
+}
+
+TEST(Format, EveryFlippedDataByteIsFoundByCheckingEveryBlock) {
+    const auto bytes = tiny::charBytes();
+    for (size_t at = dataStart(bytes); at < bytes.size(); at += 997) {
+        auto corrupt = bytes;
+        corrupt[at] ^= 0x10;
+        const ContainerView view(corrupt.data(), corrupt.size(), "ZPYCHARS");
+        try {
+            view.checkEveryBlock();
+            ADD_FAILURE() << "byte " << at << " flipped unnoticed";
+        } catch (const FormatError& e) {
+            EXPECT_EQ(std::string(e.what()).substr(0, 6), "bytes ") << at;
+        }
+    }
+    EXPECT_NO_THROW(ContainerView(bytes.data(), bytes.size(), "ZPYCHARS").checkEveryBlock());
+}
+
+TEST(Format, DamageFoundWhileTaggingFailsTheText) {
+    auto chars = tiny::charBytes();
+    chars[tiny::sectionOffset(chars, 3) + 4 * size_t{u'行'}] ^= 0x01;
+    auto dicts = std::make_shared<const Dictionaries>(std::move(chars), tiny::wordBytes(),
+                                                      tiny::ruleBytes());
+    Tagger tagger(dicts);
+    // A text of one character is answered with all its readings, from the character index.
+    size_t length = 0;
+    delete[] tagger.answer(u"好", 1, length);
+    try {
+        delete[] tagger.answer(u"行", 1, length);
+        ADD_FAILURE() << "a damaged block gave readings";
+    } catch (const FormatError& e) {
+        EXPECT_EQ(std::string(e.what()).substr(0, 18), "Pinyin.dic: bytes ");
+    }
+    // Damaged once, damaged for good: what it gave before may have been wrong too.
+    EXPECT_THROW(tagger.readings(u"银行", 2), FormatError);
+}
+
+TEST(Format, BlockSumsThatDoNotCoverTheDataAreRefused) {
+    auto bytes = tiny::charBytes();
+    // The first entry of the table is the block sums': one sum fewer.
+    ASSERT_EQ(u64(bytes, kHeaderSize) & 0xFFFFFFFFu, kBlockSumSection);
+    putU32(bytes, kHeaderSize + 16, static_cast<uint32_t>(u64(bytes, kHeaderSize + 16) - 8));
+    seal(bytes);
+    EXPECT_EQ(errorOf(bytes),
+              "the block sums are missing or do not have one sum per block of the data");
 }
 
 TEST(Format, SectionsOutsideTheFileAreRefused) {
     auto bytes = tiny::charBytes();
-    putU32(bytes, kHeaderSize + 8, 0x7FFFFFF8);  // first section's offset
-    reseal(bytes);
+    putU32(bytes, kHeaderSize + kSectionEntrySize + 8, 0x7FFFFFF8);  // section 1's offset
+    seal(bytes);
     EXPECT_EQ(errorOf(bytes),
-              "section 1 described at offset 40 lies outside the file or is misaligned");
+              "section 1 described at offset 64 lies outside the file or is misaligned");
+    bytes = tiny::charBytes();
+    // A data section inside the index.
+    putU32(bytes, kHeaderSize + kSectionEntrySize + 8, static_cast<uint32_t>(kHeaderSize));
+    seal(bytes);
+    EXPECT_EQ(errorOf(bytes),
+              "section 1 described at offset 64 lies outside the file or is misaligned");
     bytes = tiny::charBytes();
     putU32(bytes, 12, 0xFFFF);  // section count
-    reseal(bytes);
+    seal(bytes);
     EXPECT_EQ(errorOf(bytes), "section count 65535 at offset 12 is too large");
 }
 
@@ -101,14 +182,9 @@ TEST(Format, OffsetsInsideSectionsAreCheckedOnRead) {
     auto bytes = tiny::charBytes();
     CharDictionary good(bytes.data(), bytes.size());
     ASSERT_EQ(good.count(u'行'), 5u);
-    // The index is section 3; find it in the section table and break the entry for 行.
-    for (size_t e = 0; e < 4; ++e) {
-        const size_t at = kHeaderSize + e * kSectionEntrySize;
-        if (bytes[at] != 3) continue;
-        const size_t offset = bytes[at + 8] | bytes[at + 9] << 8 | bytes[at + 10] << 16;
-        putU32(bytes, offset + 4 * size_t{u'行'}, 0xFFFFFFF0);
-    }
-    reseal(bytes);
+    // The index is section 3: break the entry for 行, and seal the file so that the reader sees it.
+    putU32(bytes, tiny::sectionOffset(bytes, 3) + 4 * size_t{u'行'}, 0xFFFFFFF0);
+    seal(bytes);
     CharDictionary broken(bytes.data(), bytes.size());
     EXPECT_EQ(broken.count(u'行'), 0u);
     EXPECT_EQ(broken.reading(u'行', 0), nullptr);
@@ -121,15 +197,10 @@ TEST(Format, RulesOutOfTargetOrderAreRefused) {
     auto bytes = compileRules(parseRuleText("rule\t一\tyī\t第_\nrule\t还\thuán\t_钱\n"));
     RuleDictionary good(bytes.data(), bytes.size());
     ASSERT_TRUE(good.hasRules(u'还'));
-    const size_t entries = bytes[12] | bytes[13] << 8;  // the section count
-    for (size_t e = 0; e < entries; ++e) {
-        const size_t at = kHeaderSize + e * kSectionEntrySize;
-        if (bytes[at] != 7) continue;
-        const size_t offset = bytes[at + 8] | bytes[at + 9] << 8 | bytes[at + 10] << 16;
-        std::swap_ranges(bytes.begin() + offset, bytes.begin() + offset + 16,
-                         bytes.begin() + offset + 16);  // the two rules change places
-    }
-    reseal(bytes);
+    const size_t offset = tiny::sectionOffset(bytes, 7);
+    std::swap_ranges(bytes.begin() + offset, bytes.begin() + offset + 16,
+                     bytes.begin() + offset + 16);  // the two rules change places
+    seal(bytes);
     try {
         RuleDictionary broken(bytes.data(), bytes.size());
         FAIL() << "rules out of order were accepted";

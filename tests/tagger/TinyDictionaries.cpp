@@ -62,6 +62,22 @@ std::shared_ptr<const Dictionaries> dictionaries() {
     return std::make_shared<const Dictionaries>(charBytes(), wordBytes(), ruleBytes());
 }
 
+size_t sectionOffset(const std::vector<uint8_t>& bytes, uint32_t id) {
+    const auto le = [&](size_t at, size_t width) {
+        uint64_t v = 0;
+        for (size_t i = 0; i < width && at + i < bytes.size(); ++i)
+            v |= uint64_t{bytes[at + i]} << (8 * i);
+        return v;
+    };
+    const size_t count = static_cast<size_t>(le(12, 4));
+    for (size_t e = 0; e < count; ++e) {
+        const size_t at = kHeaderSize + e * kSectionEntrySize;
+        if (at + kSectionEntrySize > bytes.size()) break;
+        if (le(at, 4) == id) return static_cast<size_t>(le(at + 8, 8));
+    }
+    return 0;
+}
+
 TempDir::TempDir() {
     std::string pattern = (std::filesystem::temp_directory_path() / "tagger-test-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) std::abort();

@@ -22,6 +22,10 @@ std::vector<uint8_t> wordBytes();
 std::vector<uint8_t> ruleBytes();
 std::shared_ptr<const zphonetic::tagger::Dictionaries> dictionaries();
 
+// Where section `id` of a dictionary file's bytes starts (0 when it has none), as its section
+// table says: for tests that damage a section on purpose (the character index is section 3).
+size_t sectionOffset(const std::vector<uint8_t>& bytes, uint32_t id);
+
 // A fresh directory under the system's temporary directory, removed when destroyed.
 class TempDir {
 public:

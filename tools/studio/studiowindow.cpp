@@ -34,12 +34,6 @@ const QString kHome = QStringLiteral("CT_Home");
 const QString kInsert = QStringLiteral("CT_Insert");
 const QString kTextTool = QStringLiteral("CT_TextTool");
 
-// Message box flags of the host (ZxApplication::messageBox).
-const unsigned int kError = 0x10;
-const unsigned int kAskYesNoCancel = 0x23;
-const int kYes = 6;
-const int kNo = 7;
-
 // The host setting that keeps where "Pinyin at Once" puts its boxes, by placement name.
 const QString kPlacementKey = QStringLiteral("studio/oneKeyPlacement");
 
@@ -189,7 +183,7 @@ void StudioWindow::buildActions() {
         minihost::hostApplication()->messageBox(
             tr("zphonetic-studio %1\nWrites the pinyin of the Chinese text on your slides.")
                 .arg(QApplication::applicationVersion()),
-            0x40);
+            ZxApplication::IconInformation | ZxApplication::ButtonsOk);
     });
 }
 
@@ -273,9 +267,10 @@ bool StudioWindow::maySetDeckAside() {
     if (!hasUnsavedChanges()) return true;
     const QString name = m_path.isEmpty() ? m_deck->name() : QFileInfo(m_path).fileName();
     const int answer = minihost::hostApplication()->messageBox(
-        tr("%1 has changes that are not saved. Save them first?").arg(name), kAskYesNoCancel);
-    if (answer == kYes) return save();
-    return answer == kNo;
+        tr("%1 has changes that are not saved. Save them first?").arg(name),
+        ZxApplication::IconQuestion | ZxApplication::ButtonsYesNoCancel);
+    if (answer == ZxApplication::AnswerYes) return save();
+    return answer == ZxApplication::AnswerNo;
 }
 
 bool StudioWindow::openFile(const QString& path) {
@@ -433,7 +428,8 @@ void StudioWindow::textEditingChanged(bool active) {
 }
 
 void StudioWindow::showError(const QString& text) {
-    minihost::hostApplication()->messageBox(text, kError);
+    minihost::hostApplication()->messageBox(text,
+                                            ZxApplication::IconError | ZxApplication::ButtonsOk);
 }
 
 void StudioWindow::closeEvent(QCloseEvent* event) {

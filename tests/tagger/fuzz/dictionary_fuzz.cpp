@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Fuzzes the tagging library's dictionary files through OpenDictionary: one of Pinyin.dic,
 // firrule.dic and secrule.dic (the tiny dictionaries of the tests, compiled by the real
-// compiler) is spoilt, and either OpenDictionary refuses the set or every text tags without a
-// crash, with one reading per unit.
+// compiler) is spoilt, and either OpenDictionary refuses the set, or every text tags without a
+// crash, with one reading per unit, until a text reads a damaged block of data: that text and
+// every one after it fail with PINYIN_TAGGER_E_DICTIONARY.
 //
-// Input: a first byte (bits 0-1: which dictionary, 3 = none; bit 2: write the checksum the
-// spoilt payload needs, so that damage reaches the parsers behind it; bit 3: write its payload
-// size; bit 4: cut the file to a length given by the next 4 bytes), then patches: a 4-byte
-// offset, a length byte (0-15) and that many bytes written at the offset.
+// Input: a first byte (bits 0-1: which dictionary, 3 = none; bit 2: write the block sums and the
+// index checksum the spoilt file needs, so that damage reaches the parsers behind them; bit 3:
+// write its payload size; bit 4: cut the file to a length given by the next 4 bytes), then
+// patches: a 4-byte offset, a length byte (0-15) and that many bytes written at the offset.
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -74,10 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (bytes.size() >= zphonetic::tagger::kHeaderSize) {
             const std::size_t payload = bytes.size() - zphonetic::tagger::kHeaderSize;
             if (data[0] & 8) putLe(bytes, 16, payload);
-            if (data[0] & 4)
-                putLe(bytes, 24,
-                      zphonetic::tagger::checksum(bytes.data() + zphonetic::tagger::kHeaderSize,
-                                                  payload));
+            if (data[0] & 4) zphonetic::tagger::seal(bytes);
         }
         f.dir.write(f.names[which], bytes);
     }
@@ -87,11 +85,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (opened == PINYIN_TAGGER_OK) {
         void* tagger = nullptr;
         check(GetPinyinObject(&tagger) == PINYIN_TAGGER_OK);
+        bool damaged = false;
         for (const char16_t* text : kTexts) {
             char16_t* answer = nullptr;
             std::int32_t length = 0;
             const int tagged = PinyinTagSen(tagger, text, &answer, &length);
-            check(tagged == PINYIN_TAGGER_OK || tagged == PINYIN_TAGGER_E_MEMORY);
+            check(tagged == PINYIN_TAGGER_OK || tagged == PINYIN_TAGGER_E_MEMORY ||
+                  tagged == PINYIN_TAGGER_E_DICTIONARY);
+            check(!damaged || tagged == PINYIN_TAGGER_E_DICTIONARY);
+            damaged = damaged || tagged == PINYIN_TAGGER_E_DICTIONARY;
             if (tagged != PINYIN_TAGGER_OK) continue;
             // Every unit of the text, in order, each followed by "/" and its reading (which
             // holds no "/").

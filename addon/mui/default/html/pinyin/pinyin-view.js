@@ -98,7 +98,7 @@
 
   function runsOf(box) {
     return box.runs.map(function (run) {
-      return el(run.bold ? 'strong' : 'span', { class: run.rest ? 'run rest' : 'run' }, ns.dom.textWithBreaks(run.text));
+      return el(run.bold ? 'strong' : 'span', { class: 'run' }, ns.dom.textWithBreaks(run.text));
     });
   }
 
@@ -145,9 +145,13 @@
       var caption = box.kind === 'newBox' ? texts.get('previewNewBox')
         : box.changed ? texts.get('previewSelection') : texts.get('previewUnchanged');
       var written = box.runs.map(function (run) { return run.text; }).join('');
+      // The colour is set through the element's style object: the page's policy refuses style
+      // attributes written as text.
+      var text = el('div', { class: 'box-text', lang: 'zh-CN' }, runsOf(box));
+      text.style.color = colour;
       return el('div', { class: 'box box-' + box.kind, 'data-kind': box.kind, 'data-text': written }, [
         el('span', { class: 'box-caption' }, caption),
-        el('div', { class: 'box-text', lang: 'zh-CN', style: 'color: ' + colour }, runsOf(box))
+        text
       ]);
     });
   }
@@ -246,7 +250,7 @@
     root.appendChild(el('section', { class: 'preview', 'aria-labelledby': 'preview-heading' }, [
       el('h2', { id: 'preview-heading' }, texts.get('previewHeading')), preview
     ].concat(writing.mayGoOn(model.entries)
-      ? [el('p', { class: 'preview-note' }, texts.get('previewRest').replace('%1', writing.MAX_UNITS))]
+      ? [el('p', { class: 'preview-note' }, texts.get('previewLimit').replace('%1', writing.MAX_UNITS))]
       : [])));
     root.appendChild(el('div', { class: 'footer' }, context.footerStart.concat([
       el('span', { class: 'keys', 'aria-hidden': 'true' }, texts.get('keysHint')),

@@ -13,11 +13,12 @@
     5: ['{', '}']
   };
 
-  // The dialog is given at most this many UTF-16 units of the selection, so a selection of
-  // that many may go on beyond them. The rest is written as it stands, without readings, and
-  // the readings that follow "the text" follow all of it: the preview shows the rest as REST.
+  // The dialog is given at most this many UTF-16 units of the selection. A selection of that
+  // many may be exactly that long or go on beyond them, and the page cannot tell which: the
+  // preview shows what is written for the units it was given, and a note says what happens to
+  // any that follow (written as they stand, without readings; readings after "the text" come
+  // after all of it), claiming neither.
   var MAX_UNITS = 30;
-  var REST = '\u2026';
 
   function mayGoOn(items) {
     return items.length >= MAX_UNITS;
@@ -73,16 +74,15 @@
 
   // The boxes the slide will show after writing, as runs of text with their boldness.
   // kind "selection" is the selected text (changed or not), kind "newBox" a text box the
-  // add-on creates. Layouts other than 1, 2, 3 write nothing. A run with `rest` set stands for
-  // the part of a long selection the dialog was not given (see MAX_UNITS).
+  // add-on creates. Layouts other than 1, 2, 3 write nothing.
   function writtenBoxes(items, styleType, bracketType) {
     var bold = readingsAreBold(bracketType);
     var chars = joinedCharacters(items);
-    var rest = mayGoOn(items) ? [{ text: REST, bold: false, rest: true }] : [];
     if (styleType === 1) {
-      return [{ kind: 'selection', changed: true, runs: [{ text: chars, bold: false }].concat(rest, [
+      return [{ kind: 'selection', changed: true, runs: [
+        { text: chars, bold: false },
         { text: groupedReadings(items, bracketType), bold: bold }
-      ]) }];
+      ] }];
     }
     if (styleType === 2) {
       var runs = [];
@@ -92,12 +92,12 @@
           runs.push({ text: piece.reading, bold: bold });
         }
       });
-      return [{ kind: 'selection', changed: true, runs: runs.concat(rest) }];
+      return [{ kind: 'selection', changed: true, runs: runs }];
     }
     if (styleType === 3) {
       return [
         { kind: 'newBox', changed: true, runs: [{ text: groupedReadings(items, bracketType), bold: bold }] },
-        { kind: 'selection', changed: false, runs: [{ text: chars, bold: false }].concat(rest) }
+        { kind: 'selection', changed: false, runs: [{ text: chars, bold: false }] }
       ];
     }
     return [];

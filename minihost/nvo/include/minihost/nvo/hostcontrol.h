@@ -89,9 +89,6 @@ ZHOST_API void setRibbonParts(ZMainWindow* window, ZRbTabWidget* header, ZRbSubT
                               QObject* command);
 // The tab bar the user clicks (a QTabBar inside the sub-tab bar); null without a ribbon.
 ZHOST_API QWidget* ribbonTabBar(ZMainWindow* window);
-// How many times headerBar(), subTabBar(), currentIdx(), command(), childCount() or childAt()
-// were called since the process started (so tests can tell that nobody asked).
-ZHOST_API int ribbonQueryCount();
 
 // --- The open presentation ---------------------------------------------------------------------
 // Makes `view` the view IZApplication::activeView() answers (not owned; null = no presentation
@@ -111,24 +108,29 @@ ZHOST_API IUnknown* service(const GUID& serviceId);
 ZHOST_API void registerService(ZCoreApplication* core, const GUID& serviceId, IUnknown* service);
 ZHOST_API void unregisterService(ZCoreApplication* core, const GUID& serviceId);
 
-// References to the core application taken by AddRef and not yet given back by Release (0 when
-// nobody holds one; the ZxApplication owns the object itself).
-ZHOST_API std::uint32_t coreApplicationReferences();
-ZHOST_API std::uint32_t coreApplicationReferences(const ZCoreApplication* core);
-
 // --- Translations and the usage collector ------------------------------------------------------
 // Translators installed under `directory` (exactly as installTranslation was given it).
 ZHOST_API int installedTranslations(const QString& directory);
-// Calls of installTranslation() and of uninstallTranslation() since the manager was made,
-// whatever they loaded or found.
-ZHOST_API int translationInstallCalls();
-ZHOST_API int translationUninstallCalls();
 // Removes the core application's translation manager (translator() answers null) or gives it a
 // new, empty one.
 ZHOST_API void setTranslatorAvailable(bool available);
 // Removes the core application's usage collector (getDcInfo() answers null) or gives it a new
 // one, which keeps no events yet.
 ZHOST_API void setUsageCollectorAvailable(bool available);
+
+// --- The host's journal ------------------------------------------------------------------------
+// What was asked of the application framework, one line per call, oldest first, as the deck's
+// call journal keeps what was asked of the object model (minihost::Deck::journal): the ribbon's
+// queries ("ZMainWindow.headerBar()", "ZRbTabWidget.subTabBar()", "ZRbSubTabBar.currentIdx()",
+// "ZRbSubTabBar.command()", "ZListCommand.childCount()", "ZListCommand.childAt(0)"), the
+// translation manager's calls ("ZAppTranslators.installTranslation(/dir, [a.qm, b.qm])",
+// "ZAppTranslators.uninstallTranslation(/dir)", whatever they loaded or found), the libraries
+// asked for ("_Xloadlibrary(/lib/libPinyinTagger.so, 0)", loaded or not), and the
+// references taken on a core application and given back, with the count afterwards
+// ("ZCoreApplication.AddRef() = 1", "ZCoreApplication.Release() = 0"; a Release with none
+// taken leaves 0 and is noted all the same). The last 10,000 lines are kept.
+ZHOST_API QStringList hostJournal();
+ZHOST_API void clearHostJournal();
 
 // --- What the host did in the user's place -----------------------------------------------------
 // True when the host runs without a display (platform "offscreen" or "minimal").

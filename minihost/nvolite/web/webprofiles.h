@@ -7,5 +7,6 @@
 
 class QWebEngineProfile;
 
-// The profile named `name`, created on first use and owned by the application object.
-QWebEngineProfile* webProfile(const QString& name);
+// The profile named `name`, created on first use (off the record when `offTheRecord` is true
+// then) and owned by the application object.
+QWebEngineProfile* webProfile(const QString& name, bool offTheRecord);

@@ -8,17 +8,12 @@
 #include <cstdint>
 
 #include "hostexport.h"
+#include "nvo/platform.h"  // the feature and directory ids: ZFeatureId, ZDirId
 
 namespace minihost {
 
-// Feature 0x1000018: the add-on uses the tagging library (on) or the host's reading service (off).
-constexpr std::uint32_t kFeatureTaggingLibrary = 0x1000018;
-// Directory ids of _nvo_GetDirInfo.
-constexpr int kDirTaggingLibrary = 2;
-constexpr int kDirDictionaries = 27;
-
 // Feature state: what was set here, else the host setting "features/taggingLibrary" (for
-// kFeatureTaggingLibrary), else on for kFeatureTaggingLibrary and off for any other. The setting
+// ZFeatureTaggingLibrary), else on for ZFeatureTaggingLibrary and off for any other. The setting
 // is read once, and again after this process wrote a setting or reset the features.
 ZHOST_API void setFeatureState(std::uint32_t featureId, bool on);
 ZHOST_API bool featureState(std::uint32_t featureId);
@@ -50,9 +45,5 @@ ZHOST_API void setScaleFactor(double factor);
 ZHOST_API double scaleFactor();
 // Forgets the factor set here.
 ZHOST_API void resetScaleFactor();
-
-// Calls of _Xloadlibrary since the process started, successful or not: tells a test whether
-// anything was loaded again.
-ZHOST_API int loadLibraryCalls();
 
 }  // namespace minihost

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 
 #include <atomic>
 #include <cstring>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a page may load and where it may go: the request filter that keeps a window's page to
-// local content, and the page class that holds the navigation policy and closes its window when
-// the page asks to.
+// its own local content, and the page class that holds the navigation policy.
 #pragma once
 
 #include <QPointer>
@@ -10,21 +9,25 @@
 #include <QWebEngineUrlRequestInterceptor>
 #include <atomic>
 
-// file:, qrc:, data:, blob: and about: URLs: content that never leaves the machine.
-bool isLocalUrl(const QUrl& url);
-
-// Blocks every request for non-local content while local-only is on, then hands the request to
-// the widget's own interceptor (if any).
+// While local-only is on, lets through only the requests for files under the directory of the
+// page's own document (`home`) and for data:, blob:, qrc: and about: URLs; every other request
+// is blocked. What it lets through then goes to the widget's own interceptor (if any).
+// Example: home file:////opt/page/index.html lets file:///opt/page/page.css and
+// file:///opt/page/img/a.svg through, and blocks file:///etc/hostname and https://example.org/.
 class PageRequestFilter : public QWebEngineUrlRequestInterceptor {
     Q_OBJECT
 public:
-    PageRequestFilter(QWebEngineUrlRequestInterceptor* next, QObject* parent);
+    PageRequestFilter(const QUrl& home, QWebEngineUrlRequestInterceptor* next, QObject* parent);
     void setLocalOnly(bool on) { m_localOnly = on; }
     bool localOnly() const { return m_localOnly; }
     void interceptRequest(QWebEngineUrlRequestInfo& info) override;
 
 private:
+    bool allowedWhenLocalOnly(const QUrl& url) const;
+
     QPointer<QWebEngineUrlRequestInterceptor> m_next;
+    const QString m_host;       // the home document's file host (normally empty)
+    const QString m_directory;  // the home document's directory, ending in '/'
     std::atomic<bool> m_localOnly{false};
 };
 

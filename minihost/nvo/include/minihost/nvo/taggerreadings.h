@@ -4,14 +4,14 @@
 #pragma once
 
 #include "hostexport.h"
-#include "minihost/nvo/readingservice.h"
+#include "minihost/nvo/hostreadingservice.h"
 
 namespace minihost {
 
 // A reading function for createReadingService: one reading per character of the text, in
 // context, as the tagging engine gives it (tone-marked pinyin; "" for a character without a
 // reading), each covering one character. The dictionaries ("Pinyin.dic", "firrule.dic",
-// "secrule.dic" in directory(kDirDictionaries)) are opened on the first call and kept by the
+// "secrule.dic" in directory(ZDirDictionaries)) are opened on the first call and kept by the
 // function. When they cannot be opened the function gives no readings, and the first such call
 // prints "zphonetic: <file>: <what is wrong>" to standard error. The user's own readings count
 // as in the tagging library: their file is found when the dictionaries open and read again
