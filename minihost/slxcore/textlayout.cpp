@@ -290,9 +290,11 @@ private:
             m_lastRun = -1;
         }
         for (const auto& [index, text, format] : m_bullets) {
+            // A lambda may not capture a structured binding (C++17): it gets a copy.
+            const auto paragraph = index;
             const auto first =
                 std::find_if(m_out.m_lines.begin(), m_out.m_lines.end(),
-                             [&](const TextLine& l) { return l.paragraph == index; });
+                             [paragraph](const TextLine& l) { return l.paragraph == paragraph; });
             const TextParagraph& para = m_frame.paragraphs[index];
             TextLayout::Run run;
             run.font = fontFor(format, Script::Latin, m_scale);
