@@ -56,7 +56,8 @@ bool writeAll(int fd, const std::string& bytes) {
 
 std::string ownReadingsPath() {
     if (std::string file = environment(kReadingsFileVariable); !file.empty()) return file;
-    // As the XDG base directory specification says: a relative XDG_CONFIG_HOME is ignored.
+    // A relative XDG_CONFIG_HOME is no configuration directory at all: it is ignored, so the file
+    // never depends on the directory a program happens to run in.
     if (const std::string config = environment("XDG_CONFIG_HOME");
         !config.empty() && config[0] == '/') {
         return config + "/zphonetic/readings.txt";
