@@ -87,6 +87,23 @@ protected:
         DialogTest::SetUp();
         minihost::setWebRendering(true);
     }
+
+    // The add-on's dialog on a box of 你好, its page drawn; null when it did not open.
+    ZPhoneticSymbolWebWindow* openDialogOnGreeting() {
+        selectBox(QString::fromUtf8("你好"));
+        ZPhoneticSymbolWebWindow* window = openDialog();
+        if (window && !minihost::waitForPageAttribute(window, "data-rendered", "pinyin", kTimeout))
+            return nullptr;
+        return window;
+    }
+
+    // Runs `script`, as a script that got into the page would, and waits until it marks the page
+    // data-probe="done".
+    static bool probe(ZPhoneticSymbolWebWindow* window, const QString& script) {
+        bool ok = false;
+        minihost::runPageScript(window, script, kTimeout, &ok);
+        return ok && minihost::waitForPageAttribute(window, "data-probe", "done", kTimeout);
+    }
 };
 
 TEST_F(Confinement, TheDialogsPageLoadsFilesOfItsOwnDirectoryOnly) {
@@ -117,14 +134,11 @@ TEST_F(Confinement, TheDialogsPageLoadsFilesOfItsOwnDirectoryOnly) {
 }
 
 TEST_F(Confinement, TheAddOnsPageRunsOnlyItsOwnScriptsAndStyles) {
-    selectBox(QString::fromUtf8("你好"));
-    ZPhoneticSymbolWebWindow* window = openDialog();
+    ZPhoneticSymbolWebWindow* window = openDialogOnGreeting();
     ASSERT_NE(window, nullptr);
-    ASSERT_TRUE(minihost::waitForPageAttribute(window, "data-rendered", "pinyin", kTimeout));
     // What a script that got into the page would try: a script and a style of its own, a style
     // written as text, code made from a string. Each must be refused, and reported as such.
-    bool ok = false;
-    minihost::runPageScript(window, QStringLiteral(R"js(
+    ASSERT_TRUE(probe(window, QStringLiteral(R"js(
         window.refused = [];
         document.addEventListener('securitypolicyviolation', function (event) {
             window.refused.push(event.violatedDirective);
@@ -140,10 +154,7 @@ TEST_F(Confinement, TheAddOnsPageRunsOnlyItsOwnScriptsAndStyles) {
         setTimeout(function () {
             document.documentElement.setAttribute('data-probe', 'done');
         }, 200);
-    )js"),
-                            kTimeout, &ok);
-    ASSERT_TRUE(ok);
-    ASSERT_TRUE(minihost::waitForPageAttribute(window, "data-probe", "done", kTimeout));
+    )js")));
     EXPECT_EQ(pageText(window, QStringLiteral("String(window.injected === true)")), "false");
     EXPECT_EQ(pageText(window, QStringLiteral("getComputedStyle(document.body).visibility")),
               "visible");
@@ -168,14 +179,11 @@ TEST_F(Confinement, TheAddOnsPageRunsOnlyItsOwnScriptsAndStyles) {
 }
 
 TEST_F(Confinement, TheHostOpensOnlyWebAddressesThePageAsksFor) {
-    selectBox(QString::fromUtf8("你好"));
-    ZPhoneticSymbolWebWindow* window = openDialog();
+    ZPhoneticSymbolWebWindow* window = openDialogOnGreeting();
     ASSERT_NE(window, nullptr);
-    ASSERT_TRUE(minihost::waitForPageAttribute(window, "data-rendered", "pinyin", kTimeout));
     // Each address asked for in turn through window.zxHost, as a script in the page would; the
     // outcome of each call is kept in order.
-    bool ok = false;
-    minihost::runPageScript(window, QStringLiteral(R"js(
+    ASSERT_TRUE(probe(window, QStringLiteral(R"js(
         window.outcomes = [];
         var addresses = ['file:///etc/passwd', 'javascript:alert(1)', 'smb://server/share',
                          'data:text/html,<p>x</p>', 'https:no-host', 'ftp://example.invalid/x',
@@ -192,10 +200,7 @@ TEST_F(Confinement, TheHostOpensOnlyWebAddressesThePageAsksFor) {
         }, Promise.resolve()).then(function () {
             document.documentElement.setAttribute('data-probe', 'done');
         });
-    )js"),
-                            kTimeout, &ok);
-    ASSERT_TRUE(ok);
-    ASSERT_TRUE(minihost::waitForPageAttribute(window, "data-probe", "done", kTimeout));
+    )js")));
     EXPECT_EQ(pageText(window, QStringLiteral("window.outcomes.join('\\n')")),
               "openPromeBrowser: not a web address: file:///etc/passwd\n"
               "openPromeBrowser: not a web address: javascript:alert(1)\n"
