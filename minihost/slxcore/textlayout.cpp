@@ -77,12 +77,26 @@ private:
         double ascent = 0, descent = 0, height = 0, baselineFromTop = 0, top = 0;
     };
 
-    const TextFormat& formatAt(const TextParagraph& para, int i) const {
-        for (const TextRun& run : para.runs)
-            if (run.start - para.start <= i && i < run.start - para.start + run.length)
-                return run.format;
-        return para.endFormat;
-    }
+    // The formats of a paragraph's positions, asked for in increasing order: its runs (in text
+    // order) are walked once, not once a position, which would be quadratic in a paragraph of many
+    // runs.
+    class FormatCursor {
+    public:
+        explicit FormatCursor(const TextParagraph& para) : m_para(para) {}
+        const TextFormat& at(int i) {
+            const QList<TextRun>& runs = m_para.runs;
+            while (m_run < runs.size() &&
+                   runs[m_run].start - m_para.start + runs[m_run].length <= i)
+                ++m_run;
+            if (m_run < runs.size() && runs[m_run].start - m_para.start <= i)
+                return runs[m_run].format;
+            return m_para.endFormat;
+        }
+
+    private:
+        const TextParagraph& m_para;
+        int m_run = 0;
+    };
 
     // Measures paragraph `index`, breaks it into lines, and stacks them below `height`.
     void layParagraph(int index, double room, double& height, double& widest) {
@@ -143,8 +157,7 @@ private:
         }
         if (index + 1 < m_frame.paragraphs.size()) height += para.spaceAfter;
         if (bulleted) {
-            const TextFormat& format = formatAt(para, 0);
-            m_bullets.push_back({index, para.bullet, format});
+            m_bullets.push_back({index, para.bullet, FormatCursor(para).at(0)});
         }
     }
 
@@ -154,12 +167,13 @@ private:
         const int n = static_cast<int>(text.size());
         std::vector<Unit> units(static_cast<std::size_t>(n));
         const std::vector<Script> scripts = scriptsOf(text);
+        FormatCursor formats(para);
         for (int i = 0; i < n;) {
-            const TextFormat& format = formatAt(para, i);
+            const TextFormat& format = formats.at(i);
             const bool alone = text[i] == QChar('\v') || text[i] == QChar('\t');
             int end = i + 1;
             while (!alone && end < n && text[end] != QChar('\v') && text[end] != QChar('\t') &&
-                   scripts[end] == scripts[i] && &formatAt(para, end) == &format)
+                   scripts[end] == scripts[i] && &formats.at(end) == &format)
                 ++end;
             if (!alone) {
                 TextLayout::Run run;
