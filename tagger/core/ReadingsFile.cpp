@@ -47,6 +47,13 @@ std::string plural(size_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
 
+// Whether text starting with these bytes is taken for UTF-16: it starts with a UTF-16 byte order
+// mark, which no UTF-8 text can start with.
+bool startsAsUtf16(std::string_view bytes) {
+    return bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') ||
+                                 (bytes[0] == '\xFE' && bytes[1] == '\xFF'));
+}
+
 ReadingsProblem problem(ReadingsProblem::Kind kind, std::u16string_view subject = {}) {
     ReadingsProblem p;
     p.kind = kind;
@@ -101,8 +108,7 @@ std::string ReadingsProblem::message() const {
 
 ReadingsFile::ReadingsFile(std::string_view bytes) {
     // A file saved as "Unicode" by some editors: its lines cannot even be told apart as UTF-8.
-    utf16_ = bytes.size() >= 2 && ((bytes[0] == '\xFF' && bytes[1] == '\xFE') ||
-                                   (bytes[0] == '\xFE' && bytes[1] == '\xFF'));
+    utf16_ = startsAsUtf16(bytes);
     // The mark some editors put first belongs to the file, not to its first line: it stays first
     // whatever happens to that line.
     bom_ = bytes.substr(0, kBom.size()) == kBom;
@@ -258,6 +264,16 @@ std::string ReadingsFile::ended(std::string line) const {
     return line;
 }
 
+void ReadingsFile::keepReadAsUtf8() {
+    // A line that is not UTF-8 may start with what marks a UTF-16 file. Once the lines before
+    // it are removed, the file would read as UTF-16 and lose every word: an empty line, which
+    // says nothing, stays before it instead.
+    if (!bom_ && !lines_.empty() && startsAsUtf16(lines_[0])) {
+        lines_.insert(lines_.begin(), ended(std::string()));
+        keys_.insert(keys_.begin(), std::u16string());
+    }
+}
+
 void ReadingsFile::startNewFile() {
     if (!lines_.empty()) return;
     for (const char* comment : kNewFileComment) {
@@ -291,6 +307,7 @@ std::optional<ReadingsProblem> ReadingsFile::replaceLine(size_t line, std::u16st
     lines_[line - 1] = ended(toUtf8(entry.word) + " " + joinSyllables(entry.readings));
     keys_[line - 1] = entry.word;
     removeKey(entry.word, line - 1);
+    keepReadAsUtf8();
     parse();
     return std::nullopt;
 }
@@ -298,6 +315,7 @@ std::optional<ReadingsProblem> ReadingsFile::replaceLine(size_t line, std::u16st
 bool ReadingsFile::remove(std::u16string_view word) {
     if (utf16_ || findKey(word) == std::u16string_view::npos) return false;
     removeKey(word, std::u16string_view::npos);
+    keepReadAsUtf8();
     parse();
     return true;
 }
@@ -305,6 +323,7 @@ bool ReadingsFile::remove(std::u16string_view word) {
 bool ReadingsFile::removeLine(size_t line) {
     if (utf16_ || line == 0 || line > lines_.size()) return false;
     lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(line - 1));
+    keepReadAsUtf8();
     parse();
     return true;
 }
@@ -315,6 +334,7 @@ bool ReadingsFile::setTones(Tones tones) {
     if (const size_t found = findKey(kTonesKey); found != std::u16string_view::npos) {
         lines_[found] = text;
         removeKey(kTonesKey, found);
+        keepReadAsUtf8();
     } else {
         startNewFile();
         // After the comments at the top, where a reader looks for a setting.

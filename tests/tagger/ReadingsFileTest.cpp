@@ -155,6 +155,24 @@ TEST(ReadingsFile, TheByteOrderMarkStaysFirstWhateverHappensToTheFirstLine) {
     EXPECT_EQ(file.text().substr(0, 4), "\xEF\xBB\xBF#");
 }
 
+TEST(ReadingsFile, ALineStartingAsUtf16NeverMakesTheFileReadAsUtf16) {
+    // Garbage after the first line that starts with a UTF-16 mark: once the first line goes, an
+    // empty line stays before it, so the file still reads as UTF-8 and keeps its words.
+    const std::string garbage("\xFF\xFE\xFF\xFF", 4);
+    ReadingsFile file("还 huá\n" + garbage + "\n行 xíng\n");
+    ASSERT_TRUE(file.remove(u"还"));
+    EXPECT_EQ(file.text(), "\n" + garbage + "\n行 xíng\n");
+    EXPECT_FALSE(ReadingsFile(file.text()).isUtf16());
+    ASSERT_FALSE(file.set(u"还", typed({"huá"})));
+    EXPECT_EQ(summary(ReadingsFile(file.text())),
+              (Lines{"3 行: xíng", "4 还: huá", "line 2: not UTF-8 text (save the file as UTF-8)"}));
+    ReadingsFile byLine(garbage + "\n");
+    ASSERT_TRUE(byLine.isUtf16());  // as the file was given: it is taken for UTF-16
+    ReadingsFile second("行 xíng\n" + garbage + "\n");
+    ASSERT_TRUE(second.removeLine(1));
+    EXPECT_EQ(second.text(), "\n" + garbage + "\n");
+}
+
 TEST(ReadingsFile, CheckTellsWhatIsWrongWithAnEntry) {
     OwnWord entry;
     EXPECT_FALSE(ReadingsFile::check(u"曾老师", typed({"ZENG1", "lao3", "shi1"}), &entry));
