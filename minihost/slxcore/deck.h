@@ -41,6 +41,7 @@
 
 #include "hostexport.h"
 #include "minihost/slxcore/picturestore.h"
+#include "minihost/slxcore/readingsover.h"
 #include "minihost/slxcore/slidedrawing.h"
 #include "minihost/slxcore/textlayout.h"
 #include "slxcore/slxoldapi.h"
@@ -147,6 +148,26 @@ public:
     // A new empty text box at `box` with the host's default text format, on top of the others.
     // Returns its id, or 0.
     int insertTextBox(int slide, const QRectF& box, const QString& stepName);
+
+    // ---- Readings over a text (readingsover.h says how they are written and recorded). Each is
+    // an edit as above: one undo step named `stepName`, or part of the step open on the deck,
+    // so that a host can place readings again inside the step of an edit of their text (see
+    // edited()).
+    //
+    // Places `readings` over the text of shape `textId` on `slide`, in place of any it had:
+    // positions increasing, each on a character the add-on reads, none with an empty syllable.
+    // No readings removes them. Opens the text's line spacing and, where syllables would touch,
+    // its character spacing. Returns "" or what is wrong, with nothing changed, e.g.
+    //   "shape 3 on slide 2 has no text"
+    //   "shape 3 on slide 2 has no character the add-on reads at 5 for the reading \"hǎo\""
+    QString placeReadingsOver(int slide, int textId, const QList<Reading>& readings,
+                              const QString& stepName);
+    // Removes the readings over the text of shape `textId` (its spacing stays as it is). False
+    // when it has none.
+    bool removeReadingsOver(int slide, int textId, const QString& stepName);
+    // The readings over the text of shape `textId` as the file records them (the positions those
+    // of when they were placed), in order; none when it has none.
+    QList<Reading> readingsOver(int slide, int textId) const;
 
     // The view of the current slide: a plain pointer owned by the deck (not AddRef'd).
     slxoldapi::DocumentView* view() const;

@@ -17,6 +17,7 @@ const Named kNames[] = {
     {Placement::Addon, "addon"},
     {Placement::Below, "below"},
     {Placement::Above, "above"},
+    {Placement::Over, "over"},
 };
 
 // The first box of `placed` that `box` covers, or null.
@@ -119,6 +120,36 @@ private:
     QList<QRectF> m_placed;
 };
 
+// Each box's syllables over the characters of its source, the box deleted.
+QString placeOver(Deck& deck, int slide, const QList<MadeBox>& made, const QString& stepName) {
+    for (const MadeBox& box : made) {
+        if (!box.source) continue;
+        const QString text = deck.text(slide, box.source);
+        const QStringList syllables = syllablesOf(deck.text(slide, box.box));
+        QList<Reading> readings;
+        if (!assignReadings(text, box.start, box.length, syllables, &readings)) {
+            const QString run = text.mid(box.start, box.length < 0 ? -1 : box.length);
+            const int characters =
+                static_cast<int>(std::count_if(run.cbegin(), run.cend(), isReadChinese));
+            return QStringLiteral(
+                       "new text box %1 on slide %2 has %3 readings for the %4 Chinese characters "
+                       "of shape %5")
+                .arg(box.box)
+                .arg(slide)
+                .arg(syllables.size())
+                .arg(characters)
+                .arg(box.source);
+        }
+        const QString problem = deck.placeReadingsOver(slide, box.source, readings, stepName);
+        if (!problem.isEmpty()) return problem;
+        if (!deck.deleteShapes(slide, {box.box}, stepName))
+            return QStringLiteral("new text box %1 on slide %2 cannot be deleted")
+                .arg(box.box)
+                .arg(slide);
+    }
+    return QString();
+}
+
 }  // namespace
 
 QString placementName(Placement placement) {
@@ -138,8 +169,7 @@ bool parsePlacement(const QString& name, Placement* placement) {
 }
 
 bool containsChinese(const QString& text) {
-    return std::any_of(text.cbegin(), text.cend(),
-                       [](QChar c) { return c.unicode() >= 0x4E00 && c.unicode() <= 0x9FA5; });
+    return std::any_of(text.cbegin(), text.cend(), isReadChinese);
 }
 
 QList<int> readingSources(const Deck& deck) {
@@ -153,6 +183,7 @@ QString placeReadingBoxes(Deck& deck, int slide, const QList<MadeBox>& made, Pla
                           OffSlide offSlide, const QString& stepName) {
     if ((placement == Placement::Addon && offSlide == OffSlide::Refuse) || made.isEmpty())
         return QString();
+    if (placement == Placement::Over) return placeOver(deck, slide, made, stepName);
     struct Item {
         MadeBox made;
         QRectF source;

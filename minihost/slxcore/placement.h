@@ -18,10 +18,11 @@ enum class Placement {
     Addon,  // where the add-on put them
     Below,  // under the source text's shape
     Above,  // over it
+    Over,   // each syllable over its character, the box removed (see readingsover.h)
 };
 
 // The name of each placement, as the command line takes it and settings keep it: "addon",
-// "below", "above".
+// "below", "above", "over".
 ZHOST_API QString placementName(Placement placement);
 // The placement named `name`; false for any other name.
 ZHOST_API bool parsePlacement(const QString& name, Placement* placement);
@@ -33,9 +34,13 @@ ZHOST_API bool containsChinese(const QString& text);
 ZHOST_API QList<int> readingSources(const Deck& deck);
 
 // A box the command made and the shape whose text it holds the readings of (0: not known).
+// For Over, the run of the source's text the readings are of: [start, start + length), length -1
+// for all of it.
 struct MadeBox {
     int box = 0;
     int source = 0;
+    int start = 0;
+    int length = -1;
 };
 
 // What to do with a box that would not be inside the slide.
@@ -54,8 +59,14 @@ enum class OffSlide {
 // into the slide (and made no wider than it) when it reaches outside. The moves are edits of the
 // deck named `stepName`: one step each, or part of the step open on the deck (a caller that wants
 // one step, or a rollback on failure, opens the host's transaction around this call).
+//
+// With Over, the syllables of each box with a source are placed over the characters they read
+// (Deck::placeReadingsOver, replacing readings the text had) and the box is deleted; a box
+// without a source stays where it is.
+//
 // Returns "" or, with Refuse, what kept a box where it was, e.g. "no room under shape 3 on slide
-// 2 for its readings".
+// 2 for its readings"; with Over, what kept readings from their text, e.g. "new text box 5 on
+// slide 2 has 9 readings for the 10 Chinese characters of shape 3".
 ZHOST_API QString placeReadingBoxes(Deck& deck, int slide, const QList<MadeBox>& made,
                                     Placement placement, OffSlide offSlide,
                                     const QString& stepName);

@@ -162,6 +162,13 @@ ShapeNode SlideShapes::find(const pugi::xml_document& slide, int id) {
     return it == m_byId.end() ? ShapeNode{} : shapeNodeOf(it->second);
 }
 
+int SlideShapes::takeId(const pugi::xml_document& slide) {
+    build(slide);
+    const int id = static_cast<int>(std::min<long long>(m_nextId, 2147483647));
+    m_nextId = std::max<long long>(m_nextId, id + 1ll);
+    return id;
+}
+
 void SlideShapes::forget() {
     m_byId.clear();
     m_extensions = pugi::xml_node();
@@ -239,8 +246,7 @@ pugi::xml_node SlideShapes::addTextbox(pugi::xml_document& slide, float left, fl
     build(slide);
     pugi::xml_node tree = shapeTree(slide);
     if (!tree) return {};
-    const int id = static_cast<int>(std::min<long long>(m_nextId, 2147483647));
-    m_nextId = std::max<long long>(m_nextId, id + 1ll);
+    const int id = takeId(slide);
     const std::string p = prefixOf(tree);
     pugi::xml_node sp = m_extensions ? tree.insert_child_before((p + "sp").c_str(), m_extensions)
                                      : tree.append_child((p + "sp").c_str());

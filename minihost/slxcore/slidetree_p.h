@@ -43,6 +43,9 @@ public:
     // element, or an empty one when the part has no shape tree.
     pugi::xml_node addTextbox(pugi::xml_document& slide, float left, float top, float width,
                               float height);
+    // An id for a new shape that the caller adds to the part itself (then forget()), as
+    // addTextbox() numbers its boxes: each call gives the next one.
+    int takeId(const pugi::xml_document& slide);
     void forget();
 
 private:

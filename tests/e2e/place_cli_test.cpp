@@ -227,7 +227,7 @@ TEST_F(Placing, AnUnknownPlaceIsAnError) {
                    QStringLiteral("--place"), QStringLiteral("left")});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(errorLine(run.err),
-              QStringLiteral("zphonetic: --place: \"left\" is not addon, below or above"));
+              QStringLiteral("zphonetic: --place: \"left\" is not addon, below, above or over"));
 }
 
 }  // namespace

@@ -98,7 +98,8 @@ int parseArguments(const QStringList& arguments, Options* options) {
             const QString value = arguments.at(++i);
             if (!minihost::parsePlacement(value, &options->place))
                 return reportError(
-                    argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
+                    argument,
+                    QStringLiteral("\"%1\" is not addon, below, above or over").arg(value));
         } else if (options->input.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
             options->input = argument;
         } else {

@@ -34,8 +34,9 @@ void printHelp() {
         "                    every shape with text selected; a progress bar on a terminal\n"
         "%s"
         "%s\n"
-        "Prints each new text box (slide, shape id, text). When the selection has no Chinese\n"
-        "text, nothing is written and the status is 1.\n",
+        "Prints each new text box (slide, shape id, text), or with --place over each text\n"
+        "given readings (slide, its shape id, the readings). When the selection has no\n"
+        "Chinese text, nothing is written and the status is 1.\n",
         kSelectHelp, kPlaceHelp, kTonesHelp);
 }
 
@@ -78,7 +79,8 @@ int parseArguments(const QStringList& arguments, Options* options) {
             const QString value = arguments.at(++i);
             if (!minihost::parsePlacement(value, &options->place))
                 return reportError(
-                    argument, QStringLiteral("\"%1\" is not addon, below or above").arg(value));
+                    argument,
+                    QStringLiteral("\"%1\" is not addon, below, above or over").arg(value));
         } else if (argument == QLatin1String("--all-slides")) {
             options->allSlides = true;
         } else if (options->deck.isEmpty() && !argument.startsWith(QLatin1Char('-'))) {
@@ -139,6 +141,10 @@ public:
         for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before.insert(shape.id);
         // The selected texts the add-on reads, in the order it makes their boxes.
         const QList<int> sources = minihost::readingSources(deck);
+        // A text selection is read alone: its readings are of its characters only.
+        const minihost::Deck::TextSelection run = deck.hasTextSelection()
+                                                      ? deck.textSelection()
+                                                      : minihost::Deck::TextSelection{0, 0, -1};
         m_chineseSelections += sources.isEmpty() ? 0 : 1;
         if (m_progressTotal) std::fputs("\r\033[K", stderr);
         if (!m_host.addon().trigger(QStringLiteral("PhoneticOneKey")))
@@ -147,12 +153,19 @@ public:
         QList<minihost::MadeBox> made;
         for (const minihost::ShapeInfo& shape : deck.shapes(slide))
             if (!before.contains(shape.id)) made.append({shape.id, 0});
-        const QString problem = place(made, sources);
+        QStringList texts;
+        for (const minihost::MadeBox& box : made) texts << deck.text(slide, box.box);
+        const QString problem = place(made, sources, run);
         if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
-        for (const minihost::MadeBox& box : made) {
+        for (int i = 0; i < made.size(); ++i) {
             ++m_boxes;
-            std::printf("slide %d: new text box %d: \"%s\"\n", slide, box.box,
-                        minihost::printable(deck.text(slide, box.box)).toUtf8().constData());
+            const QByteArray text = minihost::printable(texts.at(i)).toUtf8();
+            if (m_place == minihost::Placement::Over)
+                std::printf("slide %d: readings over shape %d: \"%s\"\n", slide, made.at(i).source,
+                            text.constData());
+            else
+                std::printf("slide %d: new text box %d: \"%s\"\n", slide, made.at(i).box,
+                            text.constData());
         }
         // The add-on must give back every object it took; say so when it did not.
         if (minihost::liveObjectCount() != 0) {
@@ -166,7 +179,8 @@ public:
     }
 
     // Moves the boxes made on the current slide, the i-th for the i-th source. "" or why not.
-    QString place(QList<minihost::MadeBox>& made, const QList<int>& sources) {
+    QString place(QList<minihost::MadeBox>& made, const QList<int>& sources,
+                  const minihost::Deck::TextSelection& run) {
         if (m_place == minihost::Placement::Addon || made.isEmpty()) return QString();
         if (made.size() != sources.size())
             return QStringLiteral(
@@ -175,7 +189,13 @@ public:
                 .arg(made.size())
                 .arg(sources.size())
                 .arg(m_host.deck().currentSlide());
-        for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
+        for (int i = 0; i < made.size(); ++i) {
+            made[i].source = sources.at(i);
+            if (run.shapeId == made[i].source) {
+                made[i].start = run.start;
+                made[i].length = run.length;
+            }
+        }
         return placeBoxes(m_host, made, m_place);
     }
 
@@ -233,10 +253,12 @@ int runCommands(DeckHost& host, const Options& options) {
 
     QString error;
     if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
-    std::printf("wrote %s: %d new text %s on %d %s\n",
-                minihost::printable(options.output).toUtf8().constData(), run.boxes(),
-                run.boxes() == 1 ? "box" : "boxes", run.commands(),
-                run.commands() == 1 ? "slide" : "slides");
+    std::printf(
+        "wrote %s: %s %d %s on %d %s\n", minihost::printable(options.output).toUtf8().constData(),
+        options.place == minihost::Placement::Over ? "readings over" : "new text", run.boxes(),
+        options.place == minihost::Placement::Over ? (run.boxes() == 1 ? "text" : "texts")
+                                                   : (run.boxes() == 1 ? "box" : "boxes"),
+        run.commands(), run.commands() == 1 ? "slide" : "slides");
     return run.leaked() ? 1 : 0;
 }
 
