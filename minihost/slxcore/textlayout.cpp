@@ -128,8 +128,10 @@ private:
                 if (text[i] == QChar('\t'))
                     u.advance = kTabStop * (std::floor((line.indent + x) / kTabStop) + 1) -
                                 (line.indent + x);
+                // The spacing after a paragraph's last character does not have to fit.
+                const double needs = u.advance - (i == n - 1 ? u.spacing : 0.0);
                 if (!isBreakingSpace(text[i].unicode()) && i > start &&
-                    x + u.advance > lineRoom + kFitTolerance) {
+                    x + needs > lineRoom + kFitTolerance) {
                     int at = i;
                     while (at > start && !breaks[static_cast<std::size_t>(at)]) --at;
                     // No place to break: the word breaks where it must.

@@ -28,7 +28,8 @@
 //   - Where East Asian and Latin text meet on a line, 0.24 em of the character before the border
 //     is left between them.
 //   - Character spacing (TextFormat::characterSpacing) follows every character, the last of a
-//     line included; only at a paragraph's end is it left out when the line is aligned.
+//     line included; only at a paragraph's end is it left out, both when the line is aligned and
+//     when its last character is fitted in the line.
 //   - Single line height is 1.2 times the largest size on the line: the baseline lies 1.0 size
 //     below the line's top and 0.2 above its bottom, whatever the typeface. Line spacing as a
 //     multiple above 1 adds the room above the text; below 1 the line is that share of single

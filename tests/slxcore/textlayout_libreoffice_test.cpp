@@ -21,115 +21,25 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
 
 #include "decktestutil.h"
+#include "libreofficedecks.h"
 #include "minihost/slxcore/deck.h"
 #include "qtprinters.h"
 
-#ifdef ZPHONETIC_HAVE_POPPLER_QT5
-#include <poppler/qt5/poppler-qt5.h>
-#endif
-
+using lotest::kNotoFonts;
+using lotest::paragraph;
+using lotest::placeholderDeck;
+using lotest::textBox;
 using minihost::Deck;
 
 namespace {
 
 constexpr double kCentreTolerance = 0.07;    // em
 constexpr double kBaselineTolerance = 0.01;  // em
-
-QByteArray xmlText(const QString& text) {
-    return text.toHtmlEscaped().toUtf8();
-}
-
-// A paragraph of runs at `size` points; "\v" in `text` becomes a line break.
-QByteArray paragraph(const QString& text, int size, const QByteArray& pPr = {},
-                     const QByteArray& runAttributes = {}, const QByteArray& fonts = {}) {
-    QByteArray runs;
-    const QStringList parts = text.split(QChar('\v'));
-    for (int i = 0; i < parts.size(); ++i) {
-        const QByteArray rPr = "<a:rPr lang=\"zh-CN\" altLang=\"en-US\" sz=\"" +
-                               QByteArray::number(size * 100) + "\" " + runAttributes + ">" +
-                               fonts + "</a:rPr>";
-        if (i > 0) runs += "<a:br>" + rPr + "</a:br>";
-        if (!parts[i].isEmpty())
-            runs += "<a:r>" + rPr + "<a:t>" + xmlText(parts[i]) + "</a:t></a:r>";
-    }
-    return "<a:p>" + pPr + runs + "<a:endParaRPr lang=\"zh-CN\" sz=\"" +
-           QByteArray::number(size * 100) + "\"/></a:p>";
-}
-
-// A text box with id 2 at (x, y), w x h points.
-QByteArray textBox(double x, double y, double w, double h, const QByteArray& paragraphs,
-                   const QByteArray& bodyAttributes = "wrap=\"square\"") {
-    auto emu = [](double points) { return QByteArray::number(std::llround(points * 12700)); };
-    return "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"TextBox 1\"/><p:cNvSpPr txBox=\"1\"/>"
-           "<p:nvPr/></p:nvSpPr><p:spPr><a:xfrm><a:off x=\"" +
-           emu(x) + "\" y=\"" + emu(y) + "\"/><a:ext cx=\"" + emu(w) + "\" cy=\"" + emu(h) +
-           "\"/></a:xfrm><a:prstGeom prst=\"rect\"><a:avLst/></a:prstGeom><a:noFill/></p:spPr>"
-           "<p:txBody><a:bodyPr " +
-           bodyAttributes + "/><a:lstStyle/>" + paragraphs + "</p:txBody></p:sp>";
-}
-
-const QByteArray kNotoFonts =
-    "<a:latin typeface=\"Noto Sans\"/><a:ea typeface=\"Noto Sans CJK SC\"/>";
-
-// A deck whose master gives body text 32 pt and whose one layout has a body placeholder at
-// (80, 120), 800 x 300 points; its slide holds that placeholder with `text`, saying nothing of
-// its size or place.
-QByteArray placeholderDeck(const QString& text) {
-    const QByteArray ns =
-        " xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\" "
-        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\" "
-        "xmlns:p=\"http://schemas.openxmlformats.org/presentationml/2006/main\"";
-    const QByteArray tree =
-        "<p:nvGrpSpPr><p:cNvPr id=\"1\" name=\"\"/><p:cNvGrpSpPr/><p:nvPr/>"
-        "</p:nvGrpSpPr><p:grpSpPr/>";
-    const QByteArray body =
-        "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"Content Placeholder 1\"/>"
-        "<p:cNvSpPr><a:spLocks noGrp=\"1\"/></p:cNvSpPr><p:nvPr><p:ph "
-        "idx=\"1\"/></p:nvPr></p:nvSpPr><p:spPr><a:xfrm><a:off x=\"1016000\" "
-        "y=\"1524000\"/><a:ext cx=\"10160000\" cy=\"3810000\"/></a:xfrm></p:spPr>"
-        "<p:txBody><a:bodyPr/><a:lstStyle/><a:p><a:endParaRPr/></a:p>"
-        "</p:txBody></p:sp>";
-    const QByteArray level =
-        "<a:lvl1pPr marL=\"0\" indent=\"0\" algn=\"l\"><a:lnSpc><a:spcPct "
-        "val=\"100000\"/></a:lnSpc><a:spcBef><a:spcPts val=\"0\"/></a:spcBef>"
-        "<a:buNone/><a:defRPr sz=\"3200\"><a:solidFill><a:schemeClr "
-        "val=\"tx1\"/></a:solidFill><a:latin typeface=\"+mn-lt\"/><a:ea "
-        "typeface=\"+mn-ea\"/></a:defRPr></a:lvl1pPr>";
-    const QByteArray master =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?><p:sldMaster" + ns +
-        "><p:cSld><p:spTree>" + tree + body +
-        "</p:spTree></p:cSld><p:clrMap bg1=\"lt1\" tx1=\"dk1\" bg2=\"lt2\" tx2=\"dk2\" "
-        "accent1=\"accent1\" accent2=\"accent2\" accent3=\"accent3\" accent4=\"accent4\" "
-        "accent5=\"accent5\" accent6=\"accent6\" hlink=\"hlink\" folHlink=\"folHlink\"/>"
-        "<p:sldLayoutIdLst><p:sldLayoutId id=\"2147483649\" r:id=\"rId1\"/></p:sldLayoutIdLst>"
-        "<p:txStyles><p:titleStyle>" +
-        level + "</p:titleStyle><p:bodyStyle>" + level + "</p:bodyStyle><p:otherStyle>" + level +
-        "</p:otherStyle></p:txStyles></p:sldMaster>";
-    const QByteArray layout =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?><p:sldLayout" + ns +
-        " type=\"obj\"><p:cSld name=\"Title and Content\"><p:spTree>" + tree + body +
-        "</p:spTree></p:cSld><p:clrMapOvr><a:masterClrMapping/></p:clrMapOvr></p:sldLayout>";
-    const QByteArray slideShape =
-        "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"Content Placeholder 1\"/><p:cNvSpPr><a:spLocks "
-        "noGrp=\"1\"/></p:cNvSpPr><p:nvPr><p:ph idx=\"1\"/></p:nvPr></p:nvSpPr><p:spPr/>"
-        "<p:txBody><a:bodyPr/><a:lstStyle/><a:p><a:r><a:rPr lang=\"zh-CN\" altLang=\"en-US\"/>"
-        "<a:t>" +
-        xmlText(text) + "</a:t></a:r></a:p></p:txBody></p:sp>";
-    decktest::Parts parts = decktest::blankParts();
-    parts = decktest::replaced(parts, QStringLiteral("ppt/slideMasters/slideMaster1.xml"), master);
-    parts = decktest::replaced(parts, QStringLiteral("ppt/slideLayouts/slideLayout1.xml"), layout);
-    QByteArray slide = decktest::partOf(parts, QStringLiteral("ppt/slides/slide1.xml"));
-    slide.replace("</p:grpSpPr></p:spTree>", "</p:grpSpPr>" + slideShape + "</p:spTree>");
-    return decktest::makeZip(
-        decktest::replaced(parts, QStringLiteral("ppt/slides/slide1.xml"), slide));
-}
 
 struct Case {
     QString name;
@@ -194,6 +104,12 @@ std::vector<Case> cases() {
                      paragraph(QStringLiteral("字距加宽的文字会换行，居中对齐。"), 28,
                                "<a:pPr algn=\"ctr\"/>", "spc=\"600\""))),
          6.0},
+        {QStringLiteral("widened character spacing, the paragraph's last character fitting "
+                        "only without its spacing"),
+         decktest::deckWithShapes(
+             textBox(40, 40, 400, 300,
+                     paragraph(QStringLiteral("品，学生整理了全文。"), 24, {}, "spc=\"1549\""))),
+         15.49},
         {QStringLiteral("line spacing as a percentage"),
          decktest::deckWithShapes(textBox(
              40, 40, 300, 400,
@@ -236,43 +152,8 @@ std::vector<Case> cases() {
 
 #ifdef ZPHONETIC_HAVE_POPPLER_QT5
 
-// A character of the PDF.
-struct Glyph {
-    QChar c;
-    double left = 0, width = 0, height = 0, baseline = 0;
-    bool lastOfWord = false;
-};
-
-std::vector<std::vector<Glyph>> pdfLines(const QString& path) {
-    std::unique_ptr<Poppler::Document> document(Poppler::Document::load(path));
-    if (!document || document->numPages() < 1) return {};
-    std::unique_ptr<Poppler::Page> page(document->page(0));
-    std::vector<Glyph> glyphs;
-    for (Poppler::TextBox* word : page->textList()) {
-        for (int i = 0; i < word->text().size(); ++i) {
-            const QRectF box = word->charBoundingBox(i);
-            glyphs.push_back({word->text()[i], box.left(), box.width(), box.height(),
-                              box.top() + box.height() * 0.95 / 1.3, i == word->text().size() - 1});
-        }
-        delete word;
-    }
-    // Lines: glyphs whose baselines agree, top to bottom, each left to right.
-    std::sort(glyphs.begin(), glyphs.end(),
-              [](const Glyph& a, const Glyph& b) { return a.baseline < b.baseline; });
-    std::vector<std::vector<Glyph>> lines;
-    for (const Glyph& g : glyphs) {
-        if (lines.empty() || g.baseline - lines.back().front().baseline > 0.3 * g.height)
-            lines.emplace_back();
-        lines.back().push_back(g);
-    }
-    for (auto& line : lines)
-        std::sort(line.begin(), line.end(),
-                  [](const Glyph& a, const Glyph& b) { return a.left < b.left; });
-    return lines;
-}
-
 TEST(TextLayoutAgainstLibreOffice, LinesBreakAndCharactersSitWhereLibreOfficePutsThem) {
-    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    const QString soffice = lotest::soffice();
     if (soffice.isEmpty())
         GTEST_SKIP()
             << "LibreOffice (soffice) is not installed: the layout is not compared with it";
@@ -289,22 +170,15 @@ TEST(TextLayoutAgainstLibreOffice, LinesBreakAndCharactersSitWhereLibreOfficePut
         ASSERT_TRUE(deck->save(files.last(), &error)) << error.toStdString();
         decks.push_back(std::move(deck));
     }
-    QProcess convert;
-    convert.setProcessChannelMode(QProcess::MergedChannels);
-    convert.start(soffice,
-                  QStringList{QStringLiteral("-env:UserInstallation=file://") +
-                                  dir.filePath(QStringLiteral("profile")),
-                              QStringLiteral("--headless"), QStringLiteral("--convert-to"),
-                              QStringLiteral("pdf"), QStringLiteral("--outdir"), dir.path()}
-                      << files);
-    ASSERT_TRUE(convert.waitForFinished(300000)) << "soffice did not finish";
+    QString output;
+    ASSERT_TRUE(lotest::convertToPdf(soffice, files, dir.path(), &output))
+        << "soffice did not finish";
 
     double worstCentre = 0, worstBaseline = 0;
     for (std::size_t i = 0; i < all.size(); ++i) {
         SCOPED_TRACE(all[i].name.toStdString());
-        const auto theirs = pdfLines(dir.filePath(QStringLiteral("case%1.pdf").arg(i)));
-        ASSERT_FALSE(theirs.empty())
-            << "no text in LibreOffice's PDF: " << convert.readAll().toStdString();
+        const auto theirs = lotest::pdfLines(dir.filePath(QStringLiteral("case%1.pdf").arg(i)));
+        ASSERT_FALSE(theirs.empty()) << "no text in LibreOffice's PDF: " << output.toStdString();
         const std::optional<minihost::TextLayout> ours = decks[i]->textLayout(1, 2);
         ASSERT_TRUE(ours);
         const QString text = decks[i]->text(1, 2);
@@ -323,11 +197,11 @@ TEST(TextLayoutAgainstLibreOffice, LinesBreakAndCharactersSitWhereLibreOfficePut
                     ourText += text[pos];
                     positions.push_back(pos);
                 }
-            for (const Glyph& g : theirs[n]) theirText += g.c;
+            for (const lotest::Glyph& g : theirs[n]) theirText += g.c;
             ASSERT_EQ(ourText, theirText) << "line " << n;
             const double em = line.ascent;
             for (std::size_t k = 0; k < positions.size(); ++k) {
-                const Glyph& g = theirs[n][k];
+                const lotest::Glyph& g = theirs[n][k];
                 EXPECT_NEAR(g.height / 1.3, em, 0.02 * em)
                     << "poppler's boxes are not 1.3 sizes high";
                 const minihost::CharPlace place = ours->place(positions[k]);
