@@ -7,7 +7,11 @@
 // Checks every run's output. Wall time and the CPU time of the run (which the load of a shared
 // machine does not move) are both reported.
 //
-//   onekey_bench [RUNS]     (default 3; prints each run and the medians)
+// With "place", it times instead the placements of the boxes on the 200-slide deck: runs with
+// --place below and with --place over, in turns, and the ratio of their CPU times.
+//
+//   onekey_bench [RUNS]         (default 3; prints each run and the medians)
+//   onekey_bench place [RUNS]
 #include <sys/resource.h>
 
 #include <QCoreApplication>
@@ -18,6 +22,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <vector>
 
@@ -66,6 +71,18 @@ bool writeDeck(const QString& path, const DeckKind& kind) {
     return false;
 }
 
+// The texts of `out` with readings over them.
+int textsWithReadingsOver(const QString& out) {
+    QString error;
+    const auto after = minihost::Deck::loadFile(out, &error);
+    if (!after) return -1;
+    int count = 0;
+    for (int slide = 1; slide <= after->slideCount(); ++slide)
+        for (const minihost::ShapeInfo& shape : after->shapes(slide))
+            count += after->readingsOver(slide, shape.id).isEmpty() ? 0 : 1;
+    return count;
+}
+
 int newBoxes(const QString& in, const QString& out) {
     QString error;
     const auto before = minihost::Deck::loadFile(in, &error);
@@ -93,33 +110,42 @@ struct Timing {
     double wall = -1, cpu = -1;  // seconds, medians of the runs
 };
 
+// One run of onekey --all-slides with `place` (empty: the add-on's) from `in` to `out`, timed
+// into `walls` and `cpus`; false when it fails.
+bool runOnce(const QTemporaryDir& dir, const QString& in, const QString& out, const QString& place,
+             std::vector<double>& walls, std::vector<double>& cpus) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("ZPHONETIC_HOME"), dir.filePath(QStringLiteral("home")));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setStandardOutputFile(QProcess::nullDevice());
+    QStringList arguments{QStringLiteral("onekey"), in, QStringLiteral("-o"), out,
+                          QStringLiteral("--all-slides")};
+    if (!place.isEmpty()) arguments << QStringLiteral("--place") << place;
+    const double cpuBefore = childCpuSeconds();
+    QElapsedTimer timer;
+    timer.start();
+    process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic"), arguments);
+    if (!process.waitForFinished(600000) || process.exitCode() != 0) {
+        std::fprintf(stderr, "onekey_bench: zphonetic failed: %s\n",
+                     process.readAllStandardError().constData());
+        return false;
+    }
+    walls.push_back(static_cast<double>(timer.elapsed()) / 1000);
+    cpus.push_back(childCpuSeconds() - cpuBefore);
+    return true;
+}
+
 // The medians of `runs` runs of onekey --all-slides on a deck of `kind`; negative when a run
 // fails or its output lacks boxes.
 Timing measure(const QTemporaryDir& dir, const DeckKind& kind, int runs) {
     const QString in = dir.filePath(QStringLiteral("deck.pptx"));
     const QString out = dir.filePath(QStringLiteral("deck-pinyin.pptx"));
     if (!writeDeck(in, kind)) return {};
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.insert(QStringLiteral("ZPHONETIC_HOME"), dir.filePath(QStringLiteral("home")));
     std::vector<double> walls, cpus;
     for (int i = 0; i < runs; ++i) {
-        QProcess process;
-        process.setProcessEnvironment(environment);
-        process.setStandardOutputFile(QProcess::nullDevice());
-        const double cpuBefore = childCpuSeconds();
-        QElapsedTimer timer;
-        timer.start();
-        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/zphonetic"),
-                      {QStringLiteral("onekey"), in, QStringLiteral("-o"), out,
-                       QStringLiteral("--all-slides")});
-        if (!process.waitForFinished(600000) || process.exitCode() != 0) {
-            std::fprintf(stderr, "onekey_bench: zphonetic failed: %s\n",
-                         process.readAllStandardError().constData());
-            return {};
-        }
-        walls.push_back(static_cast<double>(timer.elapsed()) / 1000);
-        cpus.push_back(childCpuSeconds() - cpuBefore);
+        if (!runOnce(dir, in, out, QString(), walls, cpus)) return {};
         const int boxes = newBoxes(in, out);
         if (boxes != kind.slides * kind.boxes) {
             std::fprintf(stderr, "onekey_bench: %d new boxes instead of %d\n", boxes,
@@ -132,13 +158,44 @@ Timing measure(const QTemporaryDir& dir, const DeckKind& kind, int runs) {
     return {median(walls), median(cpus)};
 }
 
+// --place below against --place over on the 200-slide deck, run in turns so that both meet the
+// same load; checks that every text got its box or its readings.
+int comparePlacements(const QTemporaryDir& dir, int runs) {
+    const DeckKind kind{"200 slides, 1,000 texts", 200, 5, 0};
+    const QString in = dir.filePath(QStringLiteral("deck.pptx"));
+    const QString out = dir.filePath(QStringLiteral("deck-pinyin.pptx"));
+    if (!writeDeck(in, kind)) return 1;
+    const int texts = kind.slides * kind.boxes;
+    std::vector<double> belowWalls, belowCpus, overWalls, overCpus;
+    for (int i = 0; i < runs; ++i) {
+        if (!runOnce(dir, in, out, QStringLiteral("below"), belowWalls, belowCpus)) return 1;
+        if (newBoxes(in, out) != texts) return 1;
+        if (!runOnce(dir, in, out, QStringLiteral("over"), overWalls, overCpus)) return 1;
+        if (textsWithReadingsOver(out) != texts) {
+            std::fprintf(stderr, "onekey_bench: not every text has readings over it\n");
+            return 1;
+        }
+        std::printf("run %d: below %.3f s wall, %.3f s CPU; over %.3f s wall, %.3f s CPU\n", i + 1,
+                    belowWalls.back(), belowCpus.back(), overWalls.back(), overCpus.back());
+    }
+    std::printf(
+        "\n%s, medians of %d runs: below %.3f s CPU (%.3f s wall), over %.3f s CPU "
+        "(%.3f s wall); over / below: %.2f (CPU), %.2f (wall)\n",
+        kind.what, runs, median(belowCpus), median(belowWalls), median(overCpus), median(overWalls),
+        median(overCpus) / median(belowCpus), median(overWalls) / median(belowWalls));
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    const int runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 3;
+    const bool place = argc > 1 && std::strcmp(argv[1], "place") == 0;
+    const int first = place ? 2 : 1;
+    const int runs = argc > first ? std::max(1, std::atoi(argv[first])) : 3;
     QTemporaryDir dir;
     if (!dir.isValid()) return 1;
+    if (place) return comparePlacements(dir, runs);
     const DeckKind kinds[] = {{"1 slide, 5 texts", 1, 5, 0},
                               {"200 slides, 1,000 texts", 200, 5, 0},
                               {"1 text of 500,000 characters", 1, 1, 500000},

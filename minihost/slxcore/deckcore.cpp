@@ -256,12 +256,17 @@ bool DeckCore::changed(int slide, const std::string& xml) const {
     if (!slides[slide]->edited) return false;
     // Edited, then undone or rolled back: the XML is again what was read, and the part is
     // copied as stored.
-    return digestOf(xml) != slides[slide]->originalDigest;
+    return xml.size() != slides[slide]->originalSize ||
+           digestOf(xml) != slides[slide]->originalDigest;
 }
 
 void DeckCore::willChange(int slide) {
     SlidePart& part = *slides[slide];
-    if (part.originalDigest.isEmpty()) part.originalDigest = digestOf(snapshot(slide));
+    if (part.originalDigest.isEmpty()) {
+        const std::string xml = snapshot(slide);
+        part.originalDigest = digestOf(xml);
+        part.originalSize = xml.size();
+    }
     part.edited = true;
 }
 
@@ -312,9 +317,15 @@ void DeckCore::fit(int slide, int id) const {
     if (!node.element || !followsText(textBodyOf(node.element))) return;
     const DrawnShape drawn = drawnShapeOf(*this, slide, node);
     if (!drawn.boxKnown) return;
+    fit(slide, id, drawn, TextLayout(drawn));
+}
+
+void DeckCore::fit(int slide, int id, const DrawnShape& drawn, const TextLayout& layout) const {
+    const ShapeNode node = shape(slide, id);
+    if (!node.element || !followsText(textBodyOf(node.element)) || !drawn.boxKnown) return;
     // The box its text needs, as it is drawn: taller (or, not wrapping, wider), grown away from
     // where its text is anchored.
-    const QRectF box = TextLayout(drawn).box();
+    const QRectF box = layout.box();
     // A placeholder that inherited its place gets one of its own.
     const bool own = geometry(node).known;
     setHeight(node, static_cast<float>(box.height()));

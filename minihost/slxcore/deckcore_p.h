@@ -16,6 +16,7 @@
 #include "minihost/slxcore/package_p.h"
 #include "minihost/slxcore/runformat_p.h"
 #include "minihost/slxcore/slidetree_p.h"
+#include "minihost/slxcore/textlayout.h"
 
 class QUndoStack;
 
@@ -28,6 +29,7 @@ struct SlidePart {
     // A digest of the XML as read, taken before the first edit: whether the slide differs from
     // what was read is known without reading the part again.
     QByteArray originalDigest;
+    std::size_t originalSize = 0;  // of the same XML: a slide of another size differs at once
     SlideShapes shapes;
 };
 
@@ -98,6 +100,8 @@ public:
                       const RangeState* except);
     // Resizes the shape when it follows its text.
     void fit(int slide, int id) const;
+    // The same, given what the shape shows now (drawnShapeOf) and its text laid out.
+    void fit(int slide, int id, const DrawnShape& drawn, const TextLayout& layout) const;
     // Where the shape is on the slide: its own box, else (a placeholder) the box of the matching
     // placeholder of the slide's layout, else of the layout's master. Not known when none has one.
     Box placeOf(int slide, int id) const;

@@ -67,8 +67,8 @@ bool Deck::deleteShapes(int slide, const QList<int>& shapeIds, const QString& st
         edit.touches(id);
         // A member of a group deleted with its group earlier in the list is gone already.
         if (const ShapeNode node = d->shape(slide - 1, id); node.element) {
+            d->slides[slide - 1]->shapes.removed(node.element);  // with its members
             node.element.parent().remove_child(node.element);
-            d->slides[slide - 1]->shapes.forget();  // the members went too
         }
     }
     if (slide == currentSlide()) clearSelection();

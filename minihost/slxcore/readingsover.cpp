@@ -3,8 +3,13 @@
 // text (see readingsover.h for what is written and why).
 #include "minihost/slxcore/readingsover.h"
 
+#include <QHash>
+#include <QSet>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstring>
+#include <map>
 #include <string>
 
 #include "minihost/slxcore/deck.h"
@@ -39,13 +44,16 @@ QString groupName(int textId) {
 
 const QString kBoxPrefix = QStringLiteral("Pinyin ");
 
-// The groups of readings over text `textId` among `tree`'s shapes.
+// The groups of readings over text `textId`: shapes of the slide's tree (where they are put),
+// not inside other groups.
 std::vector<pugi::xml_node> groupsOver(pugi::xml_node tree, int textId) {
     std::vector<pugi::xml_node> groups;
-    const QString name = groupName(textId);
-    for (const ShapeNode& shape : listShapes(tree))
-        if (std::string(localName(shape.element)) == "grpSp" && shapeName(shape.element) == name)
-            groups.push_back(shape.element);
+    const QByteArray name = groupName(textId).toUtf8();
+    for (pugi::xml_node shape = tree.first_child(); shape; shape = shape.next_sibling())
+        if (std::strcmp(localName(shape), "grpSp") == 0 &&
+            std::strcmp(child(nonVisual(shape), "cNvPr").attribute("name").value(),
+                        name.constData()) == 0)
+            groups.push_back(shape);
     return groups;
 }
 
@@ -74,30 +82,77 @@ double largestSize(const TextFrame& frame, const TextParagraph& p) {
     return size * frame.fontScale;
 }
 
-// The width of every syllable in the format of its box, measured by the text layout: one
-// paragraph per syllable in a frame that does not wrap.
-std::vector<double> syllableWidths(const QList<Reading>& readings,
-                                   const std::vector<TextFormat>& formats) {
+// The widths of `syllables`, each in its format, measured by the text layout: on one line of a
+// frame that does not wrap, a space between them, consecutive ones of the same typefaces in one
+// run (shaped at once).
+std::vector<double> measureSyllables(const QStringList& syllables,
+                                     const std::vector<TextFormat>& formats) {
     DrawnShape measure;
     measure.boxKnown = true;
     measure.hasText = true;
     measure.box = QRectF(0, 0, 1e6, 1e6);
     measure.text.wrap = false;
     measure.text.insets = QMarginsF();
-    int start = 0;
-    for (int i = 0; i < readings.size(); ++i) {
-        TextParagraph p;
-        p.start = start;
-        p.text = readings.at(i).syllable;
-        p.runs.append({start, static_cast<int>(p.text.size()), formats[i]});
-        p.endFormat = formats[i];
-        measure.text.paragraphs.append(p);
-        start += p.text.size() + 1;
+    TextParagraph line;
+    std::vector<int> starts;
+    for (int i = 0; i < syllables.size(); ++i) {
+        if (i > 0) line.text += QLatin1Char(' ');
+        starts.push_back(line.text.size());
+        line.text += syllables.at(i);
+        const bool sameFonts = i > 0 && formats[i].latinFont == formats[i - 1].latinFont &&
+                               formats[i].eastAsianFont == formats[i - 1].eastAsianFont &&
+                               formats[i].size == formats[i - 1].size;
+        if (sameFonts)
+            line.runs.last().length = line.text.size() - line.runs.last().start;
+        else
+            line.runs.append(
+                {starts.back(), static_cast<int>(line.text.size()) - starts.back(), formats[i]});
     }
+    line.endFormat = formats.back();
+    measure.text.paragraphs.append(line);
     const TextLayout layout(measure);
-    std::vector<double> widths(readings.size(), 0.0);
-    for (const TextLine& line : layout.lines())
-        widths[line.paragraph] = std::max(widths[line.paragraph], line.right - line.left);
+    std::vector<double> widths;
+    for (int i = 0; i < syllables.size(); ++i) {
+        const int end = starts[i] + syllables.at(i).size();
+        widths.push_back(layout.place(end - 1).right - layout.place(starts[i]).left);
+    }
+    return widths;
+}
+
+// The width of every syllable in the format of its box. A few hundred syllables make every
+// reading, so each is measured once in each format, the first time it is met.
+std::vector<double> syllableWidths(const QList<Reading>& readings,
+                                   const std::vector<TextFormat>& formats) {
+    static QHash<QString, double> known;  // the thread that lays text out only
+    // Each syllable's key: its format's (made again only where the format changes) and itself.
+    std::vector<QString> keys;
+    QString formatKey;
+    for (int i = 0; i < readings.size(); ++i) {
+        const TextFormat& f = formats[i];
+        if (i == 0 || f.latinFont != formats[i - 1].latinFont ||
+            f.eastAsianFont != formats[i - 1].eastAsianFont || f.size != formats[i - 1].size)
+            formatKey = f.latinFont + QLatin1Char('\n') + f.eastAsianFont + QLatin1Char('\n') +
+                        QString::number(f.size) + QLatin1Char('\n');
+        keys.push_back(formatKey + readings.at(i).syllable);
+    }
+    QStringList missing;
+    std::vector<TextFormat> missingFormats;
+    std::vector<int> missingAt;
+    QSet<QString> asked;
+    for (int i = 0; i < readings.size(); ++i) {
+        if (known.contains(keys[i]) || asked.contains(keys[i])) continue;
+        asked.insert(keys[i]);
+        missing << readings.at(i).syllable;
+        missingFormats.push_back(formats[i]);
+        missingAt.push_back(i);
+    }
+    if (!missing.isEmpty()) {
+        const std::vector<double> measured = measureSyllables(missing, missingFormats);
+        for (std::size_t k = 0; k < missingAt.size(); ++k)
+            known.insert(keys[missingAt[k]], measured[k]);
+    }
+    std::vector<double> widths;
+    for (const QString& key : keys) widths.push_back(known.value(key));
     return widths;
 }
 
@@ -137,8 +192,11 @@ void setAttribute(pugi::xml_node node, const char* name, long long value) {
     a.set_value(value);
 }
 
+long long emu(double points) {
+    return std::llround(points * kEmuPerPoint);
+}
+
 void setTransform(pugi::xml_node xfrm, const QRectF& box, bool children) {
-    auto emu = [](double points) { return std::llround(points * kEmuPerPoint); };
     pugi::xml_node off = add(xfrm, "a:off");
     setAttribute(off, "x", emu(box.left()));
     setAttribute(off, "y", emu(box.top()));
@@ -154,66 +212,108 @@ void setTransform(pugi::xml_node xfrm, const QRectF& box, bool children) {
     setAttribute(chExt, "cy", emu(box.height()));
 }
 
-// A box of one syllable in `format`, its text centred at the bottom of `box` (see the header).
-void addSyllableBox(pugi::xml_node group, const std::string& p, int id, const Reading& reading,
-                    const TextFormat& format, const QRectF& box) {
-    pugi::xml_node sp = add(group, p + "sp");
-    pugi::xml_node nv = add(sp, p + "nvSpPr");
-    pugi::xml_node cNvPr = add(nv, p + "cNvPr");
-    setAttribute(cNvPr, "id", id);
-    cNvPr.append_attribute("name").set_value(
-        (kBoxPrefix + QString::number(reading.position)).toUtf8().constData());
-    add(nv, p + "cNvSpPr").append_attribute("txBox").set_value("1");
-    add(nv, p + "nvPr");
-    pugi::xml_node spPr = add(sp, p + "spPr");
-    setTransform(add(spPr, "a:xfrm"), box, false);
-    pugi::xml_node geometry = add(spPr, "a:prstGeom");
-    geometry.append_attribute("prst").set_value("rect");
-    add(geometry, "a:avLst");
-    add(spPr, "a:noFill");
-    pugi::xml_node body = add(sp, p + "txBody");
-    pugi::xml_node bodyPr = add(body, "a:bodyPr");
-    bodyPr.append_attribute("wrap").set_value("none");
-    for (const char* inset : {"lIns", "tIns", "rIns", "bIns"})
-        bodyPr.append_attribute(inset).set_value("0");
-    bodyPr.append_attribute("anchor").set_value("b");
-    bodyPr.append_attribute("rtlCol").set_value("0");
-    add(bodyPr, "a:noAutofit");
-    add(body, "a:lstStyle");
-    pugi::xml_node paragraph = add(body, "a:p");
-    add(paragraph, "a:pPr").append_attribute("algn").set_value("ctr");
-    pugi::xml_node run = add(paragraph, "a:r");
-    pugi::xml_node rPr = add(run, "a:rPr");
-    setAttribute(rPr, "sz", std::llround(format.size * 100));
-    rPr.append_attribute("dirty").set_value("0");
-    pugi::xml_node fill = add(rPr, "a:solidFill");
-    add(fill, "a:srgbClr")
-        .append_attribute("val")
-        .set_value(QStringLiteral("%1")
-                       .arg(format.rgb & 0xFFFFFF, 6, 16, QLatin1Char('0'))
-                       .toUpper()
-                       .toLatin1()
-                       .constData());
-    if (!format.latinFont.isEmpty())
-        add(rPr, "a:latin")
-            .append_attribute("typeface")
-            .set_value(format.latinFont.toUtf8().constData());
-    if (!format.eastAsianFont.isEmpty())
-        add(rPr, "a:ea")
-            .append_attribute("typeface")
-            .set_value(format.eastAsianFont.toUtf8().constData());
-    add(run, "a:t").text().set(reading.syllable.toUtf8().constData());
+// `text` escaped for XML text and attribute values.
+void appendEscaped(std::string& xml, const QString& text) {
+    xml += text.toHtmlEscaped().toStdString();
 }
 
+// The boxes of syllables of one group, written as XML text and parsed once: a deck holds a box
+// for every character read. Only what differs from the defaults (no fill, no autofit, no list
+// style) is written, since every byte is written and compressed again for every character.
+class SyllableBoxes {
+public:
+    explicit SyllableBoxes(const std::string& p)
+        : m_head("<" + p + "sp><" + p + "nvSpPr><" + p + "cNvPr id=\""),
+          m_afterName("\"/><" + p + "cNvSpPr txBox=\"1\"/><" + p + "nvPr/></" + p + "nvSpPr><" + p +
+                      "spPr><a:xfrm><a:off x=\""),
+          m_afterExtent("\"/></a:xfrm><a:prstGeom prst=\"rect\"/></" + p + "spPr><" + p +
+                        "txBody><a:bodyPr wrap=\"none\" lIns=\"0\" tIns=\"0\" rIns=\"0\" "
+                        "bIns=\"0\" anchor=\"b\"/><a:p><a:pPr algn=\"ctr\"/><a:r>"),
+          m_tail("</a:t></a:r></a:p></" + p + "txBody></" + p + "sp>") {}
+
+    // A box of `reading` in `format`, its text centred at the bottom of `box` (see the header).
+    void add(int id, const Reading& reading, const TextFormat& format, const QRectF& box) {
+        m_xml += m_head;
+        number(id);
+        m_xml += "\" name=\"";
+        m_xml += kBoxPrefix.toStdString();
+        number(reading.position);
+        m_xml += m_afterName;
+        number(emu(box.left()));
+        m_xml += "\" y=\"";
+        number(emu(box.top()));
+        m_xml += "\"/><a:ext cx=\"";
+        number(emu(box.width()));
+        m_xml += "\" cy=\"";
+        number(emu(box.height()));
+        m_xml += m_afterExtent;
+        m_xml += runProperties(format);
+        m_xml += "<a:t>";
+        appendEscaped(m_xml, reading.syllable);
+        m_xml += m_tail;
+    }
+
+    // Parses the boxes into `group`; false when they cannot be (not expected).
+    bool addTo(pugi::xml_node group) const {
+        return group.append_buffer(m_xml.data(), m_xml.size()) == pugi::status_ok;
+    }
+
+private:
+    void number(long long value) {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+        m_xml.append(digits, end);
+    }
+    // a:rPr for `format`, made once for each format.
+    const std::string& runProperties(const TextFormat& format) {
+        // Consecutive syllables have one format as a rule.
+        if (m_last && format.latinFont == m_lastFormat.latinFont &&
+            format.rgb == m_lastFormat.rgb && format.size == m_lastFormat.size)
+            return *m_last;
+        m_lastFormat = format;
+        m_last = &made(format);
+        return *m_last;
+    }
+    const std::string& made(const TextFormat& format) {
+        const QString key = format.latinFont + QLatin1Char('\n') + QString::number(format.rgb) +
+                            QLatin1Char('\n') + QString::number(format.size);
+        std::string& made = m_runProperties[key];
+        if (!made.empty()) return made;
+        made = "<a:rPr sz=\"" + std::to_string(std::llround(format.size * 100)) +
+               "\"><a:solidFill><a:srgbClr val=\"" +
+               QStringLiteral("%1")
+                   .arg(format.rgb & 0xFFFFFF, 6, 16, QLatin1Char('0'))
+                   .toUpper()
+                   .toStdString() +
+               "\"/></a:solidFill>";
+        if (!format.latinFont.isEmpty()) {
+            made += "<a:latin typeface=\"";
+            appendEscaped(made, format.latinFont);
+            made += "\"/>";
+        }
+        made += "</a:rPr>";
+        return made;
+    }
+
+    const std::string m_head, m_afterName, m_afterExtent, m_tail;
+    std::map<QString, std::string> m_runProperties;
+    TextFormat m_lastFormat;
+    const std::string* m_last = nullptr;
+    std::string m_xml;
+};
+
 // Exact line spacing of `points` on paragraph `paragraph` (a:p): a:lnSpc is a:pPr's first child.
-void setExactLineSpacing(pugi::xml_node paragraph, double points) {
+// Returns the spacing written (in hundredths of a point, rounded up).
+float setExactLineSpacing(pugi::xml_node paragraph, double points) {
     const std::string a = prefixOf(paragraph);
     pugi::xml_node pPr = child(paragraph, "pPr");
     if (!pPr) pPr = paragraph.prepend_child((a + "pPr").c_str());
     removeChildren(pPr, {"lnSpc"});
     pugi::xml_node spcPts =
         pPr.prepend_child((a + "lnSpc").c_str()).append_child((a + "spcPts").c_str());
-    setAttribute(spcPts, "val", std::llround(std::ceil(points * 100)));
+    const long long hundredths = std::llround(std::ceil(points * 100));
+    setAttribute(spcPts, "val", hundredths);
+    return hundredths / 100.0f;
 }
 
 // Where a new shape over `element` goes: after it, or after the outermost group holding it.
@@ -297,7 +397,8 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
     const pugi::xml_node body = textBodyOf(node.element);
     const QString where = QStringLiteral("shape %1 on slide %2").arg(textId).arg(slide);
     if (!body) return where + QStringLiteral(" has no text");
-    const QString text = TextBody(body).text();
+    TextBody frameBody(body);
+    const QString text = frameBody.text();
     int previous = -1;
     for (const Reading& reading : readings) {
         if (reading.position <= previous || reading.position >= text.size() ||
@@ -308,15 +409,14 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
                        .arg(reading.syllable);
         previous = reading.position;
     }
-    if (!drawnShapeOf(*d, slide - 1, node).boxKnown)
-        return where + QStringLiteral(" has no place of its own or inherited");
+    DrawnShape drawn = drawnShapeOf(*d, slide - 1, node);
+    if (!drawn.boxKnown) return where + QStringLiteral(" has no place of its own or inherited");
 
     EditScope edit(*d, slide - 1, stepName, textId);
     removeReadingsOver(slide, textId, stepName);
     if (readings.isEmpty()) return QString();
 
     // Each syllable's format: its character's colour and typefaces, at the reading size.
-    DrawnShape drawn = drawnShapeOf(*d, slide - 1, d->shape(slide - 1, textId));
     const TextFrame& frame = drawn.text;
     double largest = 0;
     for (const Reading& reading : readings)
@@ -336,7 +436,6 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
     const std::vector<double> widths = syllableWidths(readings, formats);
 
     // Room between the lines of each paragraph with readings.
-    TextBody frameBody(body);
     const std::vector<pugi::xml_node>& paragraphs = frameBody.paragraphNodes();
     std::vector<bool> opened(frame.paragraphs.size(), false);
     for (const Reading& reading : readings) {
@@ -348,7 +447,8 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
         // the readings.
         const double needed = (kAbove + kBelow) * (largestSize(frame, p) + readingSize) +
                               2 * kClearance * readingSize;
-        if (p.lineSpacingPoints < needed) setExactLineSpacing(paragraphs[i], needed);
+        if (p.lineSpacingPoints < needed)
+            drawn.text.paragraphs[i].lineSpacingPoints = setExactLineSpacing(paragraphs[i], needed);
     }
     // Room between neighbouring syllables.
     double spacing = spacingNeeded(frame, TextLayout(drawn), text, readings, widths, readingSize);
@@ -360,13 +460,14 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
         const long long hundredths = std::llround(std::ceil(spacing * 100));
         frameBody.format(0, frameBody.length(),
                          [&](pugi::xml_node rPr) { setAttribute(rPr, "spc", hundredths); });
+        for (TextParagraph& p : drawn.text.paragraphs)
+            for (TextRun& run : p.runs) run.format.characterSpacing = hundredths / 100.0f;
     }
-    d->fit(slide - 1, textId);
-
-    // Where the characters are now.
+    // Where the characters are now (in the box the shape takes when it follows its text): what
+    // the shape shows is what it showed with the spacing just written.
     const ShapeNode placed = d->shape(slide - 1, textId);
-    drawn = drawnShapeOf(*d, slide - 1, placed);
     const TextLayout layout(drawn);
+    d->fit(slide - 1, textId, drawn, layout);
     SlidePart& part = *d->slides[slide - 1];
     pugi::xml_node tree = shapeTree(part.doc);
     const std::string p = prefixOf(tree);
@@ -381,6 +482,7 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
     add(nv, p + "nvPr");
     pugi::xml_node xfrm = add(add(group, p + "grpSpPr"), "a:xfrm");
     QRectF bounds;
+    SyllableBoxes boxes(p);
     for (int i = 0; i < readings.size(); ++i) {
         const Reading& reading = readings.at(i);
         const CharPlace place = layout.place(reading.position);
@@ -396,12 +498,13 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
             line.baseline - kAbove * line.ascent - (kBelow + kClearance - kDescent) * readingSize;
         const QRectF box(centre - width / 2, bottom - height, width, height);
         const int id = part.shapes.takeId(part.doc);
-        addSyllableBox(group, p, id, reading, formats[i], box);
+        boxes.add(id, reading, formats[i], box);
         edit.touches(id);
         bounds = bounds.isNull() ? box : bounds.united(box);
     }
+    boxes.addTo(group);
     setTransform(xfrm, bounds, true);
-    part.shapes.forget();
+    part.shapes.added(group);
     edit.touches(groupId);
     return QString();
 }

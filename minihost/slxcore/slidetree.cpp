@@ -148,7 +148,9 @@ void SlideShapes::build(const pugi::xml_document& slide) {
     if (m_built) return;
     const pugi::xml_node tree = shapeTree(slide);
     m_byId.clear();
-    for (const ShapeNode& shape : listShapes(tree)) m_byId.emplace(shape.id, shape.element);
+    m_repeatedIds = false;
+    for (const ShapeNode& shape : listShapes(tree))
+        if (!m_byId.emplace(shape.id, shape.element).second) m_repeatedIds = true;
     m_extensions = child(tree, "extLst");
     LargestId walker;
     pugi::xml_node(slide).traverse(walker);
@@ -167,6 +169,29 @@ int SlideShapes::takeId(const pugi::xml_document& slide) {
     const int id = static_cast<int>(std::min<long long>(m_nextId, 2147483647));
     m_nextId = std::max<long long>(m_nextId, id + 1ll);
     return id;
+}
+
+void SlideShapes::added(pugi::xml_node shape) {
+    if (!m_built) return;  // read whole when first needed
+    std::vector<ShapeNode> shapes = listShapes(shape);
+    shapes.insert(shapes.begin(), ShapeNode{shape, idOf(shape), Placement{}});
+    for (const ShapeNode& one : shapes)
+        if (!m_byId.emplace(one.id, one.element).second) m_repeatedIds = true;
+    // Which of two shapes with one id comes first is known only from the whole part.
+    if (m_repeatedIds) forget();
+}
+
+void SlideShapes::removed(pugi::xml_node shape) {
+    if (!m_built) return;
+    std::vector<ShapeNode> shapes = listShapes(shape);
+    shapes.insert(shapes.begin(), ShapeNode{shape, idOf(shape), Placement{}});
+    // With ids repeated, another shape may take the id; without the largest id, the next new
+    // shape takes the largest that is left plus one: the part is read again.
+    const bool largest = std::any_of(shapes.begin(), shapes.end(), [this](const ShapeNode& one) {
+        return one.id >= m_nextId - 1;
+    });
+    if (m_repeatedIds || largest) return forget();
+    for (const ShapeNode& one : shapes) m_byId.erase(one.id);
 }
 
 void SlideShapes::forget() {

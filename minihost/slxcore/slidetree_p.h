@@ -46,12 +46,19 @@ public:
     // An id for a new shape that the caller adds to the part itself (then forget()), as
     // addTextbox() numbers its boxes: each call gives the next one.
     int takeId(const pugi::xml_document& slide);
+    // A shape the caller added to the part (with its members, for a group), or is about to
+    // remove from it: known, or forgotten, at once rather than the whole part read again (it is,
+    // when ids are repeated, or the shape removed has the largest id: the next new shape then
+    // takes the largest id left plus one, as after reading the part).
+    void added(pugi::xml_node shape);
+    void removed(pugi::xml_node shape);
     void forget();
 
 private:
     void build(const pugi::xml_document& slide);
 
     bool m_built = false;
+    bool m_repeatedIds = false;  // some id names two shapes
     std::unordered_map<int, pugi::xml_node> m_byId;
     pugi::xml_node m_extensions;  // the tree's first extLst, before which new shapes go
     long long m_nextId = 0;
