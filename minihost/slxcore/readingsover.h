@@ -15,7 +15,7 @@
 //     text reaches 0.95 of its size above its baseline and 0.35 below. A reading's box ends
 //     0.05 reading sizes over the top of its character's line.
 //   - The syllable is half the size of the largest character read (never below 8 pt), in the
-//     colour and typefaces of its character.
+//     colour and the Latin typeface of its character.
 //   - The text keeps its characters and stays one ordinary text; its paragraphs with readings
 //     get exact line spacing of 1.3 times their largest size plus 1.4 reading sizes (the room is
 //     taken above each line, where the readings go), never less than they had; where two
