@@ -164,8 +164,9 @@ TEST(ReadingsFile, ALineStartingAsUtf16NeverMakesTheFileReadAsUtf16) {
     EXPECT_EQ(file.text(), "\n" + garbage + "\n行 xíng\n");
     EXPECT_FALSE(ReadingsFile(file.text()).isUtf16());
     ASSERT_FALSE(file.set(u"还", typed({"huá"})));
-    EXPECT_EQ(summary(ReadingsFile(file.text())),
-              (Lines{"3 行: xíng", "4 还: huá", "line 2: not UTF-8 text (save the file as UTF-8)"}));
+    EXPECT_EQ(
+        summary(ReadingsFile(file.text())),
+        (Lines{"3 行: xíng", "4 还: huá", "line 2: not UTF-8 text (save the file as UTF-8)"}));
     ReadingsFile byLine(garbage + "\n");
     ASSERT_TRUE(byLine.isUtf16());  // as the file was given: it is taken for UTF-16
     ReadingsFile second("行 xíng\n" + garbage + "\n");
