@@ -253,12 +253,16 @@ int runCommands(DeckHost& host, const Options& options) {
 
     QString error;
     if (!deck.save(options.output, &error)) return reportFileError(options.output, error);
-    std::printf(
-        "wrote %s: %s %d %s on %d %s\n", minihost::printable(options.output).toUtf8().constData(),
-        options.place == minihost::Placement::Over ? "readings over" : "new text", run.boxes(),
-        options.place == minihost::Placement::Over ? (run.boxes() == 1 ? "text" : "texts")
-                                                   : (run.boxes() == 1 ? "box" : "boxes"),
-        run.commands(), run.commands() == 1 ? "slide" : "slides");
+    const bool over = options.place == minihost::Placement::Over;
+    const QString what = over ? QStringLiteral("readings over %1 %2")
+                                    .arg(run.boxes())
+                                    .arg(run.boxes() == 1 ? "text" : "texts")
+                              : QStringLiteral("%1 new text %2")
+                                    .arg(run.boxes())
+                                    .arg(run.boxes() == 1 ? "box" : "boxes");
+    std::printf("wrote %s: %s on %d %s\n", minihost::printable(options.output).toUtf8().constData(),
+                what.toUtf8().constData(), run.commands(),
+                run.commands() == 1 ? "slide" : "slides");
     return run.leaked() ? 1 : 0;
 }
 
