@@ -227,8 +227,8 @@ public:
           m_afterName("\"/><" + p + "cNvSpPr txBox=\"1\"/><" + p + "nvPr/></" + p + "nvSpPr><" + p +
                       "spPr><a:xfrm><a:off x=\""),
           m_afterExtent("\"/></a:xfrm><a:prstGeom prst=\"rect\"/></" + p + "spPr><" + p +
-                        "txBody><a:bodyPr wrap=\"none\" lIns=\"0\" tIns=\"0\" rIns=\"0\" "
-                        "bIns=\"0\" anchor=\"b\"/><a:p><a:pPr algn=\"ctr\"/><a:r>"),
+                        "txBody><a:bodyPr wrap=\"none\" anchor=\"b\"/><a:p><a:pPr "
+                        "algn=\"ctr\"/><a:r>"),
           m_tail("</a:t></a:r></a:p></" + p + "txBody></" + p + "sp>") {}
 
     // A box of `reading` in `format`, its text centred at the bottom of `box` (see the header).
@@ -490,12 +490,15 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
         const TextRun* run = runAt(frame, reading.position);
         const double glyphRight = place.right - (run ? run->format.characterSpacing : 0);
         const double centre = (place.left + glyphRight) / 2;
-        const double width = widths[i] + 2 * readingSize;
-        const double height = 1.2 * readingSize;
-        // The reading's baseline (kDescent over the box's bottom) is so high that its box
+        // The box keeps the default insets (writing them costs bytes in every box) around a
+        // line of the syllable's size and two reading sizes more than its width.
+        const QMarginsF insets = TextFrame().insets;
+        const double width = widths[i] + 2 * readingSize + insets.left() + insets.right();
+        const double height = 1.2 * readingSize + insets.top() + insets.bottom();
+        // The reading's baseline (kDescent over the bottom of its line) is so high that its box
         // clears the text's by kClearance.
-        const double bottom =
-            line.baseline - kAbove * line.ascent - (kBelow + kClearance - kDescent) * readingSize;
+        const double bottom = line.baseline - kAbove * line.ascent -
+                              (kBelow + kClearance - kDescent) * readingSize + insets.bottom();
         const QRectF box(centre - width / 2, bottom - height, width, height);
         const int id = part.shapes.takeId(part.doc);
         boxes.add(id, reading, formats[i], box);

@@ -6,9 +6,9 @@
 //
 // How the readings are written (chosen by measuring LibreOffice's rendering, see
 // tests/slxcore/readingsover_libreoffice_test.cpp for the figures):
-//   - One text box per syllable: no insets, no wrap, anchored at its bottom, its paragraph
-//     centred, as wide as its syllable and two reading sizes more, its centre over the
-//     character's, its syllable just over the character's line. Centring is left to the program
+//   - One text box per syllable: the default insets, no wrap, anchored at its bottom, its
+//     paragraph centred, as wide as its syllable, two reading sizes and its insets, its centre over
+//     the character's, its syllable just over the character's line. Centring is left to the program
 //     that draws the slide, so no program needs our measure of the syllable to put it over its
 //     character.
 //   - Heights as LibreOffice's rendering shows them in the boxes pdftotext reads back: a line's
