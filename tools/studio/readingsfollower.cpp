@@ -54,8 +54,8 @@ void ReadingsFollower::follow(const minihost::DeckChange& change) {
     }
 }
 
-void ReadingsFollower::placeAgain(int slide, int textId) {
-    const QString text = m_deck->text(slide, textId);
+std::optional<QList<minihost::Reading>> ReadingsFollower::engineReadings(
+    const QString& text, const minihost::ReadingFunction& engine) {
     QString chinese;
     QList<int> positions;
     for (int pos = 0; pos < text.size(); ++pos) {
@@ -64,15 +64,19 @@ void ReadingsFollower::placeAgain(int slide, int textId) {
         positions << pos;
     }
     QList<minihost::Reading> readings;
-    if (!chinese.isEmpty()) {
-        QVector<minihost::HostReading> engine;
-        if (!m_engine || !m_engine(chinese, engine) || engine.size() != chinese.size()) return;
-        for (int k = 0; k < positions.size(); ++k) {
-            QString syllable = engine.at(k).text;
-            if (syllable.isEmpty()) continue;
-            syllable.replace(QLatin1Char('a'), kAlpha).replace(QLatin1Char('g'), kScriptG);
-            readings.append({positions.at(k), syllable});
-        }
+    if (chinese.isEmpty()) return readings;
+    QVector<minihost::HostReading> given;
+    if (!engine || !engine(chinese, given) || given.size() != chinese.size()) return std::nullopt;
+    for (int k = 0; k < positions.size(); ++k) {
+        QString syllable = given.at(k).text;
+        if (syllable.isEmpty()) continue;
+        syllable.replace(QLatin1Char('a'), kAlpha).replace(QLatin1Char('g'), kScriptG);
+        readings.append({positions.at(k), syllable});
     }
-    m_deck->placeReadingsOver(slide, textId, readings, tr("Pinyin over Text"));
+    return readings;
+}
+
+void ReadingsFollower::placeAgain(int slide, int textId) {
+    if (const auto readings = engineReadings(m_deck->text(slide, textId), m_engine))
+        m_deck->placeReadingsOver(slide, textId, *readings, tr("Pinyin over Text"));
 }

@@ -15,9 +15,12 @@
 // ɑ and ɡ in place of a and g.
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <optional>
 
 #include "minihost/nvo/hostreadingservice.h"
+#include "minihost/slxcore/readingsover.h"
 
 namespace minihost {
 class Deck;
@@ -30,6 +33,12 @@ public:
     // Follows the steps of `deck`, its parent, asking `engine` for readings (a function that gives
     // none leaves the readings as they are).
     ReadingsFollower(minihost::Deck* deck, minihost::ReadingFunction engine);
+
+    // The readings `engine` gives `text`, one over each character the add-on reads, as they are
+    // placed over it; nothing when the engine gives none.
+    // Example: "银行。" -> {0 yín, 1 hánɡ}.
+    static std::optional<QList<minihost::Reading>> engineReadings(
+        const QString& text, const minihost::ReadingFunction& engine);
 
 private:
     void follow(const minihost::DeckChange& change);
