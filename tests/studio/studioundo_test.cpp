@@ -170,6 +170,21 @@ TEST_P(PinyinAtOncePlaced, EveryNewBoxIsInsideItsSlide) {
                    {u("我们一起学习汉语拼音，今天天气很好，我们去公园散步吧。"), sources[3]}});
     ASSERT_EQ(texts.size(), 4);
     const QMap<int, QRectF> boxes = pinyinAtOnce(texts);
+    if (GetParam() == Placement::Over) {
+        // No box stays: each text has a group of a box a syllable over its characters.
+        int groups = 0;
+        for (const minihost::ShapeInfo& shape : window->deck()->shapes(1))
+            groups += shape.name.startsWith(QLatin1String("Pinyin over ")) ? 1 : 0;
+        EXPECT_EQ(groups, 4);
+        const QRectF slide(QPointF(), window->deck()->slideSize());
+        for (auto it = boxes.cbegin(); it != boxes.cend(); ++it)
+            EXPECT_TRUE(slide.contains(*it))
+                << "shape " << it.key() << " at " << it->left() << "," << it->top();
+        for (const int text : texts)
+            EXPECT_TRUE(slide.contains(window->deck()->placeOf(1, text))) << "text " << text;
+        screenshot(QStringLiteral("studio-onekey-over.png"));
+        return;
+    }
     ASSERT_EQ(boxes.size(), 4);
     const QRectF slide(QPointF(), window->deck()->slideSize());
     for (auto it = boxes.cbegin(); it != boxes.cend(); ++it)
@@ -210,7 +225,8 @@ TEST_P(PinyinAtOncePlaced, EveryNewBoxIsInsideItsSlide) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachPlacement, PinyinAtOncePlaced,
-                         ::testing::Values(Placement::Below, Placement::Above, Placement::Addon),
+                         ::testing::Values(Placement::Below, Placement::Above, Placement::Addon,
+                                           Placement::Over),
                          [](const ::testing::TestParamInfo<Placement>& info) {
                              return minihost::placementName(info.param).toStdString();
                          });
