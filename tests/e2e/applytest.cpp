@@ -171,6 +171,35 @@ TEST_F(Apply, PlaceBelowMovesTheOwnTextBoxUnderItsText) {
     EXPECT_EQ(shapes[1].box.width(), 400);
 }
 
+TEST_F(Apply, PlaceOverPutsEachSyllableOverItsCharacter) {
+    int id = 0;
+    const QString input = deckWith(QStringLiteral("in.pptx"), u("银行行长"), &id);
+    const QString output = dir.filePath(QStringLiteral("out.pptx"));
+    const ProgramRun run =
+        zphonetic({QStringLiteral("apply"), input, QStringLiteral("-o"), output,
+                   QStringLiteral("--style"), QStringLiteral("3"), QStringLiteral("--bracket"),
+                   QStringLiteral("1"), QStringLiteral("--place"), QStringLiteral("over")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QString error;
+    const auto deck = minihost::Deck::loadFile(output, &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    // The text, and over it a group of a box a syllable: the dialog's own box is gone.
+    EXPECT_EQ(deck->shapes(1).size(), 1 + 1 + 4);
+    EXPECT_EQ(deck->text(1, id), u("银行行长"));
+    EXPECT_EQ(
+        deck->readingsOver(1, id),
+        (QList<minihost::Reading>{{0, u("yín")}, {1, u("hánɡ")}, {2, u("hánɡ")}, {3, u("zhǎnɡ")}}));
+    // Each over its character: centred on it, above its line.
+    const minihost::TextLayout layout = *deck->textLayout(1, id);
+    for (const minihost::ShapeInfo& shape : deck->shapes(1)) {
+        if (!shape.name.startsWith(QStringLiteral("Pinyin ")) || !shape.hasTextFrame) continue;
+        const minihost::CharPlace place = layout.place(shape.name.mid(7).toInt());
+        EXPECT_LE(shape.box.bottom(), layout.lines().at(place.line).baseline - 18 * 0.95);
+        EXPECT_GT(shape.box.center().x(), place.left);
+        EXPECT_LT(shape.box.center().x(), place.right);
+    }
+}
+
 TEST_F(Apply, PlaceIsForTheOwnTextBoxOnly) {
     const QString input = deckWith(QStringLiteral("in.pptx"), u("你好"));
     const QString output = dir.filePath(QStringLiteral("out.pptx"));

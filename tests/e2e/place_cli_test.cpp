@@ -14,6 +14,7 @@
 
 #include "decktestutil.h"
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/readingsover.h"
 #include "onekeyrun.h"
 
 namespace {
@@ -219,6 +220,57 @@ TEST_F(Placing, ThePublicDecksWithoutChineseAreNotWrittenAndSaySo) {
                 .arg(in));
         EXPECT_FALSE(QFile::exists(out));
     }
+}
+
+TEST_F(Placing, OverPutsTheReadingsOfEveryTextOfTheExampleOverItsCharacters) {
+    const QString out = path(QStringLiteral("over.pptx"));
+    const Outcome run =
+        runOneKey({lessonDeck(), QStringLiteral("-o"), out, QStringLiteral("--slide"),
+                   QStringLiteral("2"), QStringLiteral("--place"), QStringLiteral("over")});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_EQ(run.out,
+              QStringLiteral("slide 2: readings over shape 2: \"duō yīn zì\"\n"
+                             "slide 2: readings over shape 3: \"yín hánɡ hánɡ zhǎnɡ hái shì jué "
+                             "de yīn yuè hěn kuài lè tā chónɡ xīn shuō le yí biàn zhè hěn zhònɡ "
+                             "yào \"\n"
+                             "wrote %1: readings over 2 texts on 1 slide\n")
+                  .arg(out));
+    QString error;
+    auto deck = minihost::Deck::loadFile(out, &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    // The two texts and a group of readings over each: the add-on's boxes are gone.
+    EXPECT_EQ(deck->shapes(2).size(), 2 + 1 + 3 + 1 + 24);
+    EXPECT_EQ(deck->readingsOver(2, 2).size(), 3);
+    EXPECT_EQ(deck->readingsOver(2, 3).size(), 24);
+    EXPECT_EQ(deck->readingsOver(2, 3).at(2).syllable, QStringLiteral("hánɡ"));
+
+    // Again over the result: the readings are replaced, not doubled.
+    const QString again = path(QStringLiteral("again.pptx"));
+    const Outcome second =
+        runOneKey({out, QStringLiteral("-o"), again, QStringLiteral("--slide"), QStringLiteral("2"),
+                   QStringLiteral("--select"), QStringLiteral("3"), QStringLiteral("--place"),
+                   QStringLiteral("over")});
+    ASSERT_EQ(second.status, 0) << second.err.toStdString();
+    auto twice = minihost::Deck::loadFile(again, &error);
+    ASSERT_TRUE(twice) << error.toStdString();
+    EXPECT_EQ(twice->shapes(2).size(), deck->shapes(2).size());
+    EXPECT_EQ(twice->readingsOver(2, 3), deck->readingsOver(2, 3));
+}
+
+TEST_F(Placing, OverASelectedRunPutsReadingsOverItsCharactersOnly) {
+    const QString out = path(QStringLiteral("over.pptx"));
+    const Outcome run =
+        runOneKey({lessonDeck(), QStringLiteral("-o"), out, QStringLiteral("--select"),
+                   QStringLiteral("3:13+6"), QStringLiteral("--place"), QStringLiteral("over")});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    QString error;
+    auto deck = minihost::Deck::loadFile(out, &error);
+    ASSERT_TRUE(deck) << error.toStdString();
+    // 举头望明月， : five characters from 13.
+    const QList<minihost::Reading> readings = deck->readingsOver(1, 3);
+    ASSERT_EQ(readings.size(), 5);
+    EXPECT_EQ(readings.first().position, 13);
+    EXPECT_EQ(readings.last().position, 17);
 }
 
 TEST_F(Placing, AnUnknownPlaceIsAnError) {

@@ -3,6 +3,8 @@
 // then to PNG at 96 dpi, the studio's pixel per 0.75 pt): the same text lines (their number and
 // where they start, across and down) and the same text colour, slide by slide. Both pictures go
 // to the screenshots folder. Skipped where LibreOffice or pdftoppm is not installed.
+#include <QAction>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QStandardPaths>
@@ -62,7 +64,11 @@ QColor textColour(const QImage& image) {
     return QColor(darkest);
 }
 
-TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
+// Draws every slide of the deck open in the window and renders the file `path` (the same deck)
+// with LibreOffice; the pictures go to the screenshots folder as compare-<name>-slide-N-studio.png
+// and ...-libreoffice.png. Every text line must be where LibreOffice puts it, in its colour.
+void expectDrawnAsLibreOfficeRendersThem(const StudioWindow& window, const QString& path,
+                                         const QString& name, const QTemporaryDir& dir) {
     const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
     const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
     if (soffice.isEmpty() || pdftoppm.isEmpty()) GTEST_SKIP() << "LibreOffice or pdftoppm missing";
@@ -71,29 +77,33 @@ TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
     convert.start(soffice, {QStringLiteral("-env:UserInstallation=file://") +
                                 dir.filePath(QStringLiteral("lo")),
                             QStringLiteral("--headless"), QStringLiteral("--convert-to"),
-                            QStringLiteral("pdf"), lessonPath()});
+                            QStringLiteral("pdf"), path});
     ASSERT_TRUE(convert.waitForFinished(180000));
     QProcess pages;
     pages.setWorkingDirectory(dir.path());
-    pages.start(pdftoppm, {QStringLiteral("-r"), QStringLiteral("96"), QStringLiteral("-png"),
-                           dir.filePath(QStringLiteral("lesson.pdf")), QStringLiteral("page")});
+    pages.start(pdftoppm,
+                {QStringLiteral("-r"), QStringLiteral("96"), QStringLiteral("-png"),
+                 dir.filePath(QFileInfo(path).completeBaseName() + QStringLiteral(".pdf")), name});
     ASSERT_TRUE(pages.waitForFinished(60000));
 
-    ASSERT_TRUE(window->openFile(lessonPath()));
     const QString folder = QStringLiteral(ZPHONETIC_SCREENSHOT_DIR);
     QDir().mkpath(folder);
-    for (int slide = 1; slide <= window->deck()->slideCount(); ++slide) {
-        const QImage theirs(dir.filePath(QStringLiteral("page-%1.png").arg(slide)));
+    for (int slide = 1; slide <= window.deck()->slideCount(); ++slide) {
+        const QImage theirs(dir.filePath(QStringLiteral("%1-%2.png").arg(name).arg(slide)));
         ASSERT_FALSE(theirs.isNull()) << "slide " << slide;
         QImage ours(theirs.size(), QImage::Format_RGB32);
         ours.fill(Qt::white);
         {
             QPainter painter(&ours);
             painter.setRenderHint(QPainter::Antialiasing);
-            paintSlide(painter, *window->deck(), slide, QRectF(QPointF(), QSizeF(ours.size())));
+            paintSlide(painter, *window.deck(), slide, QRectF(QPointF(), QSizeF(ours.size())));
         }
-        ours.save(folder + QStringLiteral("/compare-slide-%1-studio.png").arg(slide));
-        theirs.save(folder + QStringLiteral("/compare-slide-%1-libreoffice.png").arg(slide));
+        const QString prefix =
+            QStringLiteral("%1/compare-%2slide-%3-")
+                .arg(folder, name == QLatin1String("page") ? QString() : name + QLatin1Char('-'))
+                .arg(slide);
+        ours.save(prefix + QStringLiteral("studio.png"));
+        theirs.save(prefix + QStringLiteral("libreoffice.png"));
 
         const QList<Line> ourLines = linesOf(ours);
         const QList<Line> theirLines = linesOf(theirs);
@@ -114,6 +124,26 @@ TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
         EXPECT_NEAR(ourColour.green(), theirColour.green(), 24) << "slide " << slide;
         EXPECT_NEAR(ourColour.blue(), theirColour.blue(), 24) << "slide " << slide;
     }
+}
+
+TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    expectDrawnAsLibreOfficeRendersThem(*window, lessonPath(), QStringLiteral("page"), dir);
+}
+
+TEST_F(StudioTest, ReadingsOverTheirTextAreDrawnAsLibreOfficeRendersThem) {
+    ASSERT_TRUE(window->openFile(lessonPath()));
+    // "Pinyin over Text" on every slide, with all its texts selected.
+    for (int slide = 1; slide <= window->deck()->slideCount(); ++slide) {
+        ASSERT_TRUE(window->deck()->setCurrentSlide(slide));
+        ASSERT_TRUE(window->deck()->selectShapes({2, 3}));
+        window->pinyinOverTextAction()->trigger();
+        EXPECT_FALSE(window->deck()->readingsOver(slide, 3).isEmpty()) << "slide " << slide;
+    }
+    const QString path = dir.filePath(QStringLiteral("over.pptx"));
+    QString error;
+    ASSERT_TRUE(window->deck()->save(path, &error)) << error.toStdString();
+    expectDrawnAsLibreOfficeRendersThem(*window, path, QStringLiteral("over"), dir);
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ TEST_F(StudioLanguage, ChineseForAChineseUser) {
     EXPECT_EQ(tab(2), QString::fromUtf8("文本工具"));
     EXPECT_EQ(window->phoneticSymbolAction()->text(), QString::fromUtf8("拼音标注"));
     EXPECT_EQ(window->phoneticOneKeyAction()->text(), QString::fromUtf8("一键拼音"));
+    EXPECT_EQ(window->pinyinOverTextAction()->text(), QString::fromUtf8("拼音在上"));
     ASSERT_TRUE(window->openFile(lessonPath()));
     ASSERT_TRUE(window->deck()->selectShapes({3}));
     window->phoneticOneKeyAction()->trigger();

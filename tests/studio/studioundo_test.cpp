@@ -119,6 +119,27 @@ TEST_F(StudioUndo, PinyinAtOnceAndItsPlacementAreOneStepUndoneAndRedone) {
     });
 }
 
+TEST_F(StudioUndo, PinyinOverTextIsOneStepNamedForItUndoneAndRedone) {
+    expectUndoneAndRedone(QStringLiteral("Pinyin over Text"), [this] {
+        clickOnSlide(insideShape(kBody));
+        QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->pinyinOverTextAction()),
+                          Qt::LeftButton);
+        // A reading over each of the poem's twenty characters; the add-on's box is gone.
+        EXPECT_EQ(window->deck()->readingsOver(1, kBody).size(), 20);
+        EXPECT_EQ(window->deck()->shapes(1).size(), 2 + 1 + 20);
+    });
+}
+
+TEST_F(StudioUndo, PinyinOverTextTwiceReplacesTheReadings) {
+    clickOnSlide(insideShape(kBody));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(window->deck()->selectShapes({kBody}));
+        QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->pinyinOverTextAction()),
+                          Qt::LeftButton);
+        EXPECT_EQ(window->deck()->shapes(1).size(), 2 + 1 + 20) << "time " << i + 1;
+    }
+}
+
 TEST_F(StudioUndo, TheTitleAndTheUndoTextsFollowTheStack) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("lesson.pptx[*] - zphonetic-studio"));
     EXPECT_FALSE(window->isWindowModified());

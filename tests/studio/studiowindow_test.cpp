@@ -139,6 +139,7 @@ TEST_F(StudioWindowTest, TheRibbonHasItsTabsAndBothCommandsOnHomeAndTextTool) {
     for (const QString& tab : {QStringLiteral("CT_Home"), QStringLiteral("CT_TextTool")}) {
         EXPECT_NE(ribbonButton(tab, window->phoneticSymbolAction()), nullptr) << tab.toStdString();
         EXPECT_NE(ribbonButton(tab, window->phoneticOneKeyAction()), nullptr) << tab.toStdString();
+        EXPECT_NE(ribbonButton(tab, window->pinyinOverTextAction()), nullptr) << tab.toStdString();
     }
     EXPECT_EQ(ribbonButton(QStringLiteral("CT_Insert"), window->phoneticSymbolAction()), nullptr);
 }

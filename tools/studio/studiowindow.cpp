@@ -23,6 +23,7 @@
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/hosttransaction.h"
 #include "myreadingswindow.h"
+#include "nvo/transaction.h"
 #include "nvo/zapplication.h"
 #include "readingsfollower.h"
 #include "recentfiles.h"
@@ -149,6 +150,12 @@ void StudioWindow::buildActions() {
     connect(m_oneKeyAction, &QAction::triggered, this,
             [this] { runCommand(QString::fromLatin1(kPhoneticOneKey)); });
 
+    m_oneKeyOverAction = new QAction(studioicons::phoneticOneKey(), tr("Pinyin over Text"), this);
+    m_oneKeyOverAction->setObjectName(QStringLiteral("PinyinOverText"));
+    m_oneKeyOverAction->setToolTip(
+        tr("Write the pinyin of each selected text over its characters, as school books print it"));
+    connect(m_oneKeyOverAction, &QAction::triggered, this, &StudioWindow::runOneKeyOver);
+
     m_myReadingsAction = new QAction(tr("My &Readings..."), this);
     m_myReadingsAction->setToolTip(
         tr("Words you give readings of your own, and the tones of 一 "
@@ -216,6 +223,7 @@ void StudioWindow::buildMenus() {
     QMenu* pinyin = menus->addMenu(tr("&Pinyin"));
     pinyin->addAction(m_symbolAction);
     pinyin->addAction(m_oneKeyAction);
+    pinyin->addAction(m_oneKeyOverAction);
     QMenu* placement = pinyin->addMenu(tr("Pinyin at Once &Puts Its Boxes"));
     placement->addActions(m_placementActions);
     pinyin->addSeparator();
@@ -233,6 +241,7 @@ void StudioWindow::buildRibbon() {
     for (const QString& tab : {kHome, kTextTool}) {
         minihost::addRibbonAction(this, tab, m_symbolAction);
         minihost::addRibbonAction(this, tab, m_oneKeyAction);
+        minihost::addRibbonAction(this, tab, m_oneKeyOverAction);
     }
     minihost::addRibbonAction(this, kInsert, m_textBoxAction);
     minihost::setCurrentTabById(this, kHome);
@@ -350,7 +359,7 @@ void StudioWindow::chooseFileToSaveAs() {
     saveTo(path);
 }
 
-bool StudioWindow::runCommand(const QString& action) {
+bool StudioWindow::addonReady() {
     if (!m_addon.isOpen()) {
         showError(tr("The pinyin add-on could not be loaded, so its commands are not available."
                      "\n\n%1")
@@ -367,35 +376,67 @@ bool StudioWindow::runCommand(const QString& action) {
     }
     // The add-on works on the active view: the deck this window shows (or none).
     minihost::setActiveView(m_deck ? m_deck->view() : nullptr);
+    return true;
+}
+
+bool StudioWindow::runCommand(const QString& action) {
+    if (!addonReady()) return false;
     ZAppObj source(action);
     if (m_deck && action == QLatin1String(kPhoneticOneKey))
-        runOneKey(&source);
+        runOneKey(&source, m_placement, tr("Pinyin at Once"));
     else
         m_addon.trigger(action, &source);
     return true;
 }
 
-void StudioWindow::runOneKey(ZAppObj* source) {
+bool StudioWindow::runOneKeyOver() {
+    if (!addonReady()) return false;
+    ZAppObj source(QString::fromLatin1(kPhoneticOneKey));
+    if (m_deck)
+        runOneKey(&source, minihost::Placement::Over, tr("Pinyin over Text"));
+    else
+        m_addon.trigger(QString::fromLatin1(kPhoneticOneKey), &source);
+    return true;
+}
+
+void StudioWindow::runOneKey(ZAppObj* source, minihost::Placement placement,
+                             const QString& stepName) {
     minihost::Deck& deck = *m_deck;
     const int slide = deck.currentSlide();
-    // The texts the add-on reads, in the order it makes their boxes.
+    // The texts the add-on reads, in the order it makes their boxes; a selected run alone.
     const QList<int> sources = minihost::readingSources(deck);
+    const minihost::Deck::TextSelection run =
+        deck.hasTextSelection() ? deck.textSelection() : minihost::Deck::TextSelection{};
     QList<int> before;
     for (const minihost::ShapeInfo& shape : deck.shapes(slide)) before << shape.id;
     // One undo step for the command and the placement: the add-on joins the host's step and
     // gives it its own name.
-    const bool oneStep = minihost::openHostTransaction(
-        minihost::hostApplication()->coreApplication(), tr("Pinyin at Once"));
+    const bool oneStep =
+        minihost::openHostTransaction(minihost::hostApplication()->coreApplication(), stepName);
     m_addon.trigger(QString::fromLatin1(kPhoneticOneKey), source);
     QList<minihost::MadeBox> made;
     for (const minihost::ShapeInfo& shape : deck.shapes(slide))
         if (!before.contains(shape.id)) made.append({shape.id, 0});
     // Which box holds the readings of which text is clear when there is one box per text.
-    if (made.size() == sources.size())
-        for (int i = 0; i < made.size(); ++i) made[i].source = sources.at(i);
-    minihost::placeReadingBoxes(deck, slide, made, m_placement, minihost::OffSlide::MoveInside,
-                                tr("move"));
+    if (made.size() == sources.size()) {
+        for (int i = 0; i < made.size(); ++i) {
+            made[i].source = sources.at(i);
+            if (run.shapeId == made[i].source) {
+                made[i].start = run.start;
+                made[i].length = run.length;
+            }
+        }
+    }
+    const QString problem = minihost::placeReadingBoxes(deck, slide, made, placement,
+                                                        minihost::OffSlide::MoveInside, tr("move"));
+    // The add-on named the step for what it did; over the text, the step is what the person
+    // asked for.
+    if (placement == minihost::Placement::Over)
+        ZFormatStaticTransGuard::instance()->setName(stepName);
     if (oneStep) minihost::commitHostTransaction();
+    // The boxes stay where the add-on put them, and the person learns why.
+    if (!problem.isEmpty() && placement == minihost::Placement::Over)
+        showError(tr("The pinyin could not be placed over its text: %1").arg(problem));
 }
 
 void StudioWindow::insertTextBox() {

@@ -66,6 +66,10 @@ public:
     // buttons do. False (after a message box) when the add-on is not loaded. "PhoneticOneKey"
     // then places the boxes it made by oneKeyPlacement(), inside the slide, in the same undo step.
     bool runCommand(const QString& action);
+    // "Pinyin over Text": runs "PhoneticOneKey" and puts each syllable of the boxes it made over
+    // its character (minihost::Placement::Over), in one undo step "Pinyin over Text". False (after
+    // a message box) when the add-on is not loaded.
+    bool runOneKeyOver();
 
     // Where "Pinyin at Once" puts its boxes: below their texts unless the user chose otherwise in
     // the Pinyin menu (remembered in the host settings, for the next window and the next run).
@@ -76,6 +80,7 @@ public:
     SlideThumbnails* thumbnails() const { return m_thumbnails; }
     QAction* phoneticSymbolAction() const { return m_symbolAction; }
     QAction* phoneticOneKeyAction() const { return m_oneKeyAction; }
+    QAction* pinyinOverTextAction() const { return m_oneKeyOverAction; }
     QAction* textBoxAction() const { return m_textBoxAction; }
     // "My Readings..." (Pinyin menu): shows the window of the user's own readings.
     QAction* myReadingsAction() const { return m_myReadingsAction; }
@@ -112,8 +117,11 @@ private:
     void showTitle();
     void showSlidePosition();
     void showError(const QString& text);
-    // "PhoneticOneKey" and the placement of the boxes it made, as one undo step.
-    void runOneKey(ZAppObj* source);
+    // Whether the add-on's commands can run (else a message box says why); then the add-on works
+    // on this window's deck.
+    bool addonReady();
+    // "PhoneticOneKey" and the placement of the boxes it made, as one undo step `stepName`.
+    void runOneKey(ZAppObj* source, minihost::Placement placement, const QString& stepName);
     void choosePlacement(minihost::Placement placement);
 
     std::unique_ptr<minihost::Deck> m_deck;
@@ -136,6 +144,7 @@ private:
     QAction* m_redoAction = nullptr;
     QAction* m_symbolAction = nullptr;
     QAction* m_oneKeyAction = nullptr;
+    QAction* m_oneKeyOverAction = nullptr;
     QAction* m_textBoxAction = nullptr;
     QAction* m_myReadingsAction = nullptr;
     QPointer<MyReadingsWindow> m_myReadings;

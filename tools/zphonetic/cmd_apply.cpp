@@ -151,13 +151,20 @@ int dialogSource(const minihost::Deck& deck) {
     return 0;
 }
 
-// The text boxes the dialog made (layout 3), each for `source`.
-QList<minihost::MadeBox> madeBoxes(const minihost::Deck& deck, const QList<int>& before,
-                                   int source) {
+// The text boxes the dialog made (layout 3), each for `source` (for the run `selection` of its
+// text when that is in it).
+QList<minihost::MadeBox> madeBoxes(const minihost::Deck& deck, const QList<int>& before, int source,
+                                   const minihost::Deck::TextSelection& selection) {
     const int slide = deck.currentSlide();
     QList<minihost::MadeBox> made;
-    for (const minihost::ShapeInfo& shape : deck.shapes(slide))
-        if (!before.contains(shape.id)) made.append({shape.id, source});
+    for (const minihost::ShapeInfo& shape : deck.shapes(slide)) {
+        if (before.contains(shape.id)) continue;
+        made.append({shape.id, source});
+        if (selection.shapeId == source) {
+            made.last().start = selection.start;
+            made.last().length = selection.length;
+        }
+    }
     return made;
 }
 
@@ -183,12 +190,14 @@ int runApply(const QStringList& arguments) {
     for (const minihost::ShapeInfo& shape : deck.shapes(deck.currentSlide())) before << shape.id;
     const int steps = deck.undoSteps().size();
     const int source = dialogSource(deck);
+    const minihost::Deck::TextSelection selection =
+        deck.hasTextSelection() ? deck.textSelection() : minihost::Deck::TextSelection{};
     if (const int status = answerDialog(host.addon(), options)) return status;
     if (deck.undoSteps().size() == steps)
         return reportError(options.input,
                            QStringLiteral("the dialog wrote no readings: nothing written"));
     if (options.place != minihost::Placement::Addon) {
-        const QList<minihost::MadeBox> made = madeBoxes(deck, before, source);
+        const QList<minihost::MadeBox> made = madeBoxes(deck, before, source, selection);
         if (made.size() != 1 || !made.first().source)
             return reportError(QStringLiteral("--place"),
                                QStringLiteral("no one new text box of readings to place"));

@@ -191,6 +191,18 @@
         <translation>一键拼音</translation>
     </message>
     <message>
+        <source>Pinyin over Text</source>
+        <translation>拼音在上</translation>
+    </message>
+    <message>
+        <source>Write the pinyin of each selected text over its characters, as school books print it</source>
+        <translation>把所选文字的拼音写在每个字的上方，像课本那样</translation>
+    </message>
+    <message>
+        <source>The pinyin could not be placed over its text: %1</source>
+        <translation>拼音无法放在文字上方：%1</translation>
+    </message>
+    <message>
         <source>My &amp;Readings...</source>
         <translation>我的读音(&amp;R)...</translation>
     </message>
