@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Readings over a text follow it in the real window, driven by clicks and keys: typing into the
-// text asks the engine again (a wrong word corrected to 银行 gets yín háng), moving and resizing
+// text, cutting and pasting in it ask the engine again (a wrong word corrected to 银行 gets yín
+// háng), moving and resizing
 // it takes its readings along, deleting it deletes them; each in the step of the edit, undone and
 // redone with it; after saving and reopening the readings still follow.
 #include <QAction>
@@ -120,6 +121,25 @@ TEST_F(ReadingsFollow, AWrongWordCorrectedToYinHangGetsItsReadings) {
     EXPECT_EQ(window->deck()->text(1, id), u("我们去银行"));
     EXPECT_EQ(syllables(id), right);
     EXPECT_EQ(misplaced(id), "");
+}
+
+TEST_F(ReadingsFollow, CutAndPasteGiveTheTextItsReadingsInItsNewOrder) {
+    const int id = openWithReadingsOver(u("银行行长"));
+    EXPECT_EQ(syllables(id), u("0:yín 1:hánɡ 2:hánɡ 3:zhǎnɡ").toStdString());
+    clickOnSlide(insideShape(id, 0.5, 0.9));
+    clickOnSlide(textPoint(id, 4));
+    QTest::keyClick(window->slideView(), Qt::Key_Left, Qt::ShiftModifier);
+    QTest::keyClick(window->slideView(), Qt::Key_Left, Qt::ShiftModifier);
+    QTest::keyClick(window->slideView(), Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(window->deck()->text(1, id), u("银行"));
+    EXPECT_EQ(syllables(id), u("0:yín 1:hánɡ").toStdString());
+    QTest::keyClick(window->slideView(), Qt::Key_Home);
+    QTest::keyClick(window->slideView(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(window->deck()->text(1, id), u("行长银行"));
+    EXPECT_EQ(syllables(id), u("0:hánɡ 1:zhǎnɡ 2:yín 3:hánɡ").toStdString());
+    EXPECT_EQ(misplaced(id), "");
+    EXPECT_EQ(window->deck()->undoSteps().mid(window->deck()->undoSteps().size() - 2),
+              (QStringList{QStringLiteral("cut"), QStringLiteral("paste")}));
 }
 
 TEST_F(ReadingsFollow, MovingAndResizingTakeTheReadingsAlongAndDeletingDeletesThem) {
