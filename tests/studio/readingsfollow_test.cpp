@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Readings over a text follow it in the real window, driven by clicks and keys: typing into the
 // text, cutting and pasting in it ask the engine again (a wrong word corrected to 银行 gets yín
-// háng), moving and resizing
-// it takes its readings along, deleting it deletes them; each in the step of the edit, undone and
-// redone with it; after saving and reopening the readings still follow.
+// háng), moving and resizing it takes its readings along, deleting it deletes them; each in the
+// step of the edit, undone and redone with it; after saving and reopening the readings still
+// follow.
 #include <QAction>
 #include <QInputMethodEvent>
 
