@@ -3,10 +3,11 @@
 // deck, alternating "PhoneticOneKey" and the "PhoneticSymbol" dialog's round trip (opened, its
 // readings asked for and confirmed as the page does), each followed by undo, and before each a
 // key typed into the text (a character added, then taken away again by the next), which stays
-// on the deck's undo stack. Prints the process's resident memory and the live host objects every
-// tenth of the way; fails when an object is left alive after a command, when the deck is not
-// back to its bytes at the end, or when memory grows by more than LIMIT_KB from the first tenth
-// to the end.
+// on the deck's undo stack. The text has readings over its characters, which follow it as the
+// studio makes them follow: each key places them again. Prints the process's resident memory and
+// the live host objects every tenth of the way; fails when an object is left alive after a command,
+// when the deck is not back to its bytes at the end, or when memory grows by more than LIMIT_KB
+// from the first tenth to the end.
 //
 //   session_bench [COMMANDS [LIMIT_KB]]     (default 10000 commands, 4096 kB)
 #include <QCoreApplication>
@@ -25,6 +26,7 @@
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
 #include "nvo/zapplication.h"
+#include "readingsfollower.h"
 
 namespace {
 
@@ -67,12 +69,20 @@ int main(int argc, char** argv) {
     minihost::offerEngineReadingService();
 
     std::unique_ptr<minihost::Deck> deck = minihost::Deck::create(1);
-    const int box =
-        deck->addTextBox(1, QStringLiteral("银行行长还是觉得音乐很快乐"), QRectF(40, 40, 600, 60));
+    const QString text = QStringLiteral("银行行长还是觉得音乐很快乐");
+    const int box = deck->addTextBox(1, text, QRectF(40, 40, 600, 60));
+    // Its readings over its characters, as the engine gives them.
+    const minihost::ReadingFunction engine = minihost::engineReadingFunction();
+    const std::optional<QList<minihost::Reading>> readings =
+        ReadingsFollower::engineReadings(text, engine);
+    if (!readings || readings->size() != text.size()) return fail("the engine gave no readings");
+    if (!deck->placeReadingsOver(1, box, *readings, QStringLiteral("readings")).isEmpty())
+        return fail("the readings were not placed over the text");
     QString error;
     const QByteArray original = deck->toBytes(&error);
     deck = minihost::Deck::load(original, QStringLiteral("session.pptx"), &error);
     minihost::setActiveView(deck->view());
+    new ReadingsFollower(deck.get(), engine);
     int status = 0;
     {
         minihost::AddonSession session;
@@ -89,6 +99,8 @@ int main(int argc, char** argv) {
                                        : deck->replaceText(1, box, 13, 1, QString(),
                                                            QStringLiteral("delete text"));
             if (end != 13 + (i + 1) % 2) status = fail("a key did not reach the text");
+            if (deck->readingsOver(1, box).size() != end)
+                status = fail("the readings did not follow the text");
             if (!deck->selectText(box, 0, 13)) status = fail("the text cannot be selected");
             const bool ran = i % 2 == 0 ? session.trigger(QStringLiteral("PhoneticOneKey"))
                                         : dialogRoundTrip(session, 1 + i / 2 % 3, 1 + i / 6 % 5);

@@ -5,6 +5,10 @@
 //   type   a key typed into a text on slide 100 until the slide view has painted it: the edit
 //          and its undo step, the slide laid out again, one paint; afterwards the thumbnails
 //          panel must have drawn that slide's picture again and no other;
+//   type with readings over
+//          the same into another text of slide 100 that has readings over its characters
+//          (placed by "Pinyin at Once" set to over the characters): its readings asked of the
+//          engine again and placed again over it, in the key's undo step;
 //   dialog from the click on the ribbon's "PhoneticSymbol" button, with 30 characters selected,
 //          until the add-on's page says it has rendered them ("data-rendered"); the first run
 //          starts the web engine and is reported apart.
@@ -12,6 +16,7 @@
 // the text and drew one thumbnail.
 //
 //   studio_bench [RUNS]     (default 5; prints each run and the median; 20 times RUNS keys)
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QRectF>
@@ -27,6 +32,7 @@
 #include "minihost/nvo/hoststore.h"
 #include "minihost/nvolite/webhost.h"
 #include "minihost/slxcore/deck.h"
+#include "minihost/slxcore/placement.h"
 #include "nvo/zapplication.h"
 #include "nvolite/zxcommonwebwidget.h"
 #include "slidethumbnails.h"
@@ -72,14 +78,18 @@ void drawThumbnails(StudioWindow& window) {
         QTest::qWait(1);
 }
 
-// Types `keys` letters into the first text of slide 100, one at a time, each until the slide view
-// has painted it; the wall time of each in microseconds, or an empty list when a key did not
-// reach the text or drew other thumbnails than its slide's.
-std::vector<qint64> timeTyping(StudioWindow& window, int keys) {
+// Types `keys` letters into text `box` (from 0) of slide 100, one at a time, each until the slide
+// view has painted it; the wall time of each in microseconds, or an empty list when a key did not
+// reach the text, drew other thumbnails than its slide's, or (`readings`) left the text without
+// one reading over each of its Chinese characters.
+std::vector<qint64> timeTyping(StudioWindow& window, int keys, int box, bool readings) {
     minihost::Deck& deck = *window.deck();
-    if (!deck.setCurrentSlide(kSlides / 2)) return {};
-    const int text = deck.shapes(kSlides / 2).first().id;
+    constexpr int slide = kSlides / 2;
+    if (!deck.setCurrentSlide(slide)) return {};
+    const int text = deck.shapes(slide).at(box).id;
     if (!deck.selectText(text, 10, 0)) return {};
+    int chinese = 0;
+    for (const QChar c : kSentence) chinese += minihost::isReadChinese(c) ? 1 : 0;
     SlideView* view = window.slideView();
     view->repaint();
     drawThumbnails(window);
@@ -92,7 +102,7 @@ std::vector<qint64> timeTyping(StudioWindow& window, int keys) {
         view->repaint();
         times.push_back(timer.nsecsElapsed() / 1000);
         drawThumbnails(window);
-        if (deck.text(kSlides / 2, text).size() != kSentence.size() + key + 1) {
+        if (deck.text(slide, text).size() != kSentence.size() + key + 1) {
             std::fprintf(stderr, "studio_bench: key %d did not reach the text\n", key + 1);
             return {};
         }
@@ -101,9 +111,28 @@ std::vector<qint64> timeTyping(StudioWindow& window, int keys) {
                          key + 1, redrawn);
             return {};
         }
+        if (readings && deck.readingsOver(slide, text).size() != chinese) {
+            std::fprintf(stderr, "studio_bench: key %d: %d readings over the text, not %d\n",
+                         key + 1, static_cast<int>(deck.readingsOver(slide, text).size()), chinese);
+            return {};
+        }
     }
     deck.setCurrentSlide(1);
     return times;
+}
+
+// Places readings over the characters of text `box` of slide 100 as a person does: "Pinyin at
+// Once" set to over the characters, the text selected. False when none were placed.
+bool placeReadingsOver(StudioWindow& window, int box) {
+    minihost::Deck& deck = *window.deck();
+    constexpr int slide = kSlides / 2;
+    window.placementAction(minihost::Placement::Over)->trigger();
+    const int text = deck.shapes(slide).at(box).id;
+    if (!deck.setCurrentSlide(slide) || !deck.selectShapes({text}) ||
+        !window.runCommand(QString::fromLatin1(StudioWindow::kPhoneticOneKey)))
+        return false;
+    drawThumbnails(window);
+    return !deck.readingsOver(slide, text).isEmpty();
 }
 
 nvolite::ZxCommonWebWidget* openDialog(StudioWindow& window) {
@@ -169,12 +198,23 @@ int main(int argc, char** argv) {
     }
 
     drawThumbnails(window);
-    const std::vector<qint64> keys = timeTyping(window, 20 * runs);
+    const std::vector<qint64> keys = timeTyping(window, 20 * runs, 0, false);
     if (keys.empty()) return 1;
     std::printf(
         "type a key, slide 100 of 200, to the slide painted: median %.2f ms, slowest "
         "%.2f ms over %zu keys; one thumbnail drawn again for each\n",
         median(keys) / 1000.0, *std::max_element(keys.begin(), keys.end()) / 1000.0, keys.size());
+    if (!placeReadingsOver(window, 1)) {
+        std::fprintf(stderr, "studio_bench: no readings were placed over the text\n");
+        return 1;
+    }
+    const std::vector<qint64> readingKeys = timeTyping(window, 20 * runs, 1, true);
+    if (readingKeys.empty()) return 1;
+    std::printf(
+        "type a key into a text with readings over it, to the slide painted: median %.2f ms, "
+        "slowest %.2f ms over %zu keys; its readings placed again for each\n",
+        median(readingKeys) / 1000.0,
+        *std::max_element(readingKeys.begin(), readingKeys.end()) / 1000.0, readingKeys.size());
 
     QToolButton* button = nullptr;
     for (QToolButton* candidate :
@@ -192,8 +232,9 @@ int main(int argc, char** argv) {
         dialogs.push_back(time);
     }
     std::printf(
-        "median: open 200 slides %.1f ms; a key typed to the slide painted %.2f ms; click to "
-        "rendered page (30 characters) %.1f ms\n",
-        median(opens) / 1000.0, median(keys) / 1000.0, median(dialogs) / 1000.0);
+        "median: open 200 slides %.1f ms; a key typed to the slide painted %.2f ms (%.2f ms with "
+        "readings over the text); click to rendered page (30 characters) %.1f ms\n",
+        median(opens) / 1000.0, median(keys) / 1000.0, median(readingKeys) / 1000.0,
+        median(dialogs) / 1000.0);
     return 0;
 }

@@ -381,12 +381,19 @@ bool Deck::removeReadingsOver(int slide, int textId, const QString& stepName) {
     const std::vector<pugi::xml_node> groups = groupsOver(shapeTree(part.doc), textId);
     if (groups.empty()) return false;
     EditScope edit(*d, slide - 1, stepName);
+    // The selection goes when it held a shape removed, and only then: the text being typed into
+    // keeps its cursor while its readings are placed again.
+    const QList<int> selected = slide == currentSlide() ? selectedShapes() : QList<int>();
+    bool selectionRemoved = false;
     for (const pugi::xml_node group : groups) {
         edit.touches(shapeIdOf(group));
+        selectionRemoved = selectionRemoved || selected.contains(shapeIdOf(group));
+        for (pugi::xml_node box = group.first_child(); box; box = box.next_sibling())
+            selectionRemoved = selectionRemoved || selected.contains(shapeIdOf(box));
         group.parent().remove_child(group);
     }
     part.shapes.forget();
-    if (slide == currentSlide()) clearSelection();
+    if (selectionRemoved) clearSelection();
     return true;
 }
 

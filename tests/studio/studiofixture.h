@@ -90,6 +90,33 @@ protected:
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, to);
     }
 
+    // Ctrl+`key` on the window, as a person presses it.
+    void ctrl(Qt::Key key) { QTest::keyClick(window.get(), key, Qt::ControlModifier); }
+    // Opens a deck of one slide holding `texts` (each at its box) and selects them all with a
+    // click and Shift+clicks. Their ids.
+    QList<int> openTexts(const QList<QPair<QString, QRectF>>& texts) {
+        auto made = minihost::Deck::create(1);
+        QList<int> ids;
+        for (const auto& [text, box] : texts) ids << made->addTextBox(1, text, box);
+        const QString path = dir.filePath(QStringLiteral("texts.pptx"));
+        QString error;
+        EXPECT_TRUE(made->save(path, &error)) << error.toStdString();
+        EXPECT_TRUE(window->openFile(path));
+        for (int i = 0; i < ids.size(); ++i)
+            clickOnSlide(insideShape(ids.at(i)), i ? Qt::ShiftModifier : Qt::NoModifier);
+        EXPECT_EQ(window->deck()->selectedShapes(), ids);
+        return ids;
+    }
+    // Clicks "Pinyin at Once" on the Home tab: the boxes it made, by id.
+    QMap<int, QRectF> pinyinAtOnce(const QList<int>& texts) {
+        QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction()),
+                          Qt::LeftButton);
+        QMap<int, QRectF> boxes;
+        for (const minihost::ShapeInfo& shape : window->deck()->shapes(1))
+            if (!texts.contains(shape.id)) boxes.insert(shape.id, shape.box);
+        return boxes;
+    }
+
     // The window as a person sees it, with `dialog` (a window of its own) over it, saved to the
     // build tree's screenshots folder.
     void screenshot(const QString& name, QWidget* dialog = nullptr) {

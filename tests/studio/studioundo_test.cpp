@@ -43,7 +43,6 @@ protected:
         }
         return shapes;
     }
-    void ctrl(Qt::Key key) { QTest::keyClick(window.get(), key, Qt::ControlModifier); }
 
     // Makes an edit with `edit` on a deck as read, then undoes and redoes it with the keys: the
     // slide goes back and forth, the actions name `step`, the title is marked while the deck
@@ -67,31 +66,6 @@ protected:
         EXPECT_EQ(window->undoAction()->text(), QStringLiteral("&Undo ") + step);
         EXPECT_FALSE(window->redoAction()->isEnabled());
         EXPECT_TRUE(window->isWindowModified());
-    }
-
-    // Opens a deck of one slide holding `texts` (each at its box) and selects them all with a
-    // click and Shift+clicks. Their ids.
-    QList<int> openTexts(const QList<QPair<QString, QRectF>>& texts) {
-        auto made = minihost::Deck::create(1);
-        QList<int> ids;
-        for (const auto& [text, box] : texts) ids << made->addTextBox(1, text, box);
-        const QString path = dir.filePath(QStringLiteral("texts.pptx"));
-        QString error;
-        EXPECT_TRUE(made->save(path, &error)) << error.toStdString();
-        EXPECT_TRUE(window->openFile(path));
-        for (int i = 0; i < ids.size(); ++i)
-            clickOnSlide(insideShape(ids.at(i)), i ? Qt::ShiftModifier : Qt::NoModifier);
-        EXPECT_EQ(window->deck()->selectedShapes(), ids);
-        return ids;
-    }
-    // Clicks "Pinyin at Once" on the Home tab: the boxes it made, by id.
-    QMap<int, QRectF> pinyinAtOnce(const QList<int>& texts) {
-        QTest::mouseClick(ribbonButton(QStringLiteral("CT_Home"), window->phoneticOneKeyAction()),
-                          Qt::LeftButton);
-        QMap<int, QRectF> boxes;
-        for (const minihost::ShapeInfo& shape : window->deck()->shapes(1))
-            if (!texts.contains(shape.id)) boxes.insert(shape.id, shape.box);
-        return boxes;
     }
 };
 
@@ -217,6 +191,21 @@ TEST_P(PinyinAtOncePlaced, EveryNewBoxIsInsideItsSlide) {
                    {u("我们一起学习汉语拼音，今天天气很好，我们去公园散步吧。"), sources[3]}});
     ASSERT_EQ(texts.size(), 4);
     const QMap<int, QRectF> boxes = pinyinAtOnce(texts);
+    if (GetParam() == Placement::Over) {
+        // No box stays: each text has a group of a box a syllable over its characters.
+        int groups = 0;
+        for (const minihost::ShapeInfo& shape : window->deck()->shapes(1))
+            groups += shape.name.startsWith(QLatin1String("Pinyin over ")) ? 1 : 0;
+        EXPECT_EQ(groups, 4);
+        const QRectF slide(QPointF(), window->deck()->slideSize());
+        for (auto it = boxes.cbegin(); it != boxes.cend(); ++it)
+            EXPECT_TRUE(slide.contains(*it))
+                << "shape " << it.key() << " at " << it->left() << "," << it->top();
+        for (const int text : texts)
+            EXPECT_TRUE(slide.contains(window->deck()->placeOf(1, text))) << "text " << text;
+        screenshot(QStringLiteral("studio-onekey-over.png"));
+        return;
+    }
     ASSERT_EQ(boxes.size(), 4);
     const QRectF slide(QPointF(), window->deck()->slideSize());
     for (auto it = boxes.cbegin(); it != boxes.cend(); ++it)
@@ -257,7 +246,8 @@ TEST_P(PinyinAtOncePlaced, EveryNewBoxIsInsideItsSlide) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachPlacement, PinyinAtOncePlaced,
-                         ::testing::Values(Placement::Below, Placement::Above, Placement::Addon),
+                         ::testing::Values(Placement::Below, Placement::Above, Placement::Addon,
+                                           Placement::Over),
                          [](const ::testing::TestParamInfo<Placement>& info) {
                              return minihost::placementName(info.param).toStdString();
                          });

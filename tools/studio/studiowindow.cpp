@@ -19,11 +19,13 @@
 #include "minihost/nvo/hostconfig.h"
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
+#include "minihost/nvo/taggerreadings.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/hosttransaction.h"
 #include "myreadingswindow.h"
 #include "nvo/transaction.h"
 #include "nvo/zapplication.h"
+#include "readingsfollower.h"
 #include "recentfiles.h"
 #include "slidethumbnails.h"
 #include "slideview.h"
@@ -46,6 +48,7 @@ struct PlacementChoice {
 const PlacementChoice kPlacementChoices[] = {
     {minihost::Placement::Below, QT_TRANSLATE_NOOP("StudioWindow", "Below the Text")},
     {minihost::Placement::Above, QT_TRANSLATE_NOOP("StudioWindow", "Above the Text")},
+    {minihost::Placement::Over, QT_TRANSLATE_NOOP("StudioWindow", "Over the Characters")},
     {minihost::Placement::Addon, QT_TRANSLATE_NOOP("StudioWindow", "Where the Add-on Puts Them")},
 };
 
@@ -69,7 +72,10 @@ const char* const StudioWindow::kPhoneticSymbol = "PhoneticSymbol";
 const char* const StudioWindow::kPhoneticOneKey = "PhoneticOneKey";
 
 StudioWindow::StudioWindow(QWidget* parent)
-    : ZMainWindow(parent), m_placement(rememberedPlacement()), m_history(new QUndoGroup(this)) {
+    : ZMainWindow(parent),
+      m_placement(rememberedPlacement()),
+      m_history(new QUndoGroup(this)),
+      m_engineReadings(minihost::engineReadingFunction()) {
     setObjectName(QStringLiteral("StudioWindow"));
     setWindowIcon(studioicons::application());
     setAcceptDrops(true);
@@ -302,6 +308,8 @@ void StudioWindow::showDeck(std::unique_ptr<minihost::Deck> deck, const QString&
     minihost::setActiveView(deck->view());
     m_history->addStack(deck->undoStack());
     m_history->setActiveStack(deck->undoStack());
+    // Readings over a text follow its edits; the follower goes with the deck.
+    new ReadingsFollower(deck.get(), m_engineReadings);
     connect(deck.get(), &minihost::Deck::currentSlideChanged, this,
             &StudioWindow::showSlidePosition);
     // The previous deck goes only once nothing shows it any more.

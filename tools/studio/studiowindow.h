@@ -18,6 +18,7 @@
 #include <memory>
 
 #include "minihost/nvo/addonmodule.h"
+#include "minihost/nvo/hostreadingservice.h"
 #include "minihost/slxcore/placement.h"
 #include "nvo/ribbon.h"
 
@@ -128,6 +129,9 @@ private:
     QString m_path;
     minihost::Placement m_placement;
     QUndoGroup* m_history;  // the open deck's undo stack, behind the undo and redo actions
+    // The engine's readings, for readings over a text that follow its edits (the dictionaries
+    // are opened when first asked).
+    minihost::ReadingFunction m_engineReadings;
 
     SlideView* m_slideView = nullptr;
     SlideThumbnails* m_thumbnails = nullptr;

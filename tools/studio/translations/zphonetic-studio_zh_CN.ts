@@ -357,12 +357,27 @@ Writes the pinyin of the Chinese text on your slides.</source>
         <translation>文字上方</translation>
     </message>
     <message>
+        <source>Over the Characters</source>
+        <translation>每个字的上方</translation>
+    </message>
+    <message>
         <source>Where the Add-on Puts Them</source>
         <translation>插件的默认位置</translation>
     </message>
     <message>
         <source>move</source>
         <translation>移动</translation>
+    </message>
+</context>
+<context>
+    <name>ReadingsFollower</name>
+    <message>
+        <source>delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Pinyin over Text</source>
+        <translation>拼音在上</translation>
     </message>
 </context>
 <context>
