@@ -168,6 +168,9 @@ public:
     // The readings over the text of shape `textId` as the file records them (the positions those
     // of when they were placed), in order; none when it has none.
     QList<Reading> readingsOver(int slide, int textId) const;
+    // The ids of the shapes that are the readings over the text of shape `textId`: their group
+    // and its boxes; none when it has none.
+    QSet<int> readingShapesOver(int slide, int textId) const;
 
     // The view of the current slide: a plain pointer owned by the deck (not AddRef'd).
     slxoldapi::DocumentView* view() const;

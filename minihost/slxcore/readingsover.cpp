@@ -375,6 +375,18 @@ QList<Reading> Deck::readingsOver(int slide, int textId) const {
     return readings;
 }
 
+QSet<int> Deck::readingShapesOver(int slide, int textId) const {
+    QSet<int> ids;
+    if (slide < 1 || slide > slideCount()) return ids;
+    const pugi::xml_node tree = shapeTree(d->slides[slide - 1]->doc);
+    for (const pugi::xml_node group : groupsOver(tree, textId)) {
+        ids.insert(shapeIdOf(group));
+        for (pugi::xml_node box = group.first_child(); box; box = box.next_sibling())
+            if (const int id = shapeIdOf(box)) ids.insert(id);
+    }
+    return ids;
+}
+
 bool Deck::removeReadingsOver(int slide, int textId, const QString& stepName) {
     if (slide < 1 || slide > slideCount()) return false;
     SlidePart& part = *d->slides[slide - 1];
@@ -500,7 +512,13 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
         // The box keeps the default insets (writing them costs bytes in every box) around a
         // line of the syllable's size and two reading sizes more than its width.
         const QMarginsF insets = TextFrame().insets;
-        const double width = widths[i] + 2 * readingSize + insets.left() + insets.right();
+        // Narrower, still centred, where that would reach past the slide's side (a text at the
+        // slide's edge): no shape of the readings is off the slide.
+        const double room = 2 * std::min(centre, slideSize().width() - centre);
+        const double width =
+            std::max(std::min(widths[i] + 2 * readingSize, room - insets.left() - insets.right()),
+                     widths[i]) +
+            insets.left() + insets.right();
         const double height = 1.2 * readingSize + insets.top() + insets.bottom();
         // The reading's baseline (kDescent over the bottom of its line) is so high that its box
         // clears the text's by kClearance.

@@ -44,6 +44,12 @@ TEST(ReadingsOver, AreFoundAgainInTheFile) {
     EXPECT_EQ(hello.shapeCount(), 1 + 1 + 4);
     EXPECT_EQ(hello.deck->text(1, hello.text), QStringLiteral("你好，世界"));
     EXPECT_TRUE(hello.deck->readingsOver(1, 99).isEmpty());
+    // Their shapes: every shape of the slide but the text.
+    QSet<int> others;
+    for (const minihost::ShapeInfo& shape : hello.deck->shapes(1))
+        if (shape.id != hello.text) others.insert(shape.id);
+    EXPECT_EQ(hello.deck->readingShapesOver(1, hello.text), others);
+    EXPECT_TRUE(hello.deck->readingShapesOver(1, 99).isEmpty());
 }
 
 TEST(ReadingsOver, PlacedAgainAreReplacedNotDoubled) {

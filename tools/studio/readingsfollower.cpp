@@ -12,25 +12,6 @@ namespace {
 constexpr QChar kAlpha(0x0251);
 constexpr QChar kScriptG(0x0261);
 
-// The ids of the shapes on `slide` that are the readings over shape `textId`: the group the deck
-// names for it and the boxes in it.
-QSet<int> readingShapes(const minihost::Deck& deck, int slide, int textId) {
-    const QString group = QStringLiteral("Pinyin over %1").arg(textId);
-    QSet<int> ids;
-    bool inGroup = false;
-    for (const minihost::ShapeInfo& shape : deck.shapes(slide)) {
-        // A group's members follow it in the list, their names "Pinyin P".
-        if (shape.name == group) {
-            inGroup = true;
-        } else if (!inGroup || !shape.name.startsWith(QLatin1String("Pinyin "))) {
-            inGroup = false;
-            continue;
-        }
-        ids.insert(shape.id);
-    }
-    return ids;
-}
-
 }  // namespace
 
 ReadingsFollower::ReadingsFollower(minihost::Deck* deck, minihost::ReadingFunction engine)
@@ -48,7 +29,7 @@ void ReadingsFollower::follow(const minihost::DeckChange& change) {
                 m_deck->removeReadingsOver(slide.key(), id, tr("delete"));
                 continue;
             }
-            if (readingShapes(*m_deck, slide.key(), id).intersects(slide.value())) continue;
+            if (m_deck->readingShapesOver(slide.key(), id).intersects(slide.value())) continue;
             placeAgain(slide.key(), id);
         }
     }
