@@ -7,7 +7,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-#include "sliderenderer.h"
+#include "minihost/slxrender/sliderenderer.h"
 #include "studiofixture.h"
 
 namespace {
@@ -90,7 +90,8 @@ TEST_F(StudioTest, SlidesAreDrawnAsLibreOfficeRendersThem) {
         {
             QPainter painter(&ours);
             painter.setRenderHint(QPainter::Antialiasing);
-            paintSlide(painter, *window->deck(), slide, QRectF(QPointF(), QSizeF(ours.size())));
+            minihost::paintSlide(painter, *window->deck(), slide,
+                                 QRectF(QPointF(), QSizeF(ours.size())));
         }
         ours.save(folder + QStringLiteral("/compare-slide-%1-studio.png").arg(slide));
         theirs.save(folder + QStringLiteral("/compare-slide-%1-libreoffice.png").arg(slide));

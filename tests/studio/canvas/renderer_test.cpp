@@ -11,8 +11,8 @@
 #include "decktestutil.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
-#include "sliderenderer.h"
-#include "slidescene.h"
+#include "minihost/slxrender/sliderenderer.h"
+#include "minihost/slxrender/slidescene.h"
 
 using minihost::Deck;
 
@@ -23,7 +23,7 @@ QImage render(const Deck& deck, int slide) {  // one pixel per point
     QImage image(size.toSize(), QImage::Format_RGB32);
     image.fill(Qt::magenta);  // anything left unpainted shows
     QPainter painter(&image);
-    paintSlide(painter, deck, slide, QRectF(QPointF(), QSizeF(image.size())));
+    minihost::paintSlide(painter, deck, slide, QRectF(QPointF(), QSizeF(image.size())));
     return image;
 }
 
@@ -90,7 +90,7 @@ TEST(SlideRenderer, LinesBreakWhereLibreOfficeBreaksThem) {
     const QString line =
         QStringLiteral("床（chuáng）前（qián）明（míng）月（yuè）光，疑是地上霜。");
     ASSERT_GT(deck->replaceText(1, 3, 0, 12, line, QStringLiteral("typing")), 0);
-    const zstudio::SlideScene scene(*deck, 1);
+    const minihost::SlideScene scene(*deck, 1);
     const minihost::TextLayout* text = scene.text(3);
     ASSERT_TRUE(text);
     const int shang = static_cast<int>(line.indexOf(QStringLiteral("上霜")));
@@ -105,7 +105,7 @@ TEST(SlideRenderer, PaintsOnlyIntoItsTarget) {
     QImage image(400, 400, QImage::Format_RGB32);
     image.fill(Qt::magenta);
     QPainter painter(&image);
-    paintSlide(painter, *deck, 1, QRectF(100, 100, 160, 90));
+    minihost::paintSlide(painter, *deck, 1, QRectF(100, 100, 160, 90));
     painter.end();
     EXPECT_EQ(pixelsOf(image, Qt::magenta, 0, QRect(100, 100, 160, 90)), QRect());
     // The slide's background (the lesson's warm white) fills the target and nothing else.
@@ -115,7 +115,7 @@ TEST(SlideRenderer, PaintsOnlyIntoItsTarget) {
     QImage blank(100, 100, QImage::Format_RGB32);
     blank.fill(Qt::magenta);
     QPainter other(&blank);
-    paintSlide(other, *deck, 4, QRectF(0, 0, 100, 100));
+    minihost::paintSlide(other, *deck, 4, QRectF(0, 0, 100, 100));
     other.end();
     EXPECT_EQ(pixelsOf(blank, Qt::magenta, 0), blank.rect());
 }

@@ -30,7 +30,7 @@
 
 #include "minihost/slxcore/deck.h"
 
-namespace zstudio {
+namespace minihost {
 class SlideScene;
 }
 
@@ -85,7 +85,7 @@ private:
     void moveShapes(const QList<int>& ids, const QPointF& by);
 
     QPointer<minihost::Deck> m_deck;
-    std::unique_ptr<zstudio::SlideScene> m_scene;
+    std::unique_ptr<minihost::SlideScene> m_scene;
     int m_slide = 0;
     bool m_textMode = false;
     int m_textShape = 0;

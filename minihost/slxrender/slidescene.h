@@ -11,14 +11,14 @@
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/textlayout.h"
 
-namespace zstudio {
+namespace minihost {
 
 class SlideScene {
 public:
-    SlideScene(const minihost::Deck& deck, int slide);
+    SlideScene(const Deck& deck, int slide);
 
     QSizeF size() const { return m_size; }
-    const minihost::SlideDrawing& drawing() const { return m_drawing; }
+    const SlideDrawing& drawing() const { return m_drawing; }
     // Slide points onto `target` (the slide stretched to fill it).
     QTransform toTarget(const QRectF& target) const;
 
@@ -27,26 +27,29 @@ public:
     void paint(QPainter& painter, int textShape = 0, int selStart = 0, int selLength = 0) const;
 
     // The shape with id `id` (null when there is none) and its box as drawn.
-    const minihost::DrawnShape* shape(int id) const;
+    const DrawnShape* shape(int id) const;
     QRectF boxOf(int id) const;
-    // The frontmost shape drawn at `point` (groups are not hit: their members are), or 0.
+    // The frontmost shape drawn at `point` (groups are not hit: their members are), or 0. A
+    // rotated or flipped shape is hit where it is drawn.
     int shapeAt(const QPointF& point) const;
     // The text layout of shape `id`, null when it has no text frame.
-    const minihost::TextLayout* text(int id) const;
+    const TextLayout* text(int id) const;
 
 private:
     // `ofSlide`: a shape of the slide, whose place is outlined when it is not drawn (what the
     // master and layout do not draw stays invisible).
-    void paintShape(QPainter& painter, const minihost::DrawnShape& shape, const QRectF& box,
-                    const minihost::TextLayout* text, bool ofSlide, int selStart,
-                    int selLength) const;
+    void paintShape(QPainter& painter, const DrawnShape& shape, const QRectF& box,
+                    const TextLayout* text, bool ofSlide, int selStart, int selLength) const;
+
+    // A table cell: its fill, borders and text.
+    void paintCell(QPainter& painter, const DrawnShape& cell) const;
 
     QSizeF m_size;
-    minihost::SlideDrawing m_drawing;
-    std::shared_ptr<minihost::PictureStore> m_pictures;
-    std::map<int, minihost::TextLayout> m_text;
+    SlideDrawing m_drawing;
+    std::shared_ptr<PictureStore> m_pictures;
+    std::map<int, TextLayout> m_text;
     // The text of what the master and layout draw behind the slide, by index in `behind`.
-    std::map<int, minihost::TextLayout> m_behindText;
+    std::map<int, TextLayout> m_behindText;
 };
 
-}  // namespace zstudio
+}  // namespace minihost
