@@ -111,6 +111,7 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
     if (presentationPart.empty())
         package.fail(QStringLiteral("no presentation part (_rels/.rels names no main document)"));
     package.parse(presentationPart, core->presentation);
+    core->presentationPart = presentationPart;
     const pugi::xml_node root = core->presentation.document_element();
     if (std::strcmp(localName(root), "presentation") != 0)
         package.fail(QStringLiteral("part \"%1\" is not a presentation")

@@ -150,6 +150,7 @@ public:
                                         std::string* partName) const;
 
     QString name;
+    std::string presentationPart;      // its name in the package ("ppt/presentation.xml")
     std::unique_ptr<Package> package;  // what was read; new decks are read from built bytes too
     pugi::xml_document presentation;
     pugi::xml_document theme;

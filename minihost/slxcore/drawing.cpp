@@ -36,6 +36,7 @@ std::vector<pugi::xml_node> levelSources(const Lineage& l, const Templates& t, c
                                                : "otherStyle";
         sources.push_back(child(child(t.masterTextStyles, style), name.c_str()));
     } else {
+        if (l.cellStyle) sources.push_back(l.cellStyle);
         // The deck's defaults are for text outside placeholders only.
         sources.push_back(
             child(child(core.presentation.document_element(), "defaultTextStyle"), name.c_str()));
@@ -337,6 +338,87 @@ pugi::xml_node tableOf(pugi::xml_node element) {
     return child(child(child(element, "graphic"), "graphicData"), "tbl");
 }
 
+// The parts of a table style (a:tblStyle) that apply to the cell at `row`, `column` of a table
+// of `rows` by `columns`, weakest first, as the table's a:tblPr switches them on.
+std::vector<pugi::xml_node> styleParts(pugi::xml_node style, pugi::xml_node tblPr, std::size_t row,
+                                       std::size_t column, std::size_t rows, std::size_t columns) {
+    const bool firstRow = tblPr.attribute("firstRow").as_bool();
+    const bool firstCol = tblPr.attribute("firstCol").as_bool();
+    std::vector<pugi::xml_node> parts{child(style, "wholeTbl")};
+    if (tblPr.attribute("bandRow").as_bool())
+        parts.push_back(child(style, (row - (firstRow ? 1 : 0)) % 2 ? "band2H" : "band1H"));
+    if (tblPr.attribute("bandCol").as_bool())
+        parts.push_back(child(style, (column - (firstCol ? 1 : 0)) % 2 ? "band2V" : "band1V"));
+    if (tblPr.attribute("lastCol").as_bool() && column + 1 == columns)
+        parts.push_back(child(style, "lastCol"));
+    if (firstCol && column == 0) parts.push_back(child(style, "firstCol"));
+    if (tblPr.attribute("lastRow").as_bool() && row + 1 == rows)
+        parts.push_back(child(style, "lastRow"));
+    if (firstRow && row == 0) parts.push_back(child(style, "firstRow"));
+    return parts;
+}
+
+// The table style a table names (a:tableStyleId) in the deck's table styles, or an empty node.
+pugi::xml_node tableStyleOf(pugi::xml_node tblPr, const DeckCore& core) {
+    const std::string id = child(tblPr, "tableStyleId").text().get();
+    if (id.empty()) return {};
+    try {
+        const TemplatePart* styles =
+            core.relatedTemplate(core.presentationPart, "tableStyles", nullptr);
+        if (!styles) return {};
+        for (pugi::xml_node style : styles->doc.document_element().children())
+            if (id == style.attribute("styleId").value()) return style;
+    } catch (const DeckError&) {
+        // A damaged table styles part: the tables are drawn with their own fills only.
+    }
+    return {};
+}
+
+// What the style parts give a cell: its fill, borders and text colour and weight (as a list-style
+// level in `text`, for the cell's text).
+void applyTableStyle(DrawnShape& cell, const std::vector<pugi::xml_node>& parts, bool lastRow,
+                     bool lastColumn, bool firstRow, bool firstColumn, const DeckStyles& styles,
+                     pugi::xml_document& text) {
+    pugi::xml_node level = text.append_child("a:lvl1pPr");
+    pugi::xml_node defRPr = level.append_child("a:defRPr");
+    for (pugi::xml_node part : parts) {
+        const pugi::xml_node tcStyle = child(part, "tcStyle");
+        Fill fill;
+        if (fillOf(child(tcStyle, "fill"), styles, nullptr, &fill))
+            cell.fillStyle = fill;
+        else if (pugi::xml_node ref = child(tcStyle, "fillRef"))
+            themeFillOf(ref, styles, nullptr, &cell.fillStyle);
+        const pugi::xml_node borders = child(tcStyle, "tcBdr");
+        const char* outer[] = {"left", "top", "right", "bottom"};
+        const char* inner[] = {"insideV", "insideH", "insideV", "insideH"};
+        const bool edge[] = {firstColumn, firstRow, lastColumn, lastRow};
+        for (int side = 0; side < 4; ++side) {
+            const pugi::xml_node ln =
+                child(child(borders, edge[side] ? outer[side] : inner[side]), "ln");
+            Fill line;
+            if (!fillOf(ln, styles, nullptr, &line)) continue;
+            cell.borders[side] = {
+                mainColor(line),
+                line.kind == Fill::Kind::None
+                    ? 0.0f
+                    : static_cast<float>(ln.attribute("w").as_double(12700) / kEmuPerPoint)};
+        }
+        const pugi::xml_node textStyle = child(part, "tcTxStyle");
+        if (const pugi::xml_attribute b = textStyle.attribute("b"))
+            defRPr.attribute("b")
+                ? defRPr.attribute("b").set_value(std::strcmp(b.value(), "on") == 0)
+                : defRPr.append_attribute("b").set_value(std::strcmp(b.value(), "on") == 0);
+        for (pugi::xml_node color : textStyle.children()) {
+            const std::string local = localName(color);
+            if (local != "schemeClr" && local != "srgbClr" && local != "prstClr") continue;
+            defRPr.remove_child("a:solidFill");
+            defRPr.append_child("a:solidFill").append_copy(color);
+        }
+    }
+    cell.filled = cell.fillStyle.kind != Fill::Kind::None;
+    cell.fill = mainColor(cell.fillStyle);
+}
+
 // At most this many cells of a table are drawn: a hostile deck's million empty cells would
 // otherwise each get a text layout.
 constexpr int kCellsDrawn = 4096;
@@ -359,6 +441,8 @@ void fillTable(DrawnShape& shape, pugi::xml_node tbl, const Templates& t, const 
             total += sizes[i];
         return total;
     };
+    const pugi::xml_node tblPr = child(tbl, "tblPr");
+    const pugi::xml_node style = tableStyleOf(tblPr, core);
     std::size_t row = 0;
     double y = shape.box.top();
     for (pugi::xml_node tr : tbl.children()) {
@@ -380,9 +464,17 @@ void fillTable(DrawnShape& shape, pugi::xml_node tbl, const Templates& t, const 
                     x, y, sum(columns, column, std::max(1, tc.attribute("gridSpan").as_int(1))),
                     sum(rows, row, std::max(1, tc.attribute("rowSpan").as_int(1))));
                 const pugi::xml_node tcPr = child(tc, "tcPr");
-                fillOf(tcPr, styles, nullptr, &cell.fillStyle);
-                cell.filled = cell.fillStyle.kind != Fill::Kind::None;
-                cell.fill = mainColor(cell.fillStyle);
+                pugi::xml_document cellText;
+                if (style)
+                    applyTableStyle(
+                        cell, styleParts(style, tblPr, row, column, rows.size(), columns.size()),
+                        row + 1 == rows.size(), column + 1 == columns.size(), row == 0, column == 0,
+                        styles, cellText);
+                if (Fill own; fillOf(tcPr, styles, nullptr, &own)) {
+                    cell.fillStyle = own;
+                    cell.filled = own.kind != Fill::Kind::None;
+                    cell.fill = mainColor(own);
+                }
                 const char* sides[] = {"lnL", "lnT", "lnR", "lnB"};
                 for (int side = 0; side < 4; ++side) {
                     const pugi::xml_node ln = child(tcPr, sides[side]);
@@ -393,7 +485,8 @@ void fillTable(DrawnShape& shape, pugi::xml_node tbl, const Templates& t, const 
                             static_cast<float>(ln.attribute("w").as_double(12700) / kEmuPerPoint)};
                 }
                 if (const pugi::xml_node body = child(tc, "txBody")) {
-                    fillText(cell, body, Lineage{{tc}, {}}, t, core, styles, {});
+                    fillText(cell, body, Lineage{{tc}, {}, cellText.first_child()}, t, core, styles,
+                             {});
                     auto margin = [&](const char* name, double fallback) {
                         const pugi::xml_attribute a = tcPr.attribute(name);
                         return a ? a.as_double() / kEmuPerPoint : fallback;

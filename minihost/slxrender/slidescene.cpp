@@ -62,8 +62,10 @@ void paintPlaceOf(QPainter& painter, const DrawnShape& shape, const QRectF& box)
 
 SlideScene::SlideScene(const Deck& deck, int slide)
     : m_size(deck.slideSize()), m_drawing(deck.drawing(slide)), m_pictures(deck.pictures()) {
-    for (const DrawnShape& shape : m_drawing.shapes)
+    for (DrawnShape& shape : m_drawing.shapes) {
         if (shape.hasText && shape.boxKnown) m_text.emplace(shape.id, TextLayout(shape));
+        if (!shape.cells.isEmpty()) layOutTable(shape);
+    }
     for (int i = 0; i < m_drawing.behind.size(); ++i)
         if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
             m_behindText.emplace(i, TextLayout(m_drawing.behind[i]));
@@ -135,7 +137,9 @@ void SlideScene::paintShape(QPainter& painter, const DrawnShape& shape, const QR
             painter.drawRect(box);
         }
     } else if (!shape.cells.isEmpty()) {
-        for (const DrawnShape& cell : shape.cells) paintCell(painter, cell);
+        const std::vector<TextLayout>& layouts = m_cellText.at(shape.id);
+        for (int i = 0; i < shape.cells.size(); ++i)
+            paintCell(painter, shape.cells[i], layouts[static_cast<std::size_t>(i)]);
     } else if (!shape.geometry.isEmpty()) {
         const QPainterPath path = outlineOf(shape, box);
         if (!isOpenGeometry(shape.geometry))
@@ -167,7 +171,37 @@ void SlideScene::paintShape(QPainter& painter, const DrawnShape& shape, const QR
     painter.restore();
 }
 
-void SlideScene::paintCell(QPainter& painter, const DrawnShape& cell) const {
+void SlideScene::layOutTable(DrawnShape& table) {
+    // A row is as high as its tallest text needs (with the cell's margins), as presentation
+    // programs grow rows; the rows below move down by what it grew. Cells come row by row.
+    std::vector<TextLayout>& layouts = m_cellText[table.id];
+    double shift = 0;
+    for (int first = 0; first < table.cells.size();) {
+        const double top = table.cells[first].box.top();
+        int end = first;
+        double grow = 0;
+        for (; end < table.cells.size() && table.cells[end].box.top() == top; ++end) {
+            DrawnShape& cell = table.cells[end];
+            cell.text.autofit = Autofit::ShapeFollowsText;
+            cell.box.translate(0, shift);
+            layouts.emplace_back(cell);
+            grow = std::max(grow, layouts.back().box().height() - cell.box.height());
+        }
+        for (int i = first; i < end; ++i) {
+            DrawnShape& cell = table.cells[i];
+            cell.box.setHeight(cell.box.height() + grow);
+            // Laid out again in the grown box, anchored as the cell says.
+            cell.text.autofit = Autofit::None;
+            layouts[static_cast<std::size_t>(i)] = TextLayout(cell);
+        }
+        shift += grow;
+        first = end;
+    }
+    table.box.setHeight(table.box.height() + shift);
+}
+
+void SlideScene::paintCell(QPainter& painter, const DrawnShape& cell,
+                           const TextLayout& text) const {
     QPainterPath area;
     area.addRect(cell.box);
     paintFill(painter, area, cell.box, cell.fillStyle, *m_pictures);
@@ -181,7 +215,7 @@ void SlideScene::paintCell(QPainter& painter, const DrawnShape& cell) const {
         painter.setPen(penOf(cell.borders[side].rgb, cell.borders[side].width, QString()));
         painter.drawLine(sides[side]);
     }
-    if (cell.hasText) TextLayout(cell).draw(painter);
+    text.draw(painter);
 }
 
 const DrawnShape* SlideScene::shape(int id) const {

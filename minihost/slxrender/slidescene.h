@@ -7,6 +7,7 @@
 #include <QTransform>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/textlayout.h"
@@ -41,8 +42,10 @@ private:
     void paintShape(QPainter& painter, const DrawnShape& shape, const QRectF& box,
                     const TextLayout* text, bool ofSlide, int selStart, int selLength) const;
 
+    // Grows the rows of a table to their text and lays the cells' text out (m_cellText).
+    void layOutTable(DrawnShape& table);
     // A table cell: its fill, borders and text.
-    void paintCell(QPainter& painter, const DrawnShape& cell) const;
+    void paintCell(QPainter& painter, const DrawnShape& cell, const TextLayout& text) const;
 
     QSizeF m_size;
     SlideDrawing m_drawing;
@@ -50,6 +53,8 @@ private:
     std::map<int, TextLayout> m_text;
     // The text of what the master and layout draw behind the slide, by index in `behind`.
     std::map<int, TextLayout> m_behindText;
+    // The text of each table's cells, in the order of its cells, by the table's id.
+    std::map<int, std::vector<TextLayout>> m_cellText;
 };
 
 }  // namespace minihost

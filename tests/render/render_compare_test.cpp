@@ -159,8 +159,13 @@ TEST(RenderCompare, RealDecksAreDrawnAsLibreOfficeDrawsThem) {
         const QStringList theirPages = pagesIn(theirs);
         EXPECT_EQ(ourPages.size(), theirPages.size()) << base.toStdString();
         std::vector<double> deckFigures;
-        for (int i = 0; i < std::min(ourPages.size(), theirPages.size()); ++i)
+        QStringList worst;  // the slides above 0.10, by their file
+        for (int i = 0; i < std::min(ourPages.size(), theirPages.size()); ++i) {
             deckFigures.push_back(difference(QImage(ourPages.at(i)), QImage(theirPages.at(i))));
+            if (deckFigures.back() > 0.10)
+                worst << QFileInfo(ourPages.at(i)).completeBaseName().mid(6) +
+                             QStringLiteral(" (%1)").arg(deckFigures.back(), 0, 'f', 2);
+        }
         all.insert(all.end(), deckFigures.begin(), deckFigures.end());
         const auto above = std::count_if(deckFigures.begin(), deckFigures.end(),
                                          [](double d) { return d > 0.10; });
@@ -170,7 +175,10 @@ TEST(RenderCompare, RealDecksAreDrawnAsLibreOfficeDrawsThem) {
                                        ? 0
                                        : *std::max_element(deckFigures.begin(), deckFigures.end()),
                                    'f', 3)
-                << " | " << above << " |\n";
+                << " | " << above
+                << (worst.isEmpty() ? QString()
+                                    : QStringLiteral(": slide ") + worst.join(QStringLiteral(", ")))
+                << " |\n";
     }
     const auto above = std::count_if(all.begin(), all.end(), [](double d) { return d > 0.10; });
     figures << "| all | " << all.size() << " | " << QString::number(median(all), 'f', 3) << " | "
