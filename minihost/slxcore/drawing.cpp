@@ -229,7 +229,8 @@ QPainterPath customPathOf(pugi::xml_node custom) {
         for (pugi::xml_node step : path.children()) {
             const std::string local = localName(step);
             std::vector<QPointF> pts;
-            for (pugi::xml_node pt : step.children()) pts.push_back(point(pt));
+            for (pugi::xml_node pt : step.children())
+                if (pt.type() == pugi::node_element) pts.push_back(point(pt));
             if (local == "moveTo" && pts.size() >= 1) {
                 result.moveTo(pts[0]);
             } else if (local == "lnTo" && pts.size() >= 1) {
@@ -274,10 +275,11 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles,
             if (pugi::xml_node preset = child(spPr, "prstGeom")) {
                 shape.geometry = qs(preset.attribute("prst").value());
                 for (pugi::xml_node gd : child(preset, "avLst").children())
-                    shape.adjustments[qs(gd.attribute("name").value())] =
-                        QString::fromLatin1(gd.attribute("fmla").value())
-                            .section(' ', 1)
-                            .toDouble();
+                    if (gd.attribute("name"))
+                        shape.adjustments[qs(gd.attribute("name").value())] =
+                            QString::fromLatin1(gd.attribute("fmla").value())
+                                .section(' ', 1)
+                                .toDouble();
                 break;
             }
             if (pugi::xml_node custom = child(spPr, "custGeom")) {
@@ -305,7 +307,7 @@ void fillOutline(DrawnShape& shape, const Lineage& l, const DeckStyles& styles,
     if (!decided && lnRef.attribute("idx").as_int() > 0) {
         int n = lnRef.attribute("idx").as_int();
         for (pugi::xml_node ln : child(styles.formatScheme, "lnStyleLst").children())
-            if (--n == 0) {
+            if (ln.type() == pugi::node_element && --n == 0) {
                 const float width = shape.lineWidth;
                 decided = lineOf(ln, styles, shape, lnColored ? &lnColor : nullptr);
                 // The shape's own width, when it gives one, comes before the theme's.
@@ -430,7 +432,8 @@ void fillTable(DrawnShape& shape, pugi::xml_node tbl, const Templates& t, const 
     if (!shape.boxKnown) return;
     std::vector<double> columns, rows;
     for (pugi::xml_node col : child(tbl, "tblGrid").children())
-        columns.push_back(col.attribute("w").as_double() / kEmuPerPoint);
+        if (std::strcmp(localName(col), "gridCol") == 0)
+            columns.push_back(col.attribute("w").as_double() / kEmuPerPoint);
     for (pugi::xml_node tr : tbl.children())
         if (std::strcmp(localName(tr), "tr") == 0)
             rows.push_back(tr.attribute("h").as_double() / kEmuPerPoint);
@@ -561,6 +564,8 @@ DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore&
     }
     if (const pugi::xml_node table = tableOf(node.element))
         fillTable(shape, table, t, core, styles);
+    else if (std::strcmp(localName(node.element), "graphicFrame") == 0)
+        shape.chart = chartOf(core, styles, partName, node.element);
     return shape;
 }
 

@@ -105,7 +105,8 @@ bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb
 }
 
 double alphaOf(pugi::xml_node holder) {
-    const pugi::xml_node choice = holder.first_child();
+    pugi::xml_node choice = holder.first_child();
+    while (choice && choice.type() != pugi::node_element) choice = choice.next_sibling();
     const pugi::xml_node alpha = child(choice, "alpha");
     return alpha ? std::clamp(alpha.attribute("val").as_double() / 100000.0, 0.0, 1.0) : 1.0;
 }

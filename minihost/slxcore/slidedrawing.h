@@ -99,6 +99,29 @@ struct TextFrame {
     float lineSpacingReduction = 0;  // ShrinkText: taken off every line spacing (0.2 = 20 %)
 };
 
+// A chart as its part caches it: what is plotted, drawn without the spreadsheet behind it.
+struct ChartSeries {
+    QString name;
+    QList<double> values;   // per category (a missing value is NaN)
+    QList<double> xValues;  // scatter charts: the x of every value
+    std::uint32_t rgb = 0;  // its colour: its own, else the theme's accents in turn
+    // Points in colours of their own (c:dPt), by index; pies colour every slice so.
+    QMap<int, std::uint32_t> pointColors;
+};
+
+struct ChartDrawing {
+    // "bar" (columns, or bars when horizontal), "line", "area", "pie", "doughnut", "scatter",
+    // "radar"; empty for a graphic frame that holds no chart.
+    QString type;
+    bool horizontal = false;  // bars along x
+    bool stacked = false;     // grouping "stacked" or "percentStacked"
+    double gapWidth = 1.5;    // between bar groups, as a share of a bar's width
+    QString title;            // its title's text, empty for none
+    QStringList categories;
+    QList<ChartSeries> series;
+    bool legend = false;
+};
+
 struct DrawnShape {
     int id = 0;
     QString name;
@@ -139,6 +162,7 @@ struct DrawnShape {
         float width = 0;
     };
     Border borders[4];
+    ChartDrawing chart;  // a graphic frame's chart
 };
 
 struct SlideDrawing {

@@ -6,6 +6,7 @@
 #include <QPolygonF>
 #include <algorithm>
 
+#include "minihost/slxrender/chartpainting.h"
 #include "minihost/slxrender/fillpainting.h"
 #include "minihost/slxrender/presetgeometry.h"
 
@@ -136,6 +137,8 @@ void SlideScene::paintShape(QPainter& painter, const DrawnShape& shape, const QR
             painter.setPen(penOf(shape.line, shape.lineWidth, shape.dash));
             painter.drawRect(box);
         }
+    } else if (!shape.chart.type.isEmpty()) {
+        paintChart(painter, shape.chart, box);
     } else if (!shape.cells.isEmpty()) {
         const std::vector<TextLayout>& layouts = m_cellText.at(shape.id);
         for (int i = 0; i < shape.cells.size(); ++i)
