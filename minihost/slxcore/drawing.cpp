@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "minihost/slxcore/bullets_p.h"
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/deckcore_p.h"
 #include "minihost/slxcore/drawing_p.h"
@@ -90,7 +91,7 @@ float spacingPoints(pugi::xml_node spacing, float size) {
 
 TextParagraph paragraphOf(pugi::xml_node p, const Lineage& l, const Templates& t,
                           const DeckCore& core, const DeckStyles& styles,
-                          pugi::xml_node fontReference) {
+                          pugi::xml_node fontReference, Numbering& numbering) {
     TextParagraph para;
     const pugi::xml_node pPr = child(p, "pPr");
     const std::vector<pugi::xml_node> levels =
@@ -116,13 +117,7 @@ TextParagraph paragraphOf(pugi::xml_node p, const Lineage& l, const Templates& t
     }
     para.spaceBefore = spacingPoints(firstChild(chain, "spcBef"), size);
     para.spaceAfter = spacingPoints(firstChild(chain, "spcAft"), size);
-    for (pugi::xml_node n : chain) {
-        if (child(n, "buNone")) break;
-        if (pugi::xml_node bu = child(n, "buChar")) {
-            para.bullet = qs(bu.attribute("char").value());
-            break;
-        }
-    }
+    numbering.apply(para, chain, pPr.attribute("lvl").as_int(0), styles);
     return para;
 }
 
@@ -166,8 +161,9 @@ void fillText(DrawnShape& shape, pugi::xml_node txBody, const Lineage& l, const 
     const std::vector<TextBody::Piece> pieces = body.pieces();
     // Pieces come paragraph by paragraph, in order: one pass over them.
     std::size_t piece = 0;
+    Numbering numbering;
     for (std::size_t i = 0; i < nodes.size() && i < texts.size() && i < starts.size(); ++i) {
-        TextParagraph para = paragraphOf(nodes[i], l, t, core, styles, fontReference);
+        TextParagraph para = paragraphOf(nodes[i], l, t, core, styles, fontReference, numbering);
         para.start = starts[i];
         para.text = texts[i];
         const std::vector<pugi::xml_node> levels =

@@ -83,7 +83,13 @@ struct TextParagraph {
     float lineSpacing = 1;
     float lineSpacingPoints = 0;
     float spaceBefore = 0, spaceAfter = 0;  // points
-    QString bullet;                         // a character bullet, empty for none
+    // The bullet: a character, or a number counted over the frame's paragraphs ("3.", "c)"),
+    // empty for none; drawn in its own typeface when it names one, its own colour, and scaled.
+    QString bullet;
+    QString bulletFont;
+    bool bulletColored = false;
+    std::uint32_t bulletRgb = 0;
+    float bulletScale = 1;
 };
 
 enum class TextAnchor { Top, Middle, Bottom };

@@ -157,7 +157,12 @@ private:
         }
         if (index + 1 < m_frame.paragraphs.size()) height += para.spaceAfter;
         if (bulleted) {
-            m_bullets.push_back({index, para.bullet, FormatCursor(para).at(0)});
+            // The bullet in the first character's format, with its own typeface, colour and size.
+            TextFormat format = FormatCursor(para).at(0);
+            if (!para.bulletFont.isEmpty()) format.latinFont = para.bulletFont;
+            if (para.bulletColored) format.rgb = para.bulletRgb;
+            format.size *= para.bulletScale;
+            m_bullets.push_back({index, para.bullet, format});
         }
     }
 
