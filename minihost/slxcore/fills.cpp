@@ -2,6 +2,7 @@
 #include "minihost/slxcore/fills_p.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "minihost/slxcore/xmlnode_p.h"
 
@@ -13,17 +14,19 @@ constexpr double kPercent = 100000.0;  // DrawingML percentages are thousandths 
 void gradientOf(pugi::xml_node gradient, const DeckStyles& styles, Fill* fill,
                 const std::uint32_t* placeholder) {
     fill->kind = Fill::Kind::Gradient;
+    std::vector<GradientStop> stops;
     for (pugi::xml_node gs : child(gradient, "gsLst").children()) {
         if (std::string(localName(gs)) != "gs") continue;
         GradientStop stop;
         stop.position = std::clamp(gs.attribute("pos").as_double() / kPercent, 0.0, 1.0);
         if (!colorOf(gs, styles, &stop.rgb, true, placeholder)) continue;
         stop.alpha = alphaOf(gs);
-        fill->stops << stop;
+        stops.push_back(stop);
     }
-    std::stable_sort(
-        fill->stops.begin(), fill->stops.end(),
-        [](const GradientStop& a, const GradientStop& b) { return a.position < b.position; });
+    std::stable_sort(stops.begin(), stops.end(), [](const GradientStop& a, const GradientStop& b) {
+        return a.position < b.position;
+    });
+    for (const GradientStop& stop : stops) fill->stops << stop;
     if (pugi::xml_node lin = child(gradient, "lin"))
         fill->angle = lin.attribute("ang").as_double() / 60000.0;
     if (pugi::xml_node path = child(gradient, "path")) {
