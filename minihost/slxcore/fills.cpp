@@ -58,7 +58,11 @@ bool fillOf(pugi::xml_node properties, const DeckStyles& styles, const PartOfId&
     }
     if (pugi::xml_node gradient = child(properties, "gradFill")) {
         gradientOf(gradient, styles, fill, placeholder);
-        if (fill->stops.isEmpty()) fill->kind = Fill::Kind::None;
+        // A gradient without stops names no colours: the fill is inherited (the shape style's).
+        if (fill->stops.isEmpty()) {
+            *fill = Fill();
+            return false;
+        }
         return true;
     }
     if (pugi::xml_node blipFill = child(properties, "blipFill")) {

@@ -169,6 +169,25 @@ TEST(DrawingStyles, GradientsKeepEveryStopInOrderAndTheirAngle) {
     EXPECT_EQ(s.fill, 0xFF0000u);
 }
 
+TEST(DrawingStyles, AGradientWithoutStopsLeavesTheFillToTheShapesStyle) {
+    const QByteArray oval =
+        "<p:sp><p:nvSpPr><p:cNvPr id=\"2\" name=\"O\"/><p:cNvSpPr/><p:nvPr/></p:nvSpPr><p:spPr>"
+        "<a:xfrm><a:off x=\"0\" y=\"0\"/><a:ext cx=\"127000\" cy=\"127000\"/></a:xfrm>"
+        "<a:prstGeom prst=\"ellipse\"><a:avLst/></a:prstGeom><a:gradFill rotWithShape=\"1\">"
+        "<a:lin ang=\"2700000\" scaled=\"1\"/><a:tileRect/></a:gradFill></p:spPr><p:style>"
+        "<a:lnRef idx=\"1\"><a:schemeClr val=\"accent1\"/></a:lnRef><a:fillRef idx=\"3\">"
+        "<a:schemeClr val=\"accent2\"/></a:fillRef><a:effectRef idx=\"0\"><a:schemeClr "
+        "val=\"accent1\"/></a:effectRef><a:fontRef idx=\"minor\"/></p:style></p:sp>";
+    const DrawnShape s = shape(load(withShapes(decktest::blankParts(), oval))->drawing(1), 2);
+    // The theme's third fill style is solid in the placeholder colour: accent 2.
+    EXPECT_EQ(s.fillStyle.kind, Fill::Kind::Solid);
+    EXPECT_EQ(s.fill, 0xED7D31u);
+    // Its line: the theme's first line style (0.5 pt) in accent 1.
+    EXPECT_TRUE(s.outlined);
+    EXPECT_EQ(s.line, 0x4472C4u);
+    EXPECT_FLOAT_EQ(s.lineWidth, 0.5f);
+}
+
 TEST(DrawingStyles, ThemeColoursWithTheirModifiers) {
     auto color = [](const QByteArray& modifiers) {
         return "<a:solidFill><a:srgbClr val=\"4F81BD\">" + modifiers + "</a:srgbClr></a:solidFill>";

@@ -20,8 +20,8 @@
 // names that slide as changed (by the view's own edits, a command, an undo), and follows the
 // deck's current slide and selection.
 //
-// A text cursor is a text selection of length 0 in the deck. Rotated shapes are hit and
-// selected by their unrotated box.
+// A text cursor is a text selection of length 0 in the deck. Rotated and flipped shapes are hit
+// and selected where they are drawn.
 #pragma once
 
 #include <QPointer>
