@@ -507,6 +507,61 @@ void fillTable(DrawnShape& shape, pugi::xml_node tbl, const Templates& t, const 
     }
 }
 
+// The first element named `local` under `node`, at any depth (or an empty node).
+pugi::xml_node descendant(pugi::xml_node node, const char* local) {
+    return node.find_node([local](pugi::xml_node n) {
+        return n.type() == pugi::node_element && std::strcmp(localName(n), local) == 0;
+    });
+}
+
+DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore& core,
+                      const DeckStyles& styles, const std::string& partName);
+
+// A diagram's shapes from its drawing part (named by its data part's dataModelExt), placed in the
+// frame's box.
+void fillDiagram(DrawnShape& shape, pugi::xml_node frame, const Templates& t, const DeckCore& core,
+                 const DeckStyles& styles, const std::string& slidePart) {
+    const pugi::xml_node relIds = child(child(child(frame, "graphic"), "graphicData"), "relIds");
+    const std::string dataId = attribute(relIds, "dm").value();
+    if (!shape.boxKnown || dataId.empty()) return;
+    try {
+        const std::string dataPart = core.relatedPart(slidePart, dataId);
+        if (dataPart.empty()) return;
+        const std::string drawingId =
+            descendant(core.keptPart(dataPart)->doc, "dataModelExt").attribute("relId").value();
+        const std::string drawingPart =
+            drawingId.empty() ? std::string() : core.relatedPart(slidePart, drawingId);
+        if (drawingPart.empty()) return;
+        const TemplatePart* drawing = core.keptPart(drawingPart);
+        const QPointF origin = shape.box.topLeft();
+        for (const ShapeNode& node : listShapes(drawing->tree)) {
+            if (std::strcmp(localName(node.element), "sp") != 0) continue;
+            DrawnShape member = drawnShape(node, t, core, styles, drawingPart);
+            member.box.translate(origin);
+            if (const pugi::xml_node txXfrm = child(node.element, "txXfrm");
+                txXfrm && member.hasText) {
+                DrawnShape text = member;
+                text.geometry.clear();
+                text.filled = text.outlined = false;
+                text.fillStyle = Fill();
+                const pugi::xml_node off = child(txXfrm, "off"), ext = child(txXfrm, "ext");
+                text.box = QRectF(off.attribute("x").as_double() / kEmuPerPoint,
+                                  off.attribute("y").as_double() / kEmuPerPoint,
+                                  ext.attribute("cx").as_double() / kEmuPerPoint,
+                                  ext.attribute("cy").as_double() / kEmuPerPoint)
+                               .translated(origin);
+                member.hasText = false;
+                member.text = TextFrame();
+                shape.members << member << text;
+            } else {
+                shape.members << member;
+            }
+        }
+    } catch (const DeckError&) {
+        // A damaged diagram: its frame's place is drawn.
+    }
+}
+
 // The background of a slide, layout or master root; false when it has none of its own.
 bool backgroundOf(pugi::xml_node root, const DeckStyles& styles, const PartOfId& partOf,
                   Fill* fill) {
@@ -560,6 +615,8 @@ DrawnShape drawnShape(const ShapeNode& node, const Templates& t, const DeckCore&
     }
     if (const pugi::xml_node table = tableOf(node.element))
         fillTable(shape, table, t, core, styles);
+    else if (descendant(child(child(node.element, "graphic"), "graphicData"), "relIds"))
+        fillDiagram(shape, node.element, t, core, styles, partName);
     else if (std::strcmp(localName(node.element), "graphicFrame") == 0)
         shape.chart = chartOf(core, styles, partName, node.element);
     return shape;

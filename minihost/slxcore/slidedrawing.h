@@ -169,6 +169,10 @@ struct DrawnShape {
     };
     Border borders[4];
     ChartDrawing chart;  // a graphic frame's chart
+    // A diagram's shapes as its drawing part keeps them, in z order, placed on the slide (a
+    // shape whose text has a box of its own is followed by a shape of that box with only the
+    // text).
+    QList<DrawnShape> members;
 };
 
 struct SlideDrawing {

@@ -66,6 +66,7 @@ SlideScene::SlideScene(const Deck& deck, int slide)
     for (DrawnShape& shape : m_drawing.shapes) {
         if (shape.hasText && shape.boxKnown) m_text.emplace(shape.id, TextLayout(shape));
         if (!shape.cells.isEmpty()) layOutTable(shape);
+        for (const DrawnShape& member : shape.members) m_memberText[shape.id].emplace_back(member);
     }
     for (int i = 0; i < m_drawing.behind.size(); ++i)
         if (m_drawing.behind[i].hasText && m_drawing.behind[i].boxKnown)
@@ -136,6 +137,13 @@ void SlideScene::paintShape(QPainter& painter, const DrawnShape& shape, const QR
             painter.setBrush(Qt::NoBrush);
             painter.setPen(penOf(shape.line, shape.lineWidth, shape.dash));
             painter.drawRect(box);
+        }
+    } else if (!shape.members.isEmpty()) {
+        const std::vector<TextLayout>& layouts = m_memberText.at(shape.id);
+        for (int i = 0; i < shape.members.size(); ++i) {
+            const DrawnShape& member = shape.members[i];
+            const TextLayout& text = layouts[static_cast<std::size_t>(i)];
+            paintShape(painter, member, text.box(), member.hasText ? &text : nullptr, false, 0, 0);
         }
     } else if (!shape.chart.type.isEmpty()) {
         paintChart(painter, shape.chart, box);

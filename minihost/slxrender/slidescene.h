@@ -55,6 +55,8 @@ private:
     std::map<int, TextLayout> m_behindText;
     // The text of each table's cells, in the order of its cells, by the table's id.
     std::map<int, std::vector<TextLayout>> m_cellText;
+    // The text of each diagram's shapes, in the order of its members, by the diagram's id.
+    std::map<int, std::vector<TextLayout>> m_memberText;
 };
 
 }  // namespace minihost

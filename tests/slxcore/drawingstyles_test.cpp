@@ -459,6 +459,56 @@ TEST(DrawingStyles, ChartsFromTheirCachedValues) {
     EXPECT_EQ(c.series[1].values, QList<double>{2});
 }
 
+TEST(DrawingStyles, DiagramsFromTheirDrawingPart) {
+    const QByteArray data =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>"
+        "<dgm:dataModel xmlns:dgm=\"http://schemas.openxmlformats.org/drawingml/2006/diagram\" "
+        "xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\"><dgm:ptLst/>"
+        "<dgm:extLst><a:ext uri=\"x\"><dsp:dataModelExt "
+        "xmlns:dsp=\"http://schemas.microsoft.com/office/drawing/2008/diagram\" "
+        "relId=\"rId93\"/></a:ext></dgm:extLst></dgm:dataModel>";
+    const QByteArray drawing =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>"
+        "<dsp:drawing xmlns:dsp=\"http://schemas.microsoft.com/office/drawing/2008/diagram\" "
+        "xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\"><dsp:spTree>"
+        "<dsp:nvGrpSpPr><dsp:cNvPr id=\"0\" name=\"\"/><dsp:cNvGrpSpPr/></dsp:nvGrpSpPr>"
+        "<dsp:grpSpPr/><dsp:sp modelId=\"{1}\"><dsp:nvSpPr><dsp:cNvPr id=\"0\" name=\"\"/>"
+        "<dsp:cNvSpPr/></dsp:nvSpPr><dsp:spPr><a:xfrm><a:off x=\"127000\" y=\"0\"/><a:ext "
+        "cx=\"254000\" cy=\"127000\"/></a:xfrm><a:prstGeom prst=\"roundRect\"><a:avLst/>"
+        "</a:prstGeom><a:solidFill><a:srgbClr val=\"00AA00\"/></a:solidFill></dsp:spPr>"
+        "<dsp:txBody><a:bodyPr/><a:lstStyle/><a:p><a:r><a:rPr lang=\"en-US\"/><a:t>Step</a:t>"
+        "</a:r></a:p></dsp:txBody><dsp:txXfrm><a:off x=\"139700\" y=\"12700\"/><a:ext "
+        "cx=\"228600\" cy=\"101600\"/></dsp:txXfrm></dsp:sp></dsp:spTree></dsp:drawing>";
+    const QByteArray frame =
+        "<p:graphicFrame><p:nvGraphicFramePr><p:cNvPr id=\"2\" name=\"Diagram\"/>"
+        "<p:cNvGraphicFramePr/><p:nvPr/></p:nvGraphicFramePr><p:xfrm><a:off x=\"1270000\" "
+        "y=\"2540000\"/><a:ext cx=\"3810000\" cy=\"2540000\"/></p:xfrm><a:graphic>"
+        "<a:graphicData uri=\"http://schemas.openxmlformats.org/drawingml/2006/diagram\">"
+        "<dgm:relIds xmlns:dgm=\"http://schemas.openxmlformats.org/drawingml/2006/diagram\" "
+        "r:dm=\"rId92\" r:lo=\"rId0\" r:qs=\"rId0\" r:cs=\"rId0\"/></a:graphicData>"
+        "</a:graphic></p:graphicFrame>";
+    decktest::Parts parts = withShapes(decktest::blankParts(), frame);
+    parts =
+        withPart(parts, kSlide, "rId92", "diagramData", "../diagrams/data1.xml",
+                 QStringLiteral("ppt/diagrams/data1.xml"),
+                 "application/vnd.openxmlformats-officedocument.drawingml.diagramData+xml", data);
+    parts = withPart(parts, kSlide, "rId93", "diagramDrawing", "../diagrams/drawing1.xml",
+                     QStringLiteral("ppt/diagrams/drawing1.xml"),
+                     "application/vnd.ms-office.drawingml.diagramDrawing+xml", drawing);
+    const DrawnShape d = shape(load(parts)->drawing(1), 2);
+    ASSERT_EQ(d.members.size(), 2);
+    // The shape in the frame's place (100, 200 pt), without its text; then its text in its own
+    // box.
+    EXPECT_EQ(d.members[0].box, QRectF(110, 200, 20, 10));
+    EXPECT_EQ(d.members[0].geometry, QStringLiteral("roundRect"));
+    EXPECT_EQ(d.members[0].fill, 0x00AA00u);
+    EXPECT_FALSE(d.members[0].hasText);
+    EXPECT_EQ(d.members[1].box, QRectF(111, 201, 18, 8));
+    EXPECT_TRUE(d.members[1].geometry.isEmpty());
+    ASSERT_TRUE(d.members[1].hasText);
+    EXPECT_EQ(d.members[1].text.paragraphs[0].text, QStringLiteral("Step"));
+}
+
 TEST(DrawingStyles, HiddenSlidesSaySo) {
     EXPECT_FALSE(load(decktest::blankParts())->drawing(1).hidden);
     const auto deck = load(edit(decktest::blankParts(), kSlide, "<p:sld ", "<p:sld show=\"0\" "));
