@@ -105,6 +105,23 @@ const Face& faceOf(const QRawFont& font) {
     return *face;
 }
 
+// At most this many units are shaped at once. HarfBuzz keeps 40 bytes a glyph while it shapes:
+// a text of millions of units (the readings of a very long text) is shaped in pieces, each told
+// the text around it, cut after a space where there is one.
+constexpr int kShapedAtOnce = 8192;
+
+// Where the piece of `text` starting at `start` ends: after its last space, else at the most
+// units shaped at once (never inside a surrogate pair), else at the text's end.
+int pieceEnd(const QString& text, int start) {
+    const int n = static_cast<int>(text.size());
+    if (n - start <= kShapedAtOnce) return n;
+    int end = start + kShapedAtOnce;
+    for (int at = end; at > start + kShapedAtOnce / 2; --at)
+        if (text[at - 1] == QChar(' ')) return at;
+    if (text[end].isLowSurrogate()) --end;
+    return end;
+}
+
 // Shapes text as LibreOffice does, with HarfBuzz told its language: East Asian text as Chinese,
 // so that the font's Chinese forms are used (a full-width dash, full-width quotes), Latin text as
 // English. False when the font lacks a glyph for it: then the system shapes it, falling back to
@@ -115,46 +132,51 @@ bool shapeWithLanguage(const QString& text, const QFont& font, Script script, Sh
         QRawFont::fromFont(font, eastAsian ? QFontDatabase::SimplifiedChinese : QFontDatabase::Any);
     if (!raw.isValid()) return false;
     const Face& face = faceOf(raw);
-    hb_buffer_t* buffer = hb_buffer_create();
-    hb_buffer_add_utf16(buffer, reinterpret_cast<const uint16_t*>(text.utf16()),
-                        static_cast<int>(text.size()), 0, static_cast<int>(text.size()));
-    hb_buffer_set_language(buffer, hb_language_from_string(eastAsian ? "zh-cn" : "en", -1));
-    hb_buffer_guess_segment_properties(buffer);
-    hb_buffer_set_direction(buffer, HB_DIRECTION_LTR);
-    hb_shape(face.font(), buffer, nullptr, 0);
-    unsigned count = 0;
-    const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
-    const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
     // Points per font unit: the font is kUnits pixels per point.
     const double scale = font.pixelSize() / kUnits / face.unitsPerEm();
     const double spacing =
         font.letterSpacingType() == QFont::AbsoluteSpacing ? font.letterSpacing() / kUnits : 0.0;
     const int n = static_cast<int>(text.size());
-    std::vector<double> advance(static_cast<std::size_t>(n), 0.0);
+    // Each unit's advance first, at offsets[unit + 1]; summed into offsets at the end.
+    shaped.offsets.assign(static_cast<std::size_t>(n) + 1, 0.0);
+    shaped.glyphs.reserve(static_cast<std::size_t>(n));
+    shaped.glyphUnits.reserve(static_cast<std::size_t>(n));
+    shaped.glyphX.reserve(static_cast<std::size_t>(n));
+    hb_buffer_t* buffer = hb_buffer_create();
+    const auto* utf16 = reinterpret_cast<const uint16_t*>(text.utf16());
     bool complete = true;
     double x = 0;
-    for (unsigned g = 0; g < count; ++g) {
-        const int unit = static_cast<int>(infos[g].cluster);
-        complete = complete && infos[g].codepoint != 0;
-        shaped.glyphs.push_back(infos[g].codepoint);
-        shaped.glyphUnits.push_back(unit);
-        shaped.glyphX.push_back(x + positions[g].x_offset * scale);
-        const double step = positions[g].x_advance * scale;
-        advance[static_cast<std::size_t>(unit)] += step;
-        x += step;
-        // Character spacing follows each character, after its last glyph.
-        if (g + 1 == count || infos[g + 1].cluster != infos[g].cluster) {
-            advance[static_cast<std::size_t>(unit)] += spacing;
-            x += spacing;
+    for (int start = 0; start < n && complete;) {
+        const int end = pieceEnd(text, start);
+        hb_buffer_clear_contents(buffer);
+        hb_buffer_add_utf16(buffer, utf16, n, static_cast<unsigned>(start), end - start);
+        hb_buffer_set_language(buffer, hb_language_from_string(eastAsian ? "zh-cn" : "en", -1));
+        hb_buffer_guess_segment_properties(buffer);
+        hb_buffer_set_direction(buffer, HB_DIRECTION_LTR);
+        hb_shape(face.font(), buffer, nullptr, 0);
+        unsigned count = 0;
+        const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
+        const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
+        for (unsigned g = 0; g < count; ++g) {
+            const int unit = static_cast<int>(infos[g].cluster);  // in the whole text
+            complete = complete && infos[g].codepoint != 0;
+            shaped.glyphs.push_back(infos[g].codepoint);
+            shaped.glyphUnits.push_back(unit);
+            shaped.glyphX.push_back(x + positions[g].x_offset * scale);
+            double step = positions[g].x_advance * scale;
+            // Character spacing follows each character, after its last glyph.
+            if (g + 1 == count || infos[g + 1].cluster != infos[g].cluster) step += spacing;
+            shaped.offsets[static_cast<std::size_t>(unit) + 1] += step;
+            x += step;
         }
+        start = end;
     }
     hb_buffer_destroy(buffer);
     if (!complete) return false;
     shaped.rawFont = raw;
-    shaped.offsets.assign(static_cast<std::size_t>(n) + 1, 0.0);
     for (int i = 0; i < n; ++i)
-        shaped.offsets[static_cast<std::size_t>(i) + 1] =
-            shaped.offsets[static_cast<std::size_t>(i)] + advance[static_cast<std::size_t>(i)];
+        shaped.offsets[static_cast<std::size_t>(i) + 1] +=
+            shaped.offsets[static_cast<std::size_t>(i)];
     return true;
 }
 

@@ -60,14 +60,17 @@ public:
 
 private:
     // One UTF-16 unit of a paragraph.
+    // There is one for every unit of the text, so what a unit's own measures are kept in floats
+    // (a millionth of its size is well below what is drawn); what is summed over a line or a run,
+    // which may be millions of points long, stays double.
     struct Unit {
-        double advance = 0;  // with its character spacing; a tab's is set on its line
-        double gap = 0;      // left after it when the next unit is of the other script
-        double size = 0;     // scaled
-        double spacing = 0;  // its character spacing
-        int run = -1;        // drawn in m_out.m_runs[run]; -1 for "\v" and tabs
-        double runX = 0;     // where it is in its run
-        double left = 0;     // on its line, from where the line's text starts
+        double runX = 0;    // where it is in its run
+        double left = 0;    // on its line, from where the line's text starts
+        float advance = 0;  // with its character spacing; a tab's is set on its line
+        float gap = 0;      // left after it when the next unit is of the other script
+        float size = 0;     // scaled
+        float spacing = 0;  // its character spacing
+        int run = -1;       // drawn in m_out.m_runs[run]; -1 for "\v" and tabs
     };
     // A line before it is aligned: positions relative to the paragraph's start.
     struct Pending {
@@ -146,8 +149,9 @@ private:
                 }
                 Unit& u = units[static_cast<std::size_t>(i)];
                 if (text[i] == QChar('\t'))
-                    u.advance = kTabStop * (std::floor((line.indent + x) / kTabStop) + 1) -
-                                (line.indent + x);
+                    u.advance = static_cast<float>(
+                        kTabStop * (std::floor((line.indent + x) / kTabStop) + 1) -
+                        (line.indent + x));
                 if (!isBreakingSpace(text[i].unicode()) && i > start &&
                     x + u.advance > lineRoom + kFitTolerance) {
                     int at = i;
@@ -203,27 +207,31 @@ private:
                 run.rawFont = shaped.rawFont;
                 run.glyphs = std::move(shaped.glyphs);
                 run.glyphX = std::move(shaped.glyphX);
+                run.glyphPositions.reserve(shaped.glyphUnits.size());
                 for (int unit : shaped.glyphUnits)
                     run.glyphPositions.push_back(para.start + i + unit);
+                shaped.glyphUnits = std::vector<int>();
                 m_out.m_runs.push_back(std::move(run));
                 for (int k = i; k < end; ++k) {
                     Unit& u = units[static_cast<std::size_t>(k)];
-                    u.advance = shaped.offsets[k - i + 1] - shaped.offsets[k - i];
+                    u.advance =
+                        static_cast<float>(shaped.offsets[k - i + 1] - shaped.offsets[k - i]);
                     u.run = static_cast<int>(m_out.m_runs.size()) - 1;
                     u.runX = shaped.offsets[k - i];
                 }
             }
             for (int k = i; k < end; ++k) {
                 Unit& u = units[static_cast<std::size_t>(k)];
-                u.size = format.size * m_scale;
-                u.spacing = format.characterSpacing;
+                u.size = static_cast<float>(format.size * m_scale);
+                u.spacing = static_cast<float>(format.characterSpacing);
             }
             i = end;
         }
         for (int i = 0; i + 1 < n; ++i)
             if (text[i] != QChar('\v') && text[i + 1] != QChar('\v') &&
                 scripts[i] != scripts[i + 1])
-                units[static_cast<std::size_t>(i)].gap = kScriptGap * units[i].size;
+                units[static_cast<std::size_t>(i)].gap =
+                    static_cast<float>(kScriptGap * units[i].size);
         return units;
     }
 
@@ -234,7 +242,7 @@ private:
         // A "\v" closing the line is text of it too.
         const bool broken = line.closed && line.end < static_cast<int>(units.size());
         for (int i = line.start; i < line.end + (broken ? 1 : 0); ++i)
-            size = std::max(size, units[static_cast<std::size_t>(i)].size);
+            size = std::max(size, static_cast<double>(units[static_cast<std::size_t>(i)].size));
         if (size == 0) size = para.endFormat.size * m_scale;
         line.ascent = size;
         line.descent = kDescent * size;

@@ -264,11 +264,14 @@ std::string ReadingsFile::ended(std::string line) const {
     return line;
 }
 
-void ReadingsFile::keepReadAsUtf8() {
-    // A line that is not UTF-8 may start with what marks a UTF-16 file. Once the lines before
-    // it are removed, the file would read as UTF-16 and lose every word: an empty line, which
-    // says nothing, stays before it instead.
-    if (!bom_ && !lines_.empty() && startsAsUtf16(lines_[0])) {
+void ReadingsFile::keepFirstLineAsRead() {
+    // A line after the first may start with what marks the whole file when it starts it: a
+    // UTF-16 mark (no UTF-8 line can start so: the line is a problem) or the UTF-8 byte order
+    // mark (then its first field is no word). Once the lines before it are removed, the file
+    // would read otherwise: as UTF-16 without a word, or with that line's word. An empty line,
+    // which says nothing, stays before it instead.
+    if (!bom_ && !lines_.empty() &&
+        (startsAsUtf16(lines_[0]) || std::string_view(lines_[0]).substr(0, kBom.size()) == kBom)) {
         lines_.insert(lines_.begin(), ended(std::string()));
         keys_.insert(keys_.begin(), std::u16string());
     }
@@ -307,7 +310,7 @@ std::optional<ReadingsProblem> ReadingsFile::replaceLine(size_t line, std::u16st
     lines_[line - 1] = ended(toUtf8(entry.word) + " " + joinSyllables(entry.readings));
     keys_[line - 1] = entry.word;
     removeKey(entry.word, line - 1);
-    keepReadAsUtf8();
+    keepFirstLineAsRead();
     parse();
     return std::nullopt;
 }
@@ -315,7 +318,7 @@ std::optional<ReadingsProblem> ReadingsFile::replaceLine(size_t line, std::u16st
 bool ReadingsFile::remove(std::u16string_view word) {
     if (utf16_ || findKey(word) == std::u16string_view::npos) return false;
     removeKey(word, std::u16string_view::npos);
-    keepReadAsUtf8();
+    keepFirstLineAsRead();
     parse();
     return true;
 }
@@ -323,7 +326,7 @@ bool ReadingsFile::remove(std::u16string_view word) {
 bool ReadingsFile::removeLine(size_t line) {
     if (utf16_ || line == 0 || line > lines_.size()) return false;
     lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(line - 1));
-    keepReadAsUtf8();
+    keepFirstLineAsRead();
     parse();
     return true;
 }
@@ -334,7 +337,7 @@ bool ReadingsFile::setTones(Tones tones) {
     if (const size_t found = findKey(kTonesKey); found != std::u16string_view::npos) {
         lines_[found] = text;
         removeKey(kTonesKey, found);
-        keepReadAsUtf8();
+        keepFirstLineAsRead();
     } else {
         startNewFile();
         // After the comments at the top, where a reader looks for a setting.

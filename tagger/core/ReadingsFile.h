@@ -123,8 +123,8 @@ private:
     size_t findKey(std::u16string_view key) const;
     // Removes every line whose first field is `key` but the line at index `keep`.
     void removeKey(std::u16string_view key, size_t keep);
-    // Puts an empty line first when the first line would make the file read as UTF-16.
-    void keepReadAsUtf8();
+    // Puts an empty line first when the first line starts with what would mark the whole file.
+    void keepFirstLineAsRead();
     // Adds the comment a new file starts with, when there are no lines.
     void startNewFile();
     // `line` with the end the file's first line has ("\r" kept in lines_).

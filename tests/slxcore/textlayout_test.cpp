@@ -324,13 +324,41 @@ TEST(TextLayoutCharacterSpacing, FollowsEveryCharacterButTheParagraphsLast) {
 TEST(TextLayoutScripts, EastAsianAndLatinTextAreASpaceApartAndWeakCharactersJoinTheTextBefore) {
     const QString text = QStringLiteral("中a中“中”");
     const TextLayout layout(shape({paragraph(text)}, 400));
-    // 0.24 of the size of the character before the border.
-    EXPECT_NEAR(layout.place(1).left - layout.place(0).right, 4.8, 1e-9);
-    EXPECT_NEAR(layout.place(2).left - layout.place(1).right, 4.8, 1e-9);
+    // 0.24 of the size of the character before the border (kept as a float, as every measure
+    // of one character: to a millionth of a point).
+    EXPECT_NEAR(layout.place(1).left - layout.place(0).right, 4.8, 1e-6);
+    EXPECT_NEAR(layout.place(2).left - layout.place(1).right, 4.8, 1e-6);
     // Quotes among Chinese are Chinese: full width, no space around them.
     EXPECT_NEAR(layout.place(3).right - layout.place(3).left, 20, 1e-9);
     EXPECT_DOUBLE_EQ(layout.place(3).left, layout.place(2).right);
     EXPECT_NEAR(layout.place(5).right - layout.place(5).left, 20, 1e-9);
+}
+
+TEST(TextLayoutScripts, AVeryLongTextIsMeasuredAsItsShortPieces) {
+    // Texts of many thousand units (the readings of a very long text) are shaped in pieces: no
+    // character is lost, doubled or measured differently where one piece ends. "Wave" kerns
+    // (W and a, V and e), so a piece's edge inside a word would show.
+    const QString word = QStringLiteral("Wave ");
+    const TextLayout one(shape({paragraph(word)}, 1000));
+    QString latin;
+    while (latin.size() < 30000) latin += word;
+    QString chinese;
+    while (chinese.size() < 30000) chinese += kTen;
+    const TextLayout many(shape({paragraph(latin), paragraph(chinese)}, 1000));
+    // Each paragraph wraps; its lines are compared with the one short text, unit by unit.
+    for (const TextLine& line : many.lines()) {
+        if (line.paragraph != 0) continue;
+        for (int i = line.start; i < line.end; ++i) {
+            const int k = i % word.size();
+            ASSERT_NEAR(many.place(i).right - many.place(i).left,
+                        one.place(k).right - one.place(k).left, 1e-6)
+                << i;
+        }
+    }
+    const int chineseStart = static_cast<int>(latin.size()) + 1;
+    for (int i = chineseStart; i < many.length(); ++i)
+        ASSERT_NEAR(many.place(i).right - many.place(i).left, 20, 1e-6) << i;
+    EXPECT_EQ(many.lines().back().end, many.length());
 }
 
 TEST(TextLayoutScripts, OneDefinitionOfEastAsianText) {

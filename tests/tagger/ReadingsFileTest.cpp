@@ -155,7 +155,7 @@ TEST(ReadingsFile, TheByteOrderMarkStaysFirstWhateverHappensToTheFirstLine) {
     EXPECT_EQ(file.text().substr(0, 4), "\xEF\xBB\xBF#");
 }
 
-TEST(ReadingsFile, ALineStartingAsUtf16NeverMakesTheFileReadAsUtf16) {
+TEST(ReadingsFile, ALineStartingWithTheMarkOfAFileNeverBecomesItsMark) {
     // Garbage after the first line that starts with a UTF-16 mark: once the first line goes, an
     // empty line stays before it, so the file still reads as UTF-8 and keeps its words.
     const std::string garbage("\xFF\xFE\xFF\xFF", 4);
@@ -164,13 +164,23 @@ TEST(ReadingsFile, ALineStartingAsUtf16NeverMakesTheFileReadAsUtf16) {
     EXPECT_EQ(file.text(), "\n" + garbage + "\n行 xíng\n");
     EXPECT_FALSE(ReadingsFile(file.text()).isUtf16());
     ASSERT_FALSE(file.set(u"还", typed({"huá"})));
-    EXPECT_EQ(summary(ReadingsFile(file.text())),
-              (Lines{"3 行: xíng", "4 还: huá", "line 2: not UTF-8 text (save the file as UTF-8)"}));
+    EXPECT_EQ(
+        summary(ReadingsFile(file.text())),
+        (Lines{"3 行: xíng", "4 还: huá", "line 2: not UTF-8 text (save the file as UTF-8)"}));
     ReadingsFile byLine(garbage + "\n");
     ASSERT_TRUE(byLine.isUtf16());  // as the file was given: it is taken for UTF-16
     ReadingsFile second("行 xíng\n" + garbage + "\n");
     ASSERT_TRUE(second.removeLine(1));
     EXPECT_EQ(second.text(), "\n" + garbage + "\n");
+    // The same for a byte order mark starting the second line of a file without one: it would
+    // become the file's mark, and that line's word a word of the file.
+    ReadingsFile marked("还 huàn\n\xEF\xBB\xBF还 huán\n");
+    EXPECT_EQ(summary(marked), (Lines{"1 还: huàn",
+                                      "line 2: \"\xEF\xBB\xBF还\" is not a word of "
+                                      "Chinese characters"}));
+    ASSERT_TRUE(marked.remove(u"还"));
+    EXPECT_EQ(marked.text(), "\n\xEF\xBB\xBF还 huán\n");
+    EXPECT_TRUE(ReadingsFile(marked.text()).words().empty());
 }
 
 TEST(ReadingsFile, CheckTellsWhatIsWrongWithAnEntry) {
