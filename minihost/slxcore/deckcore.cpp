@@ -111,6 +111,7 @@ std::shared_ptr<DeckCore> DeckCore::load(const QByteArray& bytes, const QString&
     if (presentationPart.empty())
         package.fail(QStringLiteral("no presentation part (_rels/.rels names no main document)"));
     package.parse(presentationPart, core->presentation);
+    core->presentationPart = presentationPart;
     const pugi::xml_node root = core->presentation.document_element();
     if (std::strcmp(localName(root), "presentation") != 0)
         package.fail(QStringLiteral("part \"%1\" is not a presentation")
@@ -228,28 +229,32 @@ const TemplatePart* DeckCore::relatedTemplate(const std::string& sourcePart, con
         if (rel.external || !endsWith(rel.type, suffix.c_str())) continue;
         const std::string part = resolveTarget(*package, sourcePart, rel.target);
         if (partName) *partName = part;
-        if (const auto error = templateErrors.find(part); error != templateErrors.end())
-            throw DeckError(error->second);
-        auto& kept = templates[part];
-        if (!kept) {
-            auto read = std::make_unique<TemplatePart>();
-            try {
-                package->parse(part, read->doc);
-                indexTemplate(*read);
-                countShapes(part, read->tree);
-            } catch (const DeckLimitError&) {
-                templates.erase(part);
-                throw;
-            } catch (const DeckError& e) {
-                templates.erase(part);
-                templateErrors[part] = e.what();
-                throw;
-            }
-            kept = std::move(read);
-        }
-        return kept.get();
+        return keptPart(part);
     }
     return nullptr;
+}
+
+const TemplatePart* DeckCore::keptPart(const std::string& part) const {
+    if (const auto error = templateErrors.find(part); error != templateErrors.end())
+        throw DeckError(error->second);
+    auto& kept = templates[part];
+    if (!kept) {
+        auto read = std::make_unique<TemplatePart>();
+        try {
+            package->parse(part, read->doc);
+            indexTemplate(*read);
+            countShapes(part, read->tree);
+        } catch (const DeckLimitError&) {
+            templates.erase(part);
+            throw;
+        } catch (const DeckError& e) {
+            templates.erase(part);
+            templateErrors[part] = e.what();
+            throw;
+        }
+        kept = std::move(read);
+    }
+    return kept.get();
 }
 
 bool DeckCore::changed(int slide, const std::string& xml) const {

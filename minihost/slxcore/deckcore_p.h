@@ -152,8 +152,12 @@ public:
     // part is damaged (read once: the same error again after that), DeckLimitError past a limit.
     const TemplatePart* relatedTemplate(const std::string& sourcePart, const char* type,
                                         std::string* partName) const;
+    // Part `part` (a layout, a master, a chart, the table styles, ...) parsed once and kept, with
+    // the same errors as relatedTemplate().
+    const TemplatePart* keptPart(const std::string& part) const;
 
     QString name;
+    std::string presentationPart;      // its name in the package ("ppt/presentation.xml")
     std::unique_ptr<Package> package;  // what was read; new decks are read from built bytes too
     pugi::xml_document presentation;
     pugi::xml_document theme;

@@ -35,7 +35,10 @@ std::string placeholderFamily(pugi::xml_node ph) {
 }
 
 void indexTemplate(TemplatePart& part) {
-    part.tree = child(child(part.doc.document_element(), "cSld"), "spTree");
+    const pugi::xml_node root = part.doc.document_element();
+    // A diagram's drawing part keeps its shapes' tree at its root.
+    part.tree = std::strcmp(localName(root), "drawing") == 0 ? child(root, "spTree")
+                                                             : child(child(root, "cSld"), "spTree");
     for (const ShapeNode& s : listShapes(part.tree))
         if (const pugi::xml_node ph = placeholderOf(s.element)) {
             // No index reads as "", which a slide's idx="" matches.

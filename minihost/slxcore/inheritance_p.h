@@ -40,6 +40,9 @@ Templates templatesOf(const DeckCore& core, const std::string& slidePart);
 struct Lineage {
     std::vector<pugi::xml_node> elements;
     pugi::xml_node ph;  // the shape's own p:ph, or empty
+    // A table cell's text style from its table's style: a list-style level (its a:defRPr) that
+    // comes before the deck's defaults; empty for other text.
+    pugi::xml_node cellStyle;
 };
 Lineage lineageOf(pugi::xml_node element, const Templates& t);
 

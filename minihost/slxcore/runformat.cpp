@@ -33,9 +33,11 @@ std::uint32_t transformed(std::uint32_t rgb, pugi::xml_node choice) {
             l = l * v + (1 - v);  // towards white
         else if (local == "shade")
             l *= v;  // towards black
+        else if (local == "satMod")
+            s *= v;
         else
             continue;
-        color.setHslF(h < 0 ? 0 : h, s, std::clamp(l, 0.0, 1.0));
+        color.setHslF(h < 0 ? 0 : h, std::clamp(s, 0.0, 1.0), std::clamp(l, 0.0, 1.0));
     }
     return color.rgb() & 0xFFFFFFu;
 }
@@ -50,7 +52,8 @@ QString resolveTypeface(const QString& face, const DeckStyles& styles) {
 
 }  // namespace
 
-bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb, bool transforms) {
+bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb, bool transforms,
+             const std::uint32_t* placeholder) {
     pugi::xml_node choice;
     if (pugi::xml_node srgb = child(holder, "srgbClr")) {
         *rgb = parseHex(srgb.attribute("val").value());
@@ -59,20 +62,61 @@ bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb
         *rgb = parseHex(sys.attribute("lastClr").value());
         choice = sys;
     } else if (pugi::xml_node scheme = child(holder, "schemeClr")) {
-        // The usual master colour map: text on dark 1, background on light 1.
         std::string name = scheme.attribute("val").value();
-        if (name == "tx1") name = "dk1";
-        if (name == "bg1") name = "lt1";
-        if (name == "tx2") name = "dk2";
-        if (name == "bg2") name = "lt2";
+        if (const auto mapped = styles.colorMap.find(name); mapped != styles.colorMap.end()) {
+            name = mapped->second;
+        } else {
+            // The usual master colour map: text on dark 1, background on light 1.
+            if (name == "tx1") name = "dk1";
+            if (name == "bg1") name = "lt1";
+            if (name == "tx2") name = "dk2";
+            if (name == "bg2") name = "lt2";
+        }
         auto it = styles.schemeColors.find(name);
         *rgb = it == styles.schemeColors.end() ? 0u : it->second;
+        if (name == "phClr" && placeholder) *rgb = *placeholder;
         choice = scheme;
+    } else if (pugi::xml_node preset = child(holder, "prstClr")) {
+        // The preset names are those of CSS, which Qt knows.
+        const QColor named(QString::fromLatin1(preset.attribute("val").value()));
+        *rgb = named.isValid() ? named.rgb() & 0xFFFFFFu : 0u;
+        choice = preset;
+    } else if (pugi::xml_node linear = child(holder, "scrgbClr")) {
+        // Linear light in thousandths of a percent, made sRGB.
+        auto channel = [&](const char* name) {
+            const double c = std::clamp(linear.attribute(name).as_double() / 100000.0, 0.0, 1.0);
+            const double srgb = c <= 0.0031308 ? c * 12.92 : 1.055 * std::pow(c, 1 / 2.4) - 0.055;
+            return static_cast<std::uint32_t>(std::lround(srgb * 255));
+        };
+        *rgb = channel("r") << 16 | channel("g") << 8 | channel("b");
+        choice = linear;
+    } else if (pugi::xml_node hsl = child(holder, "hslClr")) {
+        *rgb = QColor::fromHslF(hsl.attribute("hue").as_double() / 21600000.0,
+                                std::clamp(hsl.attribute("sat").as_double() / 100000.0, 0.0, 1.0),
+                                std::clamp(hsl.attribute("lum").as_double() / 100000.0, 0.0, 1.0))
+                   .rgb() &
+               0xFFFFFFu;
+        choice = hsl;
     } else {
         return false;
     }
     if (transforms) *rgb = transformed(*rgb, choice);
     return true;
+}
+
+double alphaOf(pugi::xml_node holder) {
+    pugi::xml_node choice = holder.first_child();
+    while (choice && choice.type() != pugi::node_element) choice = choice.next_sibling();
+    const pugi::xml_node alpha = child(choice, "alpha");
+    return alpha ? std::clamp(alpha.attribute("val").as_double() / 100000.0, 0.0, 1.0) : 1.0;
+}
+
+std::map<std::string, std::string> colorMapOf(pugi::xml_node root) {
+    std::map<std::string, std::string> map;
+    pugi::xml_node clrMap = child(root, "clrMap");
+    if (!clrMap) clrMap = child(child(root, "clrMapOvr"), "overrideClrMapping");
+    for (pugi::xml_attribute a : clrMap.attributes()) map[a.name()] = a.value();
+    return map;
 }
 
 FontValues resolveFont(pugi::xml_node rPr, pugi::xml_node txBody, const DeckStyles& styles) {
@@ -175,6 +219,7 @@ void readTheme(const pugi::xml_document& theme, DeckStyles& styles) {
     styles.majorLatin = face("majorFont", "latin");
     styles.minorEastAsian = face("minorFont", "ea");
     styles.majorEastAsian = face("majorFont", "ea");
+    styles.formatScheme = child(elements, "fmtScheme");
     const pugi::xml_node colors = child(elements, "clrScheme");
     for (pugi::xml_node c = colors.first_child(); c; c = c.next_sibling()) {
         std::uint32_t rgb = 0;

@@ -18,6 +18,10 @@ struct DeckStyles {
     pugi::xml_node defaultRunProperties;  // presentation.xml defaultTextStyle/lvl1pPr/defRPr
     QString minorLatin, majorLatin, minorEastAsian, majorEastAsian;
     std::map<std::string, std::uint32_t> schemeColors;  // "dk1" -> 0x00RRGGBB
+    // The master's colour map (p:clrMap: "bg1" -> "dk2", ...); empty: the usual one (text on
+    // dark 1, background on light 1).
+    std::map<std::string, std::string> colorMap;
+    pugi::xml_node formatScheme;  // the theme's a:fmtScheme: fill, line and background styles
 };
 
 struct FontValues {
@@ -44,11 +48,16 @@ FontValues resolveFont(const std::vector<pugi::xml_node>& chain, const DeckStyle
                        bool transforms = false);
 
 // The colour a colour-choice holder (a:solidFill, a theme's a:dk1, ...) gives, scheme colours
-// resolved through the theme with the usual colour map; false when it holds no colour. With
-// `transforms`, a:lumMod, a:lumOff, a:tint and a:shade are applied too (drawing wants them; the
-// object model's Font.Color does not).
+// resolved through the theme with the master's colour map; false when it holds no colour. With
+// `transforms`, a:lumMod, a:lumOff, a:tint, a:shade and a:satMod are applied too (drawing wants
+// them; the object model's Font.Color does not). A theme style's placeholder colour (phClr) is
+// `placeholder` when one is given.
 bool colorOf(pugi::xml_node holder, const DeckStyles& styles, std::uint32_t* rgb,
-             bool transforms = false);
+             bool transforms = false, const std::uint32_t* placeholder = nullptr);
+// The opacity (0 to 1) the holder's colour gives with its a:alpha; 1 without one.
+double alphaOf(pugi::xml_node holder);
+// The colour map of a master (p:clrMap), or of a layout or slide that overrides it.
+std::map<std::string, std::string> colorMapOf(pugi::xml_node root);
 
 // Writers; each keeps the element's other attributes and children.
 void setBold(pugi::xml_node rPr, bool bold);

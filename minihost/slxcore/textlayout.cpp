@@ -4,6 +4,8 @@
 // its lines) aligned and placed.
 #include "minihost/slxcore/textlayout.h"
 
+#include <QFontMetricsF>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -112,13 +114,31 @@ private:
         const bool bulleted = !para.bullet.isEmpty() && n > 0;
         if (index > 0) height += para.spaceBefore;
 
+        // The bullet in its format (the first character's, with the bullet's own typeface,
+        // colour and size); its width pushes the first line's text right when it does not fit
+        // in the hanging indent.
+        TextFormat bulletFormat;
+        double bulletRight = 0;
+        if (bulleted) {
+            bulletFormat = FormatCursor(para).at(0);
+            if (!para.bulletFont.isEmpty()) bulletFormat.latinFont = para.bulletFont;
+            if (para.bulletColored) bulletFormat.rgb = para.bulletRgb;
+            bulletFormat.size *= para.bulletScale;
+            bulletRight = para.marginLeft + para.indent +
+                          QFontMetricsF(fontFor(bulletFormat, Script::Latin, m_scale))
+                                  .horizontalAdvance(para.bullet) /
+                              kUnits;
+        }
+
         int start = 0;
         for (bool first = true;; first = false) {
             Pending line;
             line.paragraph = index;
             line.start = start;
-            // A bullet hangs at the indent; the text of its first line starts at the margin.
+            // A bullet hangs at the indent; the text of its first line starts at the margin, or
+            // after the bullet when the bullet reaches past the margin.
             line.indent = para.marginLeft + (first && !bulleted ? para.indent : 0.0);
+            if (first && bulleted) line.indent = std::max(line.indent, bulletRight);
             const double lineRoom = room - line.indent - para.marginRight;
             double x = 0;
             int end = n;
@@ -163,7 +183,7 @@ private:
         }
         if (index + 1 < m_frame.paragraphs.size()) height += para.spaceAfter;
         if (bulleted) {
-            m_bullets.push_back({index, para.bullet, FormatCursor(para).at(0)});
+            m_bullets.push_back({index, para.bullet, bulletFormat});
         }
     }
 

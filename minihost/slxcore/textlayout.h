@@ -39,6 +39,9 @@
 //   - A frame that shrinks its text (Autofit::ShrinkText) scales every size by fontScale and
 //     takes lineSpacingReduction off every multiple line spacing (1.5 less 0.2 is 1.3); exact
 //     spacing, character spacing, paragraph spacing and indents are not scaled.
+//   - A bullet hangs at the first line's indent, in the first character's format with the
+//     bullet's own typeface, colour and size; the first line's text starts at the left margin,
+//     or after the bullet when the bullet reaches past it.
 //   - Lines wrap in the box's width less its insets, the paragraph's left margin, its first-line
 //     indent (or a bullet's hanging indent) and its right margin. Latin text breaks at spaces, and
 //     a word longer than a line breaks where it must; East Asian text breaks between any two

@@ -219,6 +219,24 @@ TEST(TextLayoutIndents, ABulletHangsAtTheIndentAndTheTextStartsAtTheMargin) {
     EXPECT_EQ(layout.lines()[0].end, 5);
 }
 
+TEST(TextLayoutIndents, ABulletWithoutRoomPushesTheFirstLineRight) {
+    // No hanging indent: the bullet at the margin, the first line's text after it, the next
+    // lines at the margin.
+    TextParagraph p = paragraph(kTen);
+    p.marginLeft = 0;
+    p.indent = 0;
+    p.bullet = QStringLiteral("•");
+    const TextLayout layout(shape({p}, 130));
+    const double bullet = layout.lines()[0].left - 100;  // the box's text starts at 100
+    EXPECT_GT(bullet, 4);
+    EXPECT_LT(bullet, 20);
+    EXPECT_DOUBLE_EQ(layout.lines()[1].left, 100);
+    // A larger bullet (its own size) pushes further.
+    p.bulletScale = 2;
+    const TextLayout larger(shape({p}, 130));
+    EXPECT_NEAR(larger.lines()[0].left - 100, 2 * bullet, 1);
+}
+
 TEST(TextLayoutSpacing, SingleLinesAreOnePointTwoSizesHighWithTheBaselineOneSizeDown) {
     const TextLayout layout(shape({paragraph(kTen)}));
     const TextLine& first = layout.lines()[0];

@@ -9,7 +9,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-#include "sliderenderer.h"
+#include "decktestutil.h"
+#include "minihost/slxrender/sliderenderer.h"
 #include "studiofixture.h"
 
 namespace {
@@ -96,7 +97,8 @@ void expectDrawnAsLibreOfficeRendersThem(const StudioWindow& window, const QStri
         {
             QPainter painter(&ours);
             painter.setRenderHint(QPainter::Antialiasing);
-            paintSlide(painter, *window.deck(), slide, QRectF(QPointF(), QSizeF(ours.size())));
+            minihost::paintSlide(painter, *window.deck(), slide,
+                                 QRectF(QPointF(), QSizeF(ours.size())));
         }
         const QString prefix =
             QStringLiteral("%1/compare-%2slide-%3-")
@@ -144,6 +146,83 @@ TEST_F(StudioTest, ReadingsOverTheirTextAreDrawnAsLibreOfficeRendersThem) {
     QString error;
     ASSERT_TRUE(window->deck()->save(path, &error)) << error.toStdString();
     expectDrawnAsLibreOfficeRendersThem(*window, path, QStringLiteral("over"), dir);
+}
+
+// The mean absolute difference of two pictures, both scaled to 160 x 90 grey (0 to 1).
+double difference(const QImage& a, const QImage& b) {
+    auto grey = [](const QImage& image) {
+        return image.convertToFormat(QImage::Format_RGB32)
+            .scaled(160, 90, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const QImage first = grey(a), second = grey(b);
+    double sum = 0;
+    for (int y = 0; y < 90; ++y)
+        for (int x = 0; x < 160; ++x)
+            sum += std::abs(qGray(first.pixel(x, y)) - qGray(second.pixel(x, y))) / 255.0;
+    return sum / (160 * 90);
+}
+
+// Real decks of five different writers (a university course, a conference talk, a report full
+// of tables and charts, a company's deck with diagrams, a deck with a gradient master) opened
+// in the studio's window: the window is saved beside LibreOffice's page of the same slide
+// (build/screenshots/real-DECK-studio.png and -libreoffice.png, to be looked at), and the slide
+// as the window shows it is LibreOffice's page within 0.10 (160 x 90 grey, mean absolute
+// difference).
+TEST_F(StudioTest, RealDecksInTheWindowBesideLibreOffice) {
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+    if (soffice.isEmpty() || pdftoppm.isEmpty()) GTEST_SKIP() << "LibreOffice or pdftoppm missing";
+    const struct {
+        const char* deck;
+        int slide;
+    } shown[] = {{"ececapstonespring2012", 2},
+                 {"alterman_security", 3},
+                 {"aascu.org_workarea_downloadasset.aspx_id=5864", 23},
+                 {"60810", 13},
+                 {"45541_Footer", 2}};
+    QStringList decks;
+    for (const auto& s : shown)
+        decks << QDir(decktest::realDeckDir())
+                     .filePath(QString::fromLatin1(s.deck) + QStringLiteral(".pptx"));
+    if (!QFile::exists(decks.first())) GTEST_SKIP() << "no real-world decks";
+    QProcess convert;
+    convert.start(soffice,
+                  QStringList{QStringLiteral("-env:UserInstallation=file://") +
+                                  dir.filePath(QStringLiteral("lo")),
+                              QStringLiteral("--headless"), QStringLiteral("--convert-to"),
+                              QStringLiteral("pdf"), QStringLiteral("--outdir"), dir.path()} +
+                      decks);
+    ASSERT_TRUE(convert.waitForFinished(300000));
+    const QString folder = QStringLiteral(ZPHONETIC_SCREENSHOT_DIR);
+    QDir().mkpath(folder);
+    for (const auto& s : shown) {
+        const QString name = QString::fromLatin1(s.deck);
+        ASSERT_TRUE(window->openFile(decks.at(static_cast<int>(&s - shown))));
+        ASSERT_TRUE(window->deck()->setCurrentSlide(s.slide));
+        // LibreOffice leaves hidden slides out of the PDF.
+        int pageNumber = s.slide;
+        for (int slide = 1; slide < s.slide; ++slide)
+            if (window->deck()->drawing(slide).hidden) --pageNumber;
+        QProcess page;
+        page.start(pdftoppm,
+                   {QStringLiteral("-png"), QStringLiteral("-r"), QStringLiteral("72"),
+                    QStringLiteral("-f"), QString::number(pageNumber), QStringLiteral("-l"),
+                    QString::number(pageNumber), QStringLiteral("-singlefile"),
+                    dir.filePath(name + QStringLiteral(".pdf")), dir.filePath(name)});
+        ASSERT_TRUE(page.waitForFinished(60000));
+        const QImage theirs(dir.filePath(name + QStringLiteral(".png")));
+        ASSERT_FALSE(theirs.isNull()) << s.deck;
+        screenshot(QStringLiteral("real-%1-studio.png").arg(name));
+        theirs.save(folder + QStringLiteral("/real-%1-libreoffice.png").arg(name));
+        // The slide as the view shows it: its place in the view's pixels.
+        SlideView* view = window->slideView();
+        const QRect slide = QRectF(view->toWidget(QPointF(0, 0)),
+                                   view->toWidget(QPointF(window->deck()->slideSize().width(),
+                                                          window->deck()->slideSize().height())))
+                                .toRect();
+        const QImage ours = view->grab(slide).toImage();
+        EXPECT_LE(difference(ours, theirs), 0.10) << s.deck;
+    }
 }
 
 }  // namespace

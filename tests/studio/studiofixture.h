@@ -21,7 +21,7 @@
 #include "minihost/nvo/hostcontrol.h"
 #include "minihost/nvo/hoststore.h"
 #include "minihost/slxcore/deck.h"
-#include "slidescene.h"
+#include "minihost/slxrender/slidescene.h"
 #include "slidethumbnails.h"
 #include "slideview.h"
 #include "studiowindow.h"
@@ -64,12 +64,12 @@ protected:
     // On the slide view, in its pixels: where text position `pos` of shape `id` is drawn (the
     // middle of its line), and a point inside the shape's box.
     QPoint textPoint(int id, int pos) const {
-        const zstudio::SlideScene scene(*window->deck(), window->deck()->currentSlide());
+        const minihost::SlideScene scene(*window->deck(), window->deck()->currentSlide());
         return window->slideView()->toWidget(scene.text(id)->cursorLine(pos).center()).toPoint();
     }
     QPoint insideShape(int id, double fx = 0.5, double fy = 0.5) const {
         const QRectF box =
-            zstudio::SlideScene(*window->deck(), window->deck()->currentSlide()).boxOf(id);
+            minihost::SlideScene(*window->deck(), window->deck()->currentSlide()).boxOf(id);
         return window->slideView()
             ->toWidget(QPointF(box.left() + box.width() * fx, box.top() + box.height() * fy))
             .toPoint();

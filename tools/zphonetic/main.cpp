@@ -43,6 +43,8 @@ const Subcommand kSubcommands[] = {
     {"words", "words list | add WORD READING... | remove WORD | check | tones [TONES] | path",
      "your own readings of words, and how 一 and 不 are written: list, edit and check them",
      runWords},
+    {"render", "render DECK -o DIR [--slide N] [--width PX]",
+     "draw the slides of DECK as the studio draws them, to DIR/slide-N.png", runRender},
 };
 
 void printHelp() {

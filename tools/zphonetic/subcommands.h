@@ -23,3 +23,5 @@ int runOneKey(const QStringList& arguments);
 // zphonetic words list|add WORD READING...|remove WORD|check|tones [TONES]|path: the user's own
 // readings.
 int runWords(const QStringList& arguments);
+// zphonetic render DECK -o DIR [--slide N] [--width PX]: slides drawn to DIR/slide-N.png.
+int runRender(const QStringList& arguments);

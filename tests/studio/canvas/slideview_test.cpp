@@ -13,8 +13,8 @@
 
 #include "minihost/slxcore/deck.h"
 #include "minihost/slxcore/liveobjects.h"
+#include "minihost/slxrender/slidescene.h"
 #include "qtprinters.h"
-#include "slidescene.h"
 #include "slideview.h"
 
 using minihost::Deck;
@@ -44,18 +44,18 @@ protected:
 
     // Where text position `pos` of shape `id` is drawn, in the view (the middle of its line).
     QPoint at(int id, int pos) const {
-        const zstudio::SlideScene scene(*deck, deck->currentSlide());
+        const minihost::SlideScene scene(*deck, deck->currentSlide());
         const QLineF cursor = scene.text(id)->cursorLine(pos);
         return view.toWidget(cursor.center()).toPoint();
     }
     QPoint inside(int id, double fx = 0.5, double fy = 0.5) const {
-        const zstudio::SlideScene scene(*deck, deck->currentSlide());
+        const minihost::SlideScene scene(*deck, deck->currentSlide());
         const QRectF box = scene.boxOf(id);
         return view.toWidget(QPointF(box.left() + box.width() * fx, box.top() + box.height() * fy))
             .toPoint();
     }
     QRectF drawnBox(int id) const {
-        return zstudio::SlideScene(*deck, deck->currentSlide()).boxOf(id);
+        return minihost::SlideScene(*deck, deck->currentSlide()).boxOf(id);
     }
     QRectF box(int id) const {
         for (const minihost::ShapeInfo& s : deck->shapes(deck->currentSlide()))

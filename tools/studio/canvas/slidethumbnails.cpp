@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "sliderenderer.h"
+#include "minihost/slxrender/sliderenderer.h"
 
 namespace {
 constexpr int kThumbnailWidth = 160;  // pixels
@@ -89,7 +89,7 @@ void SlideThumbnails::drawSome() {
         QPixmap pixmap(pixels);
         pixmap.fill(Qt::white);
         QPainter painter(&pixmap);
-        paintSlide(painter, *m_deck, row + 1, QRectF(QPointF(), QSizeF(pixels)));
+        minihost::paintSlide(painter, *m_deck, row + 1, QRectF(QPointF(), QSizeF(pixels)));
         painter.setPen(QColor(0xA0, 0xA0, 0xA0));
         painter.drawRect(QRect(QPoint(), pixels).adjusted(0, 0, -1, -1));
         painter.end();

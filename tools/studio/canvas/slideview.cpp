@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "slidescene.h"
+#include "minihost/slxrender/slidescene.h"
 
 namespace {
 
@@ -80,7 +80,7 @@ void SlideView::rebuild() {
     m_slide = 0;
     if (!m_deck || m_deck->slideCount() == 0) return;
     m_slide = m_deck->currentSlide();
-    m_scene = std::make_unique<zstudio::SlideScene>(*m_deck, m_slide);
+    m_scene = std::make_unique<minihost::SlideScene>(*m_deck, m_slide);
 }
 
 void SlideView::syncFromDeck() {

@@ -20,8 +20,8 @@
 // names that slide as changed (by the view's own edits, a command, an undo), and follows the
 // deck's current slide and selection.
 //
-// A text cursor is a text selection of length 0 in the deck. Rotated shapes are hit and
-// selected by their unrotated box.
+// A text cursor is a text selection of length 0 in the deck. Rotated and flipped shapes are hit
+// and selected where they are drawn.
 #pragma once
 
 #include <QPointer>
@@ -30,7 +30,7 @@
 
 #include "minihost/slxcore/deck.h"
 
-namespace zstudio {
+namespace minihost {
 class SlideScene;
 }
 
@@ -85,7 +85,7 @@ private:
     void moveShapes(const QList<int>& ids, const QPointF& by);
 
     QPointer<minihost::Deck> m_deck;
-    std::unique_ptr<zstudio::SlideScene> m_scene;
+    std::unique_ptr<minihost::SlideScene> m_scene;
     int m_slide = 0;
     bool m_textMode = false;
     int m_textShape = 0;
