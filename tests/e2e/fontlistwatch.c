@@ -12,7 +12,8 @@ static int calls;
 
 // Built with hidden symbols like everything of the project: this one must take the place of
 // fontconfig's.
-__attribute__((visibility("default"))) FcFontSet* FcFontList(FcConfig* config, FcPattern* pattern, FcObjectSet* objects) {
+__attribute__((visibility("default"))) FcFontSet* FcFontList(FcConfig* config, FcPattern* pattern,
+                                                             FcObjectSet* objects) {
     typedef FcFontSet* (*List)(FcConfig*, FcPattern*, FcObjectSet*);
     static List next;
     if (!next) next = (List)dlsym(RTLD_NEXT, "FcFontList");

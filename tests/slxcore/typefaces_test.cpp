@@ -83,20 +83,20 @@ TEST(Typefaces, AMissingFamilyIsWhatTheConfigurationPutsInItsPlace) {
 
 TEST(Typefaces, EastAsianTextIsInItsTypefaceOrTheSystemsTypefaceForChinese) {
     // The face of a collection that the family names.
-    const Typeface sc = minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK SC"), false,
-                                                       false);
+    const Typeface sc =
+        minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK SC"), false, false);
     EXPECT_EQ(sc.family, QStringLiteral("Noto Sans CJK SC"));
     EXPECT_EQ(fileName(sc), QStringLiteral("NotoSansCJK-Regular.ttc"));
     EXPECT_EQ(sc.index, 2);
-    const Typeface jp = minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK JP"), true,
-                                                       false);
+    const Typeface jp =
+        minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK JP"), true, false);
     EXPECT_EQ(jp.family, QStringLiteral("Noto Sans CJK JP"));
     EXPECT_EQ(jp.style, QStringLiteral("Bold"));
     EXPECT_EQ(fileName(jp), QStringLiteral("NotoSansCJK-Bold.ttc"));
     EXPECT_EQ(jp.index, 0);
     // Missing, and installed without ideographs: the typeface for Chinese, bold as asked.
-    for (const QString& family : {QStringLiteral("Microsoft YaHei"), QStringLiteral("DejaVu Sans"),
-                                  QString()}) {
+    for (const QString& family :
+         {QStringLiteral("Microsoft YaHei"), QStringLiteral("DejaVu Sans"), QString()}) {
         const Typeface face = minihost::eastAsianTypefaceFor(family, false, false);
         EXPECT_EQ(face.family, QStringLiteral("Noto Sans CJK SC")) << family.toStdString();
         EXPECT_EQ(face.file, sc.file) << family.toStdString();
@@ -130,14 +130,15 @@ TEST(Typefaces, DrawingFindsTheVeryFaceThatWasMeasured) {
         ASSERT_TRUE(raw.isValid()) << c.face.file.toStdString() << " " << c.face.index;
         EXPECT_EQ(raw.pixelSize(), 200);
         for (const char* tag : {"head", "name", "cmap", "hmtx"})
-            EXPECT_EQ(raw.fontTable(tag), tableOf(c.face, tag)) << c.face.file.toStdString() << " " << tag;
+            EXPECT_EQ(raw.fontTable(tag), tableOf(c.face, tag))
+                << c.face.file.toStdString() << " " << tag;
     }
 }
 
 TEST(Typefaces, AFaceQtDoesNotFindIsNotDrawnWithAnother) {
     // The Japanese face of the collection, named as the Chinese one: Qt finds the Chinese face.
-    Typeface wrong = minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK SC"), false,
-                                                    false);
+    Typeface wrong =
+        minihost::eastAsianTypefaceFor(QStringLiteral("Noto Sans CJK SC"), false, false);
     wrong.index = 0;
     EXPECT_FALSE(minihost::drawingFont(wrong, fontOf()).isValid());
     // The bold file named as the regular face.
