@@ -22,7 +22,8 @@
 //     punctuation such as “ ” — …, symbols); a weak character takes the script of the text before
 //     it (at a paragraph's start, of the text after it). East Asian text is drawn with the run's
 //     East Asian typeface, Latin text with its Latin typeface; a typeface that is not installed is
-//     replaced as the system replaces it (an East Asian one by the system's East Asian typeface).
+//     replaced as the system's font configuration replaces it (an East Asian one, or one without
+//     ideographs, by the system's typeface for Chinese; see typefaces.h).
 //     Text is shaped with HarfBuzz told its language, East Asian text as Chinese (full-width
 //     quotes and dashes), with pair kerning.
 //   - Where East Asian and Latin text meet on a line, 0.24 em of the character before the border
