@@ -9,8 +9,8 @@ namespace zphonetic::tagger {
 // Tells, without a look at the file itself, whether a file may have changed since it was last
 // looked at: the kernel notes every change in the directory that holds it (or, while that
 // directory is missing, in the nearest one above it that exists), and asking for those notes
-// costs one call that finds none waiting. A stat() of the file's path costs twice that and more, and
-// the tagging library asks once for every tagger it makes: once a character of a long text.
+// costs one call that finds none waiting. A stat() of the file's path costs twice that and more,
+// and the tagging library asks once for every tagger it makes: once a character of a long text.
 //
 // A change made on this machine is noted before the call that made it returns, so a program
 // that saves the file and then asks sees the change. What the kernel cannot note (the file a
