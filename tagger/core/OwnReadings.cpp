@@ -85,10 +85,12 @@ const Syllable* OwnReadings::single(char16_t c) const {
 }
 
 OwnReadingsSource::OwnReadingsSource(std::string path, Report report)
-    : path_(std::move(path)), report_(std::move(report)) {}
+    : path_(std::move(path)), report_(std::move(report)), watch_(path_) {}
 
 std::shared_ptr<const OwnReadings> OwnReadingsSource::current() {
-    if (!read_ || stampOf(path_) != stamp_) {
+    // Asked first: the watch is set before the file is looked at.
+    const bool mayHaveChanged = watch_.mayHaveChanged();
+    if (!read_ || (mayHaveChanged && stampOf(path_) != stamp_)) {
         LoadedReadings loaded = loadReadingsFile(path_);
         if (report_) {
             if (const std::string text = note(path_, loaded); !text.empty()) report_(text);

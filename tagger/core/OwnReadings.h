@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "CharGroups.h"
+#include "FileWatch.h"
 #include "ReadingsStore.h"
 #include "Syllables.h"
 
@@ -77,12 +78,13 @@ public:
 
     // The readings as the file holds them now, with the tones of $ZPHONETIC_TONES where set,
     // else of the file; never null. The file is read again only when its stamp changed since the
-    // last call, so a call costs one stat() while it stays the same.
+    // last call, and its stamp is only looked at when the file may have changed (see FileWatch).
     std::shared_ptr<const OwnReadings> current();
 
 private:
     std::string path_;
     Report report_;
+    FileWatch watch_;
     bool read_ = false;
     FileStamp stamp_;
     ReadingsFile file_;

@@ -119,6 +119,28 @@ TEST_F(OneKeyCommand, ARunOfTextGivesTheReadingsOfThatRunOnly) {
     EXPECT_TRUE(run.out.startsWith(QStringLiteral("slide 1: new text box 4: \"xué xí\"\n")));
 }
 
+TEST_F(OneKeyCommand, LongReadingsArePrintedAsTheirStartAndLength) {
+    // 50 characters: "chuánɡ qián mínɡ yuè ɡuānɡ " and so on, 275 units of readings.
+    const QString poem = QStringLiteral("床前明月光");
+    auto deck = minihost::Deck::create(1);
+    deck->addTextBox(1, poem.repeated(10), QRectF(40, 40, 880, 300));
+    QString error;
+    ASSERT_TRUE(deck->save(path(QStringLiteral("in.pptx")), &error)) << error.toStdString();
+    const QString out = path(QStringLiteral("out.pptx"));
+    const Outcome run = zphonetic({path(QStringLiteral("in.pptx")), QStringLiteral("-o"), out});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QString readings =
+        QStringLiteral("chuánɡ qián mínɡ yuè ɡuānɡ ").repeated(10).trimmed();  // 269 units
+    ASSERT_EQ(readings.size(), 269);
+    EXPECT_EQ(run.out, QStringLiteral("slide 1: new text box 3: \"%1\"... (269 characters)\n"
+                                      "wrote %2: 1 new text box on 1 slide\n")
+                           .arg(readings.left(200), out));
+    // The box itself holds them all.
+    const auto after = minihost::Deck::loadFile(out, &error);
+    ASSERT_TRUE(after) << error.toStdString();
+    EXPECT_EQ(after->text(1, 3), readings);
+}
+
 TEST_F(OneKeyCommand, WholeShapesAreSelectedByTheirIds) {
     const QString in = writeDeck();
     const QString out = path(QStringLiteral("out.pptx"));

@@ -22,14 +22,15 @@ ReadingsFollower::ReadingsFollower(minihost::Deck* deck, minihost::ReadingFuncti
 void ReadingsFollower::follow(const minihost::DeckChange& change) {
     for (auto slide = change.shapes.cbegin(); slide != change.shapes.cend(); ++slide) {
         for (const int id : slide.value()) {
-            const QList<minihost::Reading> readings = m_deck->readingsOver(slide.key(), id);
+            const QSet<int> readings = m_deck->readingShapesOver(slide.key(), id);
             if (readings.isEmpty()) continue;
             if (m_deck->text(slide.key(), id).isNull()) {
                 // The text is gone: its readings go with it.
                 m_deck->removeReadingsOver(slide.key(), id, tr("delete"));
                 continue;
             }
-            if (m_deck->readingShapesOver(slide.key(), id).intersects(slide.value())) continue;
+            // A step that changed the readings themselves is the user's: they are left as made.
+            if (readings.intersects(slide.value())) continue;
             placeAgain(slide.key(), id);
         }
     }

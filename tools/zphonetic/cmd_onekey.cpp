@@ -18,6 +18,19 @@
 
 namespace {
 
+// The readings of a text of a million characters are five million characters long: the line
+// that reports them shows their start and says how long they are.
+constexpr int kReportedUnits = 200;
+
+QByteArray reported(const QString& readings) {
+    if (readings.size() <= kReportedUnits)
+        return '"' + minihost::printable(readings).toUtf8() + '"';
+    int shown = kReportedUnits;
+    if (readings.at(shown).isLowSurrogate()) --shown;
+    return '"' + minihost::printable(readings.left(shown)).toUtf8() + "\"... (" +
+           QByteArray::number(readings.size()) + " characters)";
+}
+
 void printHelp() {
     std::printf(
         "Usage: zphonetic onekey DECK -o OUT [--slide N] [--select SELECTION] [--place WHERE]\n"
@@ -35,8 +48,9 @@ void printHelp() {
         "%s"
         "%s\n"
         "Prints each new text box (slide, shape id, text), or with --place over each text\n"
-        "given readings (slide, its shape id, the readings). When the selection has no\n"
-        "Chinese text, nothing is written and the status is 1.\n",
+        "given readings (slide, its shape id, the readings); readings longer than 200\n"
+        "characters are printed as their first 200 and their length. When the selection\n"
+        "has no Chinese text, nothing is written and the status is 1.\n",
         kSelectHelp, kPlaceHelp, kTonesHelp);
 }
 
@@ -159,12 +173,12 @@ public:
         if (!problem.isEmpty()) return QStringLiteral("--place: ") + problem;
         for (int i = 0; i < made.size(); ++i) {
             ++m_boxes;
-            const QByteArray text = minihost::printable(texts.at(i)).toUtf8();
+            const QByteArray text = reported(texts.at(i));
             if (m_place == minihost::Placement::Over)
-                std::printf("slide %d: readings over shape %d: \"%s\"\n", slide, made.at(i).source,
+                std::printf("slide %d: readings over shape %d: %s\n", slide, made.at(i).source,
                             text.constData());
             else
-                std::printf("slide %d: new text box %d: \"%s\"\n", slide, made.at(i).box,
+                std::printf("slide %d: new text box %d: %s\n", slide, made.at(i).box,
                             text.constData());
         }
         // The add-on must give back every object it took; say so when it did not.
