@@ -19,15 +19,20 @@ struct Request {
     bool italic = false;
 };
 
-// Whether a matched face has ideographs: a typeface asked for East Asian text without them is
-// replaced as a missing one is.
+// A face found, with whether it is of the family asked for (not a replacement) and whether it
+// has ideographs: a typeface asked for East Asian text without them is replaced as a missing one
+// is.
+struct Match {
+    Typeface face;
+    bool ofFamily = false;
+    bool ideographs = false;
+};
+
 constexpr FcChar32 kIdeograph = 0x4E2D;  // 中
 
 // The font configuration's one best face for `request`, with the substitutions it makes (a
 // missing family's replacements, the default families) as the system's font matching does.
-// `installed` tells whether the face is of the family asked for, and has ideographs when
-// `ideographs`.
-Typeface match(const Request& request, bool ideographs = false, bool* installed = nullptr) {
+Match match(const Request& request) {
     FcPattern* pattern = FcPatternCreate();
     const QByteArray family = request.family.toUtf8();
     if (!family.isEmpty())
@@ -40,34 +45,32 @@ Typeface match(const Request& request, bool ideographs = false, bool* installed 
     FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
     FcDefaultSubstitute(pattern);
     FcResult result = FcResultNoMatch;
-    FcPattern* found = FcFontMatch(nullptr, pattern, &result);
+    FcPattern* best = FcFontMatch(nullptr, pattern, &result);
     FcPatternDestroy(pattern);
-    Typeface face;
-    if (installed) *installed = false;
-    if (!found) return face;
+    Match found;
+    if (!best) return found;
+    Typeface& face = found.face;
     FcChar8* value = nullptr;
-    if (FcPatternGetString(found, FC_FILE, 0, &value) == FcResultMatch)
+    if (FcPatternGetString(best, FC_FILE, 0, &value) == FcResultMatch)
         face.file = QFile::decodeName(reinterpret_cast<const char*>(value));
-    FcPatternGetInteger(found, FC_INDEX, 0, &face.index);
-    if (FcPatternGetString(found, FC_STYLE, 0, &value) == FcResultMatch)
+    FcPatternGetInteger(best, FC_INDEX, 0, &face.index);
+    if (FcPatternGetString(best, FC_STYLE, 0, &value) == FcResultMatch)
         face.style = QString::fromUtf8(reinterpret_cast<const char*>(value));
     // A face may have several family names (a width's own family besides its main one): the one
     // asked for names it, as Qt names it then.
-    for (int i = 0; FcPatternGetString(found, FC_FAMILY, i, &value) == FcResultMatch; ++i) {
+    for (int i = 0; FcPatternGetString(best, FC_FAMILY, i, &value) == FcResultMatch; ++i) {
         const QString name = QString::fromUtf8(reinterpret_cast<const char*>(value));
         if (i == 0) face.family = name;
         if (!family.isEmpty() && name.compare(request.family, Qt::CaseInsensitive) == 0) {
             face.family = name;
-            if (installed) *installed = true;
+            found.ofFamily = true;
         }
     }
     FcCharSet* characters = nullptr;
-    if (installed && ideographs &&
-        (FcPatternGetCharSet(found, FC_CHARSET, 0, &characters) != FcResultMatch ||
-         !FcCharSetHasChar(characters, kIdeograph)))
-        *installed = false;
-    FcPatternDestroy(found);
-    return face;
+    found.ideographs = FcPatternGetCharSet(best, FC_CHARSET, 0, &characters) == FcResultMatch &&
+                       FcCharSetHasChar(characters, kIdeograph);
+    FcPatternDestroy(best);
+    return found;
 }
 
 QString keyOf(const QString& family, bool bold, bool italic) {
@@ -76,7 +79,7 @@ QString keyOf(const QString& family, bool bold, bool italic) {
 
 // The family the system draws Chinese in when the typeface asked for is missing.
 QString systemEastAsianFamily() {
-    static const QString family = match({QString(), "zh-cn", false, false}).family;
+    static const QString family = match({QString(), "zh-cn", false, false}).face.family;
     return family;
 }
 
@@ -88,7 +91,7 @@ Typeface typefaceFor(const QString& family, bool bold, bool italic) {
     auto it = known.find(key);
     if (it == known.end()) {
         const QString asked = family.isEmpty() ? QStringLiteral("sans-serif") : family;
-        it = known.insert(key, match({asked, nullptr, bold, italic}));
+        it = known.insert(key, match({asked, nullptr, bold, italic}).face);
     }
     return *it;
 }
@@ -98,11 +101,11 @@ Typeface eastAsianTypefaceFor(const QString& family, bool bold, bool italic) {
     const QString key = keyOf(family, bold, italic);
     auto it = known.find(key);
     if (it == known.end()) {
-        bool installed = false;
-        Typeface face;
-        if (!family.isEmpty()) face = match({family, nullptr, bold, italic}, true, &installed);
-        if (!installed) face = match({systemEastAsianFamily(), nullptr, bold, italic});
-        it = known.insert(key, face);
+        Match found;
+        if (!family.isEmpty()) found = match({family, nullptr, bold, italic});
+        if (!found.ofFamily || !found.ideographs)
+            found = match({systemEastAsianFamily(), nullptr, bold, italic});
+        it = known.insert(key, found.face);
     }
     return *it;
 }
