@@ -12,7 +12,7 @@ packages=(
     build-essential cmake ninja-build pkg-config ccache git python3 openssl
     qtbase5-dev qttools5-dev qttools5-dev-tools qtwebengine5-dev libqt5webchannel5-dev
     libjsoncpp-dev libzip-dev zlib1g-dev libpugixml-dev libbz2-dev libharfbuzz-dev libpng-dev
-    libgtest-dev libgmock-dev googletest libbenchmark-dev
+    libfontconfig-dev libgtest-dev libgmock-dev googletest libbenchmark-dev
     fonts-noto-cjk
     golang-github-mozillazg-go-pinyin-dev unicode-data
 )

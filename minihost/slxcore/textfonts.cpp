@@ -3,107 +3,17 @@
 
 #include <hb.h>
 
-#include <QFontDatabase>
-#include <QFontInfo>
-#include <QGlyphRun>
-#include <QHash>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <memory>
+
+#include "minihost/slxcore/shapingfaces_p.h"
 
 namespace minihost {
 namespace {
 
 // How far a run is laid out: beyond any slide.
 constexpr double kEndless = 1e7;
-
-// The family the system draws for `family`: itself when installed, else what the font
-// configuration puts in its place (as presentation programs do), not the next family of a list.
-QString installedFamily(const QString& family) {
-    static QHash<QString, QString> known;  // the thread that lays text out only
-    auto it = known.find(family);
-    if (it == known.end())
-        it = known.insert(
-            family,
-            QFontInfo(QFont(family.isEmpty() ? QStringLiteral("sans-serif") : family)).family());
-    return *it;
-}
-
-// The typeface the system draws ideographs with when the font asked for has none: the one
-// presentation programs fall back to for East Asian text whose typeface is not installed.
-QString systemEastAsianFamily() {
-    static const QString family = [] {
-        QTextLayout layout(QStringLiteral("中"), QFont(installedFamily(QString())));
-        layout.beginLayout();
-        layout.createLine();
-        layout.endLayout();
-        const QList<QGlyphRun> runs = layout.glyphRuns();
-        return runs.isEmpty() ? installedFamily(QString()) : runs.first().rawFont().familyName();
-    }();
-    return family;
-}
-
-QString eastAsianFamily(const QString& family) {
-    static QHash<QString, QString> known;
-    auto it = known.find(family);
-    if (it == known.end()) {
-        const bool installed =
-            !family.isEmpty() && QFontDatabase().families().contains(family, Qt::CaseInsensitive);
-        it = known.insert(family, installed ? family : systemEastAsianFamily());
-    }
-    return *it;
-}
-
-// A font file's face for HarfBuzz, over copies of its tables read once, and a font of it whose
-// positions are in font units.
-class Face {
-public:
-    // Reads the tables shaping needs now: the face outlives the raw fonts it was made from.
-    explicit Face(const QRawFont& font) {
-        for (const char* tag :
-             {"cmap", "GSUB", "GPOS", "GDEF", "hmtx", "hhea", "maxp", "head", "OS/2", "kern"})
-            m_tables.emplace(HB_TAG(tag[0], tag[1], tag[2], tag[3]), font.fontTable(tag));
-        m_face = hb_face_create_for_tables(&Face::table, this, nullptr);
-        m_upem = std::max(1, static_cast<int>(font.unitsPerEm()));
-        hb_face_set_upem(m_face, static_cast<unsigned>(m_upem));
-        m_font = hb_font_create(m_face);
-        hb_font_set_scale(m_font, m_upem, m_upem);
-    }
-    ~Face() {
-        hb_font_destroy(m_font);
-        hb_face_destroy(m_face);
-    }
-    Face(const Face&) = delete;
-    Face& operator=(const Face&) = delete;
-    hb_font_t* font() const { return m_font; }
-    int unitsPerEm() const { return m_upem; }
-
-private:
-    static hb_blob_t* table(hb_face_t*, hb_tag_t tag, void* user) {
-        const Face* self = static_cast<const Face*>(user);
-        const auto it = self->m_tables.find(tag);
-        if (it == self->m_tables.end() || it->second.isEmpty()) return nullptr;
-        return hb_blob_create(it->second.constData(), static_cast<unsigned>(it->second.size()),
-                              HB_MEMORY_MODE_READONLY, nullptr, nullptr);
-    }
-    std::map<hb_tag_t, QByteArray> m_tables;
-    hb_face_t* m_face = nullptr;
-    hb_font_t* m_font = nullptr;
-    int m_upem = 1000;
-};
-
-// The HarfBuzz face of a raw font, made once per face of a font file.
-const Face& faceOf(const QRawFont& font) {
-    static std::map<QString, std::unique_ptr<Face>> faces;  // the thread that lays text out only
-    const QString key = font.familyName() + QChar('\n') + font.styleName() + QChar('\n') +
-                        QString::number(font.weight()) + QChar('\n') +
-                        QString::number(static_cast<int>(font.style()));
-    auto& face = faces[key];
-    if (!face) face = std::make_unique<Face>(font);
-    return *face;
-}
 
 // At most this many units are shaped at once. HarfBuzz keeps 40 bytes a glyph while it shapes:
 // a text of millions of units (the readings of a very long text) is shaped in pieces, each told
@@ -124,16 +34,16 @@ int pieceEnd(const QString& text, int start) {
 
 // Shapes text as LibreOffice does, with HarfBuzz told its language: East Asian text as Chinese,
 // so that the font's Chinese forms are used (a full-width dash, full-width quotes), Latin text as
-// English. False when the font lacks a glyph for it: then the system shapes it, falling back to
-// other fonts as it draws it.
-bool shapeWithLanguage(const QString& text, const QFont& font, Script script, ShapedText& shaped) {
+// English. False when the typeface lacks a glyph for it (or cannot be read): then the system
+// shapes it, falling back to other fonts as it draws it.
+bool shapeWithLanguage(const QString& text, const TextFont& textFont, Script script,
+                       ShapedText& shaped) {
     const bool eastAsian = script == Script::EastAsian;
-    const QRawFont raw =
-        QRawFont::fromFont(font, eastAsian ? QFontDatabase::SimplifiedChinese : QFontDatabase::Any);
-    if (!raw.isValid()) return false;
-    const Face& face = faceOf(raw);
+    const ShapingFace* face = shapingFace(textFont.typeface);
+    if (!face) return false;
+    const QFont& font = textFont.font;
     // Points per font unit: the font is kUnits pixels per point.
-    const double scale = font.pixelSize() / kUnits / face.unitsPerEm();
+    const double scale = font.pixelSize() / kUnits / face->unitsPerEm();
     const double spacing =
         font.letterSpacingType() == QFont::AbsoluteSpacing ? font.letterSpacing() / kUnits : 0.0;
     const int n = static_cast<int>(text.size());
@@ -153,7 +63,7 @@ bool shapeWithLanguage(const QString& text, const QFont& font, Script script, Sh
         hb_buffer_set_language(buffer, hb_language_from_string(eastAsian ? "zh-cn" : "en", -1));
         hb_buffer_guess_segment_properties(buffer);
         hb_buffer_set_direction(buffer, HB_DIRECTION_LTR);
-        hb_shape(face.font(), buffer, nullptr, 0);
+        hb_shape(face->font(), buffer, nullptr, 0);
         unsigned count = 0;
         const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);
         const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer, &count);
@@ -173,7 +83,7 @@ bool shapeWithLanguage(const QString& text, const QFont& font, Script script, Sh
     }
     hb_buffer_destroy(buffer);
     if (!complete) return false;
-    shaped.rawFont = raw;
+    shaped.inTypeface = true;
     for (int i = 0; i < n; ++i)
         shaped.offsets[static_cast<std::size_t>(i) + 1] +=
             shaped.offsets[static_cast<std::size_t>(i)];
@@ -201,9 +111,13 @@ std::vector<double> systemOffsets(const QString& text, const QFont& font) {
 
 }  // namespace
 
-QFont fontFor(const TextFormat& format, Script script, double scale) {
-    QFont font(script == Script::EastAsian ? eastAsianFamily(format.eastAsianFont)
-                                           : installedFamily(format.latinFont));
+TextFont fontFor(const TextFormat& format, Script script, double scale) {
+    const bool eastAsian = script == Script::EastAsian;
+    const QString& family = eastAsian ? format.eastAsianFont : format.latinFont;
+    const Typeface typeface = eastAsian ? eastAsianTypefaceFor(family, format.bold, format.italic)
+                                        : typefaceFor(family, format.bold, format.italic);
+    TextFont result{QFont(typeface.isNull() ? family : typeface.family), typeface};
+    QFont& font = result.font;
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(format.size * scale * kUnits))));
     font.setBold(format.bold);
     font.setItalic(format.italic);
@@ -214,14 +128,14 @@ QFont fontFor(const TextFormat& format, Script script, double scale) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, format.characterSpacing * kUnits);
     // Hinting would round advances at the layout's size, not at the size the slide is shown at.
     font.setHintingPreference(QFont::PreferNoHinting);
-    return font;
+    return result;
 }
 
-ShapedText shapeText(const QString& text, const QFont& font, Script script) {
+ShapedText shapeText(const QString& text, const TextFont& font, Script script) {
     ShapedText shaped;
     if (shapeWithLanguage(text, font, script, shaped)) return shaped;
     shaped = ShapedText();
-    shaped.offsets = systemOffsets(text, font);
+    shaped.offsets = systemOffsets(text, font.font);
     return shaped;
 }
 

@@ -125,7 +125,7 @@ private:
             if (para.bulletColored) bulletFormat.rgb = para.bulletRgb;
             bulletFormat.size *= para.bulletScale;
             bulletRight = para.marginLeft + para.indent +
-                          QFontMetricsF(fontFor(bulletFormat, Script::Latin, m_scale))
+                          QFontMetricsF(fontFor(bulletFormat, Script::Latin, m_scale).font)
                                   .horizontalAdvance(para.bullet) /
                               kUnits;
         }
@@ -203,10 +203,11 @@ private:
                 ++end;
             if (!alone) {
                 TextLayout::Run run;
-                run.font = fontFor(format, scripts[i], m_scale);
+                const TextFont font = fontFor(format, scripts[i], m_scale);
+                run.font = font.font;
                 run.rgb = format.rgb;
-                ShapedText shaped = shapeText(text.mid(i, end - i), run.font, scripts[i]);
-                run.rawFont = shaped.rawFont;
+                ShapedText shaped = shapeText(text.mid(i, end - i), font, scripts[i]);
+                if (shaped.inTypeface) run.typeface = font.typeface;
                 run.glyphs = std::move(shaped.glyphs);
                 run.glyphX = std::move(shaped.glyphX);
                 run.glyphPositions.reserve(shaped.glyphUnits.size());
@@ -341,7 +342,7 @@ private:
                              [paragraph](const TextLine& l) { return l.paragraph == paragraph; });
             const TextParagraph& para = m_frame.paragraphs[index];
             TextLayout::Run run;
-            run.font = fontFor(format, Script::Latin, m_scale);
+            run.font = fontFor(format, Script::Latin, m_scale).font;
             run.rgb = format.rgb;
             m_out.m_runs.push_back(std::move(run));
             m_out.m_bullets.push_back(

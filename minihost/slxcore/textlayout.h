@@ -22,7 +22,8 @@
 //     punctuation such as “ ” — …, symbols); a weak character takes the script of the text before
 //     it (at a paragraph's start, of the text after it). East Asian text is drawn with the run's
 //     East Asian typeface, Latin text with its Latin typeface; a typeface that is not installed is
-//     replaced as the system replaces it (an East Asian one by the system's East Asian typeface).
+//     replaced as the system's font configuration replaces it (an East Asian one, or one without
+//     ideographs, by the system's typeface for Chinese; see typefaces.h).
 //     Text is shaped with HarfBuzz told its language, East Asian text as Chinese (full-width
 //     quotes and dashes), with pair kerning.
 //   - Where East Asian and Latin text meet on a line, 0.24 em of the character before the border
@@ -76,6 +77,7 @@
 
 #include "hostexport.h"
 #include "minihost/slxcore/slidedrawing.h"
+#include "minihost/slxcore/typefaces.h"
 
 namespace minihost {
 
@@ -155,13 +157,17 @@ public:
     int lineEnd(int pos) const;
 
 private:
-    // Text of one format and script as drawn: in its font, or (East Asian text shaped as
-    // Chinese) as the glyphs of its raw font, each with its text position and its x from the
-    // run's start.
+    // Text of one format and script as drawn: as the glyphs it was shaped into in its typeface,
+    // each with its text position and its x from the run's start, or (a typeface lacking a glyph
+    // of it, a bullet) as a string in its font.
     struct Run {
         QFont font;
         std::uint32_t rgb = 0;
-        QRawFont rawFont;
+        Typeface typeface;  // null when drawn as a string
+        // The typeface's raw font, found when the run is first drawn (finding it goes through
+        // Qt's font database, which measuring never uses); invalid when Qt has not that face.
+        mutable QRawFont rawFont;
+        mutable bool rawFontFound = false;
         std::vector<quint32> glyphs;
         std::vector<int> glyphPositions;
         std::vector<double> glyphX;

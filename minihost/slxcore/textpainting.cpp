@@ -34,6 +34,10 @@ private:
 void TextLayout::drawPiece(QPainter& painter, const Piece& piece) const {
     const Run& run = m_runs[static_cast<std::size_t>(piece.run)];
     FontUnits units(painter, QPointF(piece.x, piece.baseline), run.rgb);
+    if (!run.typeface.isNull() && !run.rawFontFound) {
+        run.rawFont = drawingFont(run.typeface, run.font);
+        run.rawFontFound = true;
+    }
     if (!run.rawFont.isValid()) {
         painter.setFont(run.font);
         painter.drawText(QPointF(), m_text.mid(piece.start, piece.end - piece.start));

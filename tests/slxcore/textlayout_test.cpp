@@ -481,6 +481,44 @@ TEST(TextLayoutDrawing, UnderlinesRunUnderEveryCharacter) {
     EXPECT_LT(plainInk, columns / 2);
 }
 
+// Each run is drawn in the face it was measured in: bold and italic text as the system draws the
+// string in that bold or italic typeface, at the same places (as the glyphs of another face,
+// the regular one say, it would not be); East Asian text in its face of a font collection.
+TEST(TextLayoutDrawing, EachRunIsDrawnInTheFaceItWasMeasuredIn) {
+    auto drawn = [&](const QString& text, bool bold, bool italic, bool bySystem) {
+        QImage image(500, 100, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        if (bySystem) {
+            QFont font(text[0].unicode() < 0x3000 ? QStringLiteral("DejaVu Sans")
+                                                  : QStringLiteral("Noto Sans CJK SC"));
+            font.setPixelSize(200);
+            font.setBold(bold);
+            font.setItalic(italic);
+            font.setKerning(true);
+            font.setHintingPreference(QFont::PreferNoHinting);
+            painter.translate(100, 70);
+            painter.scale(0.1, 0.1);
+            painter.setFont(font);
+            painter.drawText(QPointF(), text);
+        } else {
+            DrawnShape s = shape({paragraph(text)}, 400);
+            s.text.paragraphs[0].runs[0].format.bold = bold;
+            s.text.paragraphs[0].runs[0].format.italic = italic;
+            TextLayout(s).draw(painter);
+        }
+        return image;
+    };
+    for (const QString& text : {QStringLiteral("Hamburgefonstiv"), QStringLiteral("中文排版")}) {
+        for (const bool bold : {false, true})
+            for (const bool italic : {false, true})
+                EXPECT_EQ(drawn(text, bold, italic, false), drawn(text, bold, italic, true))
+                    << text.toStdString() << ", bold " << bold << ", italic " << italic;
+        EXPECT_NE(drawn(text, true, false, false), drawn(text, false, false, false));
+        EXPECT_NE(drawn(text, false, true, false), drawn(text, false, false, false));
+    }
+}
+
 // ---- through a deck: what drawing resolves, the one-shape call, and the height fit
 
 std::unique_ptr<minihost::Deck> deckOf(const QByteArray& shapes) {
