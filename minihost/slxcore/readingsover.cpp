@@ -16,6 +16,7 @@
 #include "minihost/slxcore/deckcore_p.h"
 #include "minihost/slxcore/drawing_p.h"
 #include "minihost/slxcore/textbody_p.h"
+#include "minihost/slxcore/textlayout.h"
 #include "minihost/slxcore/xmlnode_p.h"
 
 namespace minihost {
@@ -32,8 +33,6 @@ constexpr double kSmallestReading = 8;
 constexpr double kAbove = 0.95;
 constexpr double kBelow = 0.35;
 constexpr double kClearance = 0.05;
-// In a box anchored at its bottom, a line's baseline is 0.2 of its size above the bottom.
-constexpr double kDescent = 0.2;
 // The least room between two neighbouring syllables, in reading sizes: pdftotext's word boxes
 // of LibreOffice's rendering then never touch.
 constexpr double kSyllableGap = 0.25;
@@ -55,6 +54,17 @@ std::vector<pugi::xml_node> groupsOver(pugi::xml_node tree, int textId) {
                         name.constData()) == 0)
             groups.push_back(shape);
     return groups;
+}
+
+// The ids of `groups` and of the shapes in them.
+QSet<int> shapeIdsOf(const std::vector<pugi::xml_node>& groups) {
+    QSet<int> ids;
+    for (const pugi::xml_node group : groups) {
+        ids.insert(shapeIdOf(group));
+        for (pugi::xml_node box = group.first_child(); box; box = box.next_sibling())
+            if (const int id = shapeIdOf(box)) ids.insert(id);
+    }
+    return ids;
 }
 
 // The run of `frame` holding text position `pos`, or null.
@@ -376,15 +386,8 @@ QList<Reading> Deck::readingsOver(int slide, int textId) const {
 }
 
 QSet<int> Deck::readingShapesOver(int slide, int textId) const {
-    QSet<int> ids;
-    if (slide < 1 || slide > slideCount()) return ids;
-    const pugi::xml_node tree = shapeTree(d->slides[slide - 1]->doc);
-    for (const pugi::xml_node group : groupsOver(tree, textId)) {
-        ids.insert(shapeIdOf(group));
-        for (pugi::xml_node box = group.first_child(); box; box = box.next_sibling())
-            if (const int id = shapeIdOf(box)) ids.insert(id);
-    }
-    return ids;
+    if (slide < 1 || slide > slideCount()) return {};
+    return shapeIdsOf(groupsOver(shapeTree(d->slides[slide - 1]->doc), textId));
 }
 
 bool Deck::removeReadingsOver(int slide, int textId, const QString& stepName) {
@@ -396,12 +399,11 @@ bool Deck::removeReadingsOver(int slide, int textId, const QString& stepName) {
     // The selection goes when it held a shape removed, and only then: the text being typed into
     // keeps its cursor while its readings are placed again.
     const QList<int> selected = slide == currentSlide() ? selectedShapes() : QList<int>();
-    bool selectionRemoved = false;
+    const QSet<int> removed = shapeIdsOf(groups);
+    const bool selectionRemoved = std::any_of(selected.cbegin(), selected.cend(),
+                                              [&removed](int id) { return removed.contains(id); });
     for (const pugi::xml_node group : groups) {
         edit.touches(shapeIdOf(group));
-        selectionRemoved = selectionRemoved || selected.contains(shapeIdOf(group));
-        for (pugi::xml_node box = group.first_child(); box; box = box.next_sibling())
-            selectionRemoved = selectionRemoved || selected.contains(shapeIdOf(box));
         group.parent().remove_child(group);
     }
     part.shapes.forget();
@@ -520,10 +522,10 @@ QString Deck::placeReadingsOver(int slide, int textId, const QList<Reading>& rea
                      widths[i]) +
             insets.left() + insets.right();
         const double height = 1.2 * readingSize + insets.top() + insets.bottom();
-        // The reading's baseline (kDescent over the bottom of its line) is so high that its box
+        // The reading's baseline (kLineDescent over the bottom of its line) is so high that its box
         // clears the text's by kClearance.
         const double bottom = line.baseline - kAbove * line.ascent -
-                              (kBelow + kClearance - kDescent) * readingSize + insets.bottom();
+                              (kBelow + kClearance - kLineDescent) * readingSize + insets.bottom();
         const QRectF box(centre - width / 2, bottom - height, width, height);
         const int id = part.shapes.takeId(part.doc);
         boxes.add(id, reading, formats[i], box);

@@ -19,9 +19,8 @@ namespace {
 // Between East Asian and Latin text on a line LibreOffice leaves a fifth of the line height
 // of the text before the border (1.2 em): 0.24 em.
 constexpr double kScriptGap = 0.24;
-// Single line height and where the baseline lies in it, in sizes.
+// Single line height, in sizes (the baseline kLineDescent above its bottom).
 constexpr double kSingleLine = 1.2;
-constexpr double kDescent = 0.2;
 // A line of reduced spacing keeps at most this share of its height above the baseline.
 constexpr double kReducedAscent = 0.8;
 // Default tab stops: every inch from the left of the text area (the box less its inset).
@@ -248,7 +247,7 @@ private:
             size = std::max(size, static_cast<double>(units[static_cast<std::size_t>(i)].size));
         if (size == 0) size = para.endFormat.size * m_scale;
         line.ascent = size;
-        line.descent = kDescent * size;
+        line.descent = kLineDescent * size;
         const double single = kSingleLine * size;
         line.height = single;
         line.baselineFromTop = line.ascent;

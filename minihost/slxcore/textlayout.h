@@ -90,6 +90,10 @@ namespace minihost {
 // Example: 中, 。, （, Ａ (U+FF21), か and U+20BB7 are; A, ā, 1, “ and the space are not.
 ZHOST_API bool isEastAsian(char32_t c);
 
+// How far a line's text reaches below its baseline, in sizes of its largest text: the layout's
+// lines and the readings placed over them alike.
+constexpr double kLineDescent = 0.2;
+
 struct TextLine {
     int paragraph = 0;  // its index in the frame's paragraphs
     // The text positions on it: [start, end). A "\v" or paragraph end that closes the line is not
@@ -99,7 +103,7 @@ struct TextLine {
     double top = 0;  // where its room starts: the previous line's bottom, after paragraph spacing
     double baseline = 0;  // top + ascent, adjusted by line spacing
     double ascent = 0;    // of its text: its largest size (scaled by autofit)
-    double descent = 0;   // 0.2 of its largest size
+    double descent = 0;   // kLineDescent of its largest size
     double height = 0;    // of its room, line spacing applied: the next line's top is top + height
     // Its text as aligned: from the left of its first character to the right of its last one,
     // spaces at a wrap and the character spacing after a paragraph's last character not counted.
