@@ -17,9 +17,17 @@ namespace zphonetic::tagger {
 // symbolic link to another directory, a network file system written from another machine, a
 // hard link written through another directory) is caught by looking again at least once a
 // second, and by looking every time when the file is a link or cannot be watched.
+//
+// A watch is only worth its keep for a file asked about often: closing it makes the process wait
+// for the kernel to retire it (a grace period, up to about 20 ms, longer than the whole tagging
+// of a short text). So the first `looksBeforeWatching` calls say "may have changed" without
+// watching, and the watch is set at the call after them.
 class FileWatch {
 public:
-    explicit FileWatch(std::string path);
+    // About as many looks at a file's stamp as cost the wait at the watch's end.
+    static constexpr long kLooksBeforeWatching = 10000;
+
+    explicit FileWatch(std::string path, long looksBeforeWatching = kLooksBeforeWatching);
     ~FileWatch();
     FileWatch(const FileWatch&) = delete;
     FileWatch& operator=(const FileWatch&) = delete;
@@ -34,6 +42,7 @@ private:
     bool watch();
 
     std::string path_;
+    long looksLeft_;  // calls still answered "may have changed" before the watch is set
     int notes_ = -1;  // the inotify descriptor
     int watched_ = -1;
     std::chrono::steady_clock::time_point lookedAt_;

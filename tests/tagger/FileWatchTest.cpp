@@ -31,9 +31,34 @@ protected:
     tiny::TempDir dir_;
 };
 
+// The inotify descriptors this process holds.
+int watchesOpen() {
+    int open = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        std::error_code error;
+        if (fs::read_symlink(entry.path(), error).string() == "anon_inode:inotify") ++open;
+    }
+    return open;
+}
+
+TEST_F(Watch, AFileAskedAboutSeldomIsLookedAtEveryTimeWithoutAWatch) {
+    fs::create_directories(dir_.path() + "/config/zphonetic");
+    write(file(), "还 huán\n");
+    const int before = watchesOpen();
+    FileWatch watch(file());
+    for (long i = 0; i < FileWatch::kLooksBeforeWatching; ++i)
+        ASSERT_TRUE(watch.mayHaveChanged()) << "call " << i;
+    EXPECT_EQ(watchesOpen(), before);
+    // Asked about that often, it is watched: looked at once more, then no more until a change.
+    expectChangedOnce(watch);
+    EXPECT_EQ(watchesOpen(), before + 1);
+    write(file(), "还 hái\n");
+    expectChangedOnce(watch);
+}
+
 TEST_F(Watch, EveryChangeOfTheFileIsNotedAtOnceAndNothingElseIs) {
     fs::create_directories(dir_.path() + "/config/zphonetic");
-    FileWatch watch(file());
+    FileWatch watch(file(), 0);
     expectChangedOnce(watch);  // never looked at
     EXPECT_FALSE(watch.mayHaveChanged());
 
@@ -51,7 +76,7 @@ TEST_F(Watch, EveryChangeOfTheFileIsNotedAtOnceAndNothingElseIs) {
 }
 
 TEST_F(Watch, ADirectoryMadeOnTheWayToTheFileIsNoted) {
-    FileWatch watch(file());  // neither config/ nor config/zphonetic/ exists
+    FileWatch watch(file(), 0);  // neither config/ nor config/zphonetic/ exists
     expectChangedOnce(watch);
     fs::create_directories(dir_.path() + "/config");
     expectChangedOnce(watch);
@@ -74,7 +99,7 @@ TEST_F(Watch, AFileThatIsALinkIsLookedAtEveryTime) {
     fs::create_directories(dir_.path() + "/dotfiles");
     write(dir_.path() + "/dotfiles/readings.txt", "还 huán\n");
     fs::create_symlink(dir_.path() + "/dotfiles/readings.txt", file());
-    FileWatch watch(file());
+    FileWatch watch(file(), 0);
     EXPECT_TRUE(watch.mayHaveChanged());
     // The file is changed in the link's target's directory, which the watch does not see.
     EXPECT_TRUE(watch.mayHaveChanged());
@@ -86,7 +111,7 @@ TEST_F(Watch, WhatTheKernelCannotNoteIsLookedAtOnceASecond) {
     fs::create_directories(dir_.path() + "/elsewhere");
     write(file(), "还 huán\n");
     fs::create_hard_link(file(), dir_.path() + "/elsewhere/readings.txt");
-    FileWatch watch(file());
+    FileWatch watch(file(), 0);
     expectChangedOnce(watch);
     write(dir_.path() + "/elsewhere/readings.txt", "还 hái\n");
     EXPECT_FALSE(watch.mayHaveChanged());
