@@ -120,6 +120,22 @@ public:
         if (i >= count_ || !check_->intact(offset_ + i * sizeof(T))) return fallback;
         return detail::fromLittleEndian<T>(data_ + i * sizeof(T));
     }
+    // Elements [begin, begin + count) into `out`, each converted to U, with one check of each
+    // block they lie in; false (`out` then undefined) when they pass the end or one of their
+    // blocks does not match its sum.
+    template <class U>
+    bool copy(size_t begin, size_t count, U* out) const {
+        if (begin > count_ || count > count_ - begin) return false;
+        if (count == 0) return true;
+        const size_t first = offset_ + begin * sizeof(T);
+        const size_t last = first + (count - 1) * sizeof(T);
+        for (size_t at = first; at < last; at += kBlockSize)
+            if (!check_->intact(at)) return false;
+        if (!check_->intact(last)) return false;
+        for (size_t i = 0; i < count; ++i)
+            out[i] = static_cast<U>(detail::fromLittleEndian<T>(data_ + (begin + i) * sizeof(T)));
+        return true;
+    }
 
 private:
     const uint8_t* data_ = nullptr;

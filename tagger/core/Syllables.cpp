@@ -2,6 +2,7 @@
 #include "Syllables.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zphonetic::tagger {
 namespace {
@@ -24,7 +25,26 @@ constexpr ToneMark kToneMarks[] = {
     {u'ê', u'ê', 5}, {u'ế', u'ê', 2}, {u'ề', u'ê', 4},
 };
 
+// Most marked letters lie in Latin-1 and Latin Extended-A and -B: for those, where each stands
+// in kToneMarks, plus one (0 for a letter that is not there). Syllables are read in bulk when a
+// dictionary opens, so their letters are looked up this way rather than one mark after another.
+constexpr char16_t kIndexedFrom = 0xE0;
+constexpr char16_t kIndexedTo = 0x200;
+constexpr std::array<uint8_t, kIndexedTo - kIndexedFrom> kMarkIndex = [] {
+    std::array<uint8_t, kIndexedTo - kIndexedFrom> index{};
+    for (size_t i = 0; i < std::size(kToneMarks); ++i) {
+        const char16_t c = kToneMarks[i].marked;
+        if (c >= kIndexedFrom && c < kIndexedTo) index[c - kIndexedFrom] = uint8_t(i + 1);
+    }
+    return index;
+}();
+
 const ToneMark* findMark(char16_t c) {
+    if (c < kIndexedFrom) return nullptr;
+    if (c < kIndexedTo) {
+        const uint8_t at = kMarkIndex[c - kIndexedFrom];
+        return at == 0 ? nullptr : &kToneMarks[at - 1];
+    }
     for (const ToneMark& m : kToneMarks) {
         if (m.marked == c) return &m;
     }
@@ -131,9 +151,10 @@ SyllableTable::SyllableTable(const ContainerView& file) {
         if (begin > end || end > text.size()) {
             throw FormatError("syllable " + std::to_string(i) + " lies outside the syllable text");
         }
-        std::u16string s;
-        for (uint32_t k = begin; k < end; ++k) s.push_back(static_cast<char16_t>(text.at(k)));
-        if (!isSyllableText(s)) {
+        // Read straight into a syllable's room; a longer one is no syllable text.
+        char16_t units[kSyllableUnits];
+        const std::u16string_view s(units, end - begin);
+        if (s.size() > kSyllableUnits || !text.copy(begin, s.size(), units) || !isSyllableText(s)) {
             throw FormatError("syllable " + std::to_string(i) + " is not pinyin");
         }
         syllables_.push_back(makeSyllable(s));
