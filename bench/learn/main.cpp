@@ -113,12 +113,12 @@ public:
             Instance in{s->text[s->target],
                         s->label,
                         {},
-                        readings[s->target]->text,
+                        std::u16string(readings[s->target]->text()),
                         contextPatterns(s->text, s->target)};
             // The label spelt as the dictionaries spell it, found among the character's readings.
             for (size_t k = 0; k < dicts->chars().count(in.target); ++k) {
                 const Syllable* r = dicts->chars().reading(in.target, k);
-                if (r != nullptr && numberedSyllable(r->text) == in.label) in.reading = r->text;
+                if (r != nullptr && numberedSyllable(r->text()) == in.label) in.reading = r->text();
             }
             if (!in.reading.empty()) out.push_back(std::move(in));
         }
@@ -187,7 +187,7 @@ public:
         for (const LabelledSentence* s : sentences) {
             const auto& readings = tagger.readings(s->text.c_str(), s->text.size());
             const Syllable* r = readings[s->target];
-            right += r != nullptr && numberedSyllable(r->text) == s->label;
+            right += r != nullptr && numberedSyllable(r->text()) == s->label;
         }
         return sentences.empty() ? 0 : 100.0 * right / sentences.size();
     }

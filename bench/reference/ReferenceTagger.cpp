@@ -40,7 +40,7 @@ int OpenDictionary(const char16_t* pinyinDic, const char16_t*, const char16_t*) 
         auto made = std::make_shared<Table>();
         for (uint32_t c = 0; c < 0x10000; ++c) {
             if (const Syllable* s = chars.reading(static_cast<char16_t>(c), 0)) {
-                made->emplace(static_cast<char16_t>(c), s->text);
+                made->emplace(static_cast<char16_t>(c), s->text());
             }
         }
         std::lock_guard<std::mutex> lock(mutex);

@@ -65,7 +65,8 @@ ReadingFunction engineReadingFunction() {
                                  static_cast<std::size_t>(text.size()));
             for (const auto* syllable : syllables)
                 readings.append(
-                    {syllable ? QString::fromStdU16String(syllable->text) : QString(), 1});
+                    {syllable ? QString::fromUtf16(syllable->units, syllable->size) : QString(),
+                     1});
             return true;
         } catch (const std::exception& error) {
             // A damaged block of a dictionary (named by the error), or no memory: no readings.

@@ -80,7 +80,7 @@ CharReadings CharDictionary::toReadings() const {
     for (uint32_t unit = 0; unit < kUnits; ++unit) {
         const auto c = static_cast<char16_t>(unit);
         for (size_t k = 0; k < count(c); ++k) {
-            if (const Syllable* s = reading(c, k)) out[c].push_back(s->text);
+            if (const Syllable* s = reading(c, k)) out[c].emplace_back(s->text());
         }
     }
     return out;

@@ -383,7 +383,7 @@ RuleSet RuleDictionary::toRuleSet() const {
         rule.target = static_cast<char16_t>(rules_.at(4 * r) >> 16);
         const Syllable* s = syllables_.get(rules_.at(4 * r) & 0xFFFF);
         if (s == nullptr) throw FormatError("rule " + std::to_string(r) + " has no reading");
-        rule.reading = s->text;
+        rule.reading = s->text();
         const uint32_t start = rules_.at(4 * r + 1);
         const uint32_t count = rules_.at(4 * r + 2);
         if (size_t{start} + count > elements_.size()) {

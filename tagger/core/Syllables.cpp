@@ -75,7 +75,6 @@ uint8_t toneOf(std::u16string_view syllable) {
 
 Syllable makeSyllable(std::u16string_view text) {
     Syllable s;
-    s.text = text;
     s.size = static_cast<uint8_t>(std::min(text.size(), kSyllableUnits));
     std::copy(text.begin(), text.begin() + s.size, s.units);
     s.tone = toneOf(text);

@@ -18,13 +18,14 @@ namespace zphonetic::tagger {
 // The longest syllable, in UTF-16 units ("zhuàng", "shuāng" have 6).
 constexpr size_t kSyllableUnits = 8;
 
-// One syllable ready for output: its UTF-16 text, the same in a fixed block that is copied
-// whole, and its tone (1-4, 5 = neutral).
+// One syllable ready for output: its UTF-16 text in a fixed block that is copied whole, and its
+// tone (1-4, 5 = neutral). Plain data, so that a dictionary's table of them is built and held at
+// little cost.
 struct Syllable {
-    std::u16string text;
     char16_t units[kSyllableUnits] = {};
     uint8_t size = 0;
     uint8_t tone = 5;
+    std::u16string_view text() const { return {units, size}; }
 };
 
 // A syllable from its text; the caller makes sure it is syllable text (isSyllableText()).

@@ -203,21 +203,21 @@ char16_t* Tagger::answer(const char16_t* text, size_t length, size_t& answerLeng
         const size_t count = chars.count(text[0]);
         // The teacher's reading of the character comes first, and is not given twice.
         const Syllable* own = own_ ? own_->single(text[0]) : nullptr;
-        size_t total = 2 + (own != nullptr ? own->text.size() + 1 : 0);
+        size_t total = 2 + (own != nullptr ? own->text().size() + 1 : 0);
         for (size_t k = 0; k < count; ++k) {
-            if (const Syllable* s = chars.reading(text[0], k)) total += s->text.size() + 1;
+            if (const Syllable* s = chars.reading(text[0], k)) total += s->text().size() + 1;
         }
         refuseDamage();
         out = new char16_t[total + 1];
         char16_t* p = out;
         *p++ = text[0];
         *p++ = u'/';
-        if (own != nullptr) p = std::copy(own->text.begin(), own->text.end(), p);
+        if (own != nullptr) p = std::copy(own->units, own->units + own->size, p);
         for (size_t k = 0; k < count; ++k) {
             const Syllable* s = chars.reading(text[0], k);
-            if (s == nullptr || (own != nullptr && s->text == own->text)) continue;
+            if (s == nullptr || (own != nullptr && s->text() == own->text())) continue;
             if (p != out + 2) *p++ = u' ';
-            p = std::copy(s->text.begin(), s->text.end(), p);
+            p = std::copy(s->units, s->units + s->size, p);
         }
         *p = 0;
         answerLength = static_cast<size_t>(p - out);

@@ -369,7 +369,7 @@ std::vector<WordEntry> WordDictionary::toEntries() const {
             if (r == nullptr) {
                 throw FormatError("word \"" + toUtf8(path) + "\" has a reading out of range");
             }
-            e.readings.push_back(r->text);
+            e.readings.emplace_back(r->text());
         }
         out.push_back(std::move(e));
     }

@@ -76,8 +76,8 @@ TEST(RoundTrip, RuleTextsAddUp) {
     RuleDictionary dict(bytes.data(), bytes.size());
     const std::u16string text = u"还钱还";
     const uint8_t inWord[3] = {};
-    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 0, false)->text, u"huán");
-    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 2, false)->text, u"hái");
+    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 0, false)->text(), u"huán");
+    EXPECT_EQ(dict.match(text.data(), inWord, text.size(), 2, false)->text(), u"hái");
     EXPECT_TRUE(dict.hasRules(u'还'));
     EXPECT_FALSE(dict.hasRules(u'钱'));
 }

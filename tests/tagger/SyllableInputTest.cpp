@@ -56,7 +56,7 @@ TEST(SyllableInput, EverySyllableOfTheDictionariesIsSpeltAsItIs) {
     using namespace zphonetic::tagger;
     std::set<std::u16string> syllables;
     const auto collect = [&syllables](const SyllableTable& table) {
-        for (size_t k = 0; k < table.size(); ++k) syllables.insert(table.get(k)->text);
+        for (size_t k = 0; k < table.size(); ++k) syllables.emplace(table.get(k)->text());
     };
     const MappedFile charFile(ZPHONETIC_DICT_DIR "/Pinyin.dic");
     collect(CharDictionary(charFile.data(), charFile.size()).syllables());

@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Tagger tagger(dictionaries, std::make_shared<const OwnReadings>(file, file.tones()));
     const std::vector<const Syllable*>& readings =
         tagger.readings(first.word.data(), first.word.size());
-    for (size_t k = 0; k < first.word.size(); ++k) check(readings[k]->text == first.readings[k]);
+    for (size_t k = 0; k < first.word.size(); ++k) check(readings[k]->text() == first.readings[k]);
 
     // Removed and set again: every word of the file reads as it did, from the file's new bytes.
     const auto before = wordsOf(file);
