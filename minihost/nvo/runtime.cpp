@@ -146,7 +146,11 @@ HMODULE _Xloadlibrary(const char16_t* path, std::uint32_t flags) {
                                .arg(flags));
     if (!path || flags != 0) return nullptr;
     const QByteArray local = utf16Path(path).toLocal8Bit();
-    return dlopen(local.constData(), RTLD_NOW | RTLD_LOCAL);
+    // Bound lazily, as Qt loads its plugins: a function is looked up when first called, and the
+    // add-on and the tagging library call few of the functions they and their libraries import
+    // (binding them all at once was about 2% of a command's start). What lazy binding gives up,
+    // a missing symbol found at load, the libraries' versions still catch then.
+    return dlopen(local.constData(), RTLD_LAZY | RTLD_LOCAL);
 }
 
 HRESULT _Xgetprocaddr(HMODULE module, const char16_t* name, void** function) {
