@@ -151,12 +151,13 @@ SyllableTable::SyllableTable(const ContainerView& file) {
             throw FormatError("syllable " + std::to_string(i) + " lies outside the syllable text");
         }
         // Read straight into a syllable's room; a longer one is no syllable text.
+        const size_t length = end - begin;
         char16_t units[kSyllableUnits];
-        const std::u16string_view s(units, end - begin);
-        if (s.size() > kSyllableUnits || !text.copy(begin, s.size(), units) || !isSyllableText(s)) {
+        if (length > kSyllableUnits || !text.copy(begin, length, units) ||
+            !isSyllableText({units, length})) {
             throw FormatError("syllable " + std::to_string(i) + " is not pinyin");
         }
-        syllables_.push_back(makeSyllable(s));
+        syllables_.push_back(makeSyllable({units, length}));
     }
 }
 
