@@ -22,6 +22,16 @@ QString fileName(const Typeface& face) {
     return QFileInfo(face.file).fileName();
 }
 
+// The face found for `asked` (bold, italic as given), expected of `family` and in the file `file`.
+Typeface expectFace(const char* asked, bool bold, bool italic, const char* family,
+                    const char* file) {
+    SCOPED_TRACE(asked);
+    const Typeface face = minihost::typefaceFor(QString::fromUtf8(asked), bold, italic);
+    EXPECT_EQ(face.family, QString::fromUtf8(family));
+    EXPECT_EQ(fileName(face), QString::fromUtf8(file));
+    return face;
+}
+
 // The face's table `tag` as HarfBuzz reads it from the file.
 QByteArray tableOf(const Typeface& face, const char* tag) {
     hb_blob_t* file = hb_blob_create_from_file(QFile::encodeName(face.file).constData());
@@ -46,37 +56,29 @@ QFont fontOf(bool bold = false, bool italic = false) {
 }
 
 TEST(Typefaces, AnInstalledFamilyIsItselfWithItsBoldAndItalicFaces) {
-    const Typeface regular = minihost::typefaceFor(QStringLiteral("DejaVu Sans"), false, false);
-    EXPECT_EQ(regular.family, QStringLiteral("DejaVu Sans"));
+    const Typeface regular =
+        expectFace("DejaVu Sans", false, false, "DejaVu Sans", "DejaVuSans.ttf");
     EXPECT_EQ(regular.style, QStringLiteral("Book"));
-    EXPECT_EQ(fileName(regular), QStringLiteral("DejaVuSans.ttf"));
     EXPECT_EQ(regular.index, 0);
-    const Typeface bold = minihost::typefaceFor(QStringLiteral("DejaVu Sans"), true, false);
-    EXPECT_EQ(bold.family, QStringLiteral("DejaVu Sans"));
+    const Typeface bold =
+        expectFace("DejaVu Sans", true, false, "DejaVu Sans", "DejaVuSans-Bold.ttf");
     EXPECT_EQ(bold.style, QStringLiteral("Bold"));
-    EXPECT_EQ(fileName(bold), QStringLiteral("DejaVuSans-Bold.ttf"));
     EXPECT_EQ(fileName(minihost::typefaceFor(QStringLiteral("dejavu sans"), false, true)),
               QStringLiteral("DejaVuSans-Oblique.ttf"));
     EXPECT_EQ(fileName(minihost::typefaceFor(QStringLiteral("DejaVu Sans"), true, true)),
               QStringLiteral("DejaVuSans-BoldOblique.ttf"));
     // A family that is a width of another is named as asked.
-    const Typeface condensed =
-        minihost::typefaceFor(QStringLiteral("DejaVu Sans Condensed"), false, false);
-    EXPECT_EQ(condensed.family, QStringLiteral("DejaVu Sans Condensed"));
-    EXPECT_EQ(fileName(condensed), QStringLiteral("DejaVuSansCondensed.ttf"));
+    expectFace("DejaVu Sans Condensed", false, false, "DejaVu Sans Condensed",
+               "DejaVuSansCondensed.ttf");
 }
 
 TEST(Typefaces, AMissingFamilyIsWhatTheConfigurationPutsInItsPlace) {
     // A serif family is replaced by a serif one, not by the first family of a list.
-    const Typeface serif = minihost::typefaceFor(QStringLiteral("Times New Roman"), false, false);
-    EXPECT_EQ(serif.family, QStringLiteral("DejaVu Serif"));
-    EXPECT_EQ(fileName(serif), QStringLiteral("DejaVuSerif.ttf"));
+    expectFace("Times New Roman", false, false, "DejaVu Serif", "DejaVuSerif.ttf");
     EXPECT_EQ(fileName(minihost::typefaceFor(QStringLiteral("Times New Roman"), true, false)),
               QStringLiteral("DejaVuSerif-Bold.ttf"));
     const Typeface unknown =
-        minihost::typefaceFor(QStringLiteral("No Such Typeface Anywhere"), false, false);
-    EXPECT_EQ(unknown.family, QStringLiteral("DejaVu Sans"));
-    EXPECT_EQ(fileName(unknown), QStringLiteral("DejaVuSans.ttf"));
+        expectFace("No Such Typeface Anywhere", false, false, "DejaVu Sans", "DejaVuSans.ttf");
     // No family at all: the system's sans-serif typeface.
     EXPECT_EQ(minihost::typefaceFor(QString(), false, false).file, unknown.file);
 }
